@@ -1,0 +1,138 @@
+// One player slot: its ship, motion, buttons and the arrays the ship owns.
+#pragma once
+
+#include "Alus.h"
+
+class Sound;
+
+// One projectile; asteroids, little men and slime blobs reuse the record.
+struct Pati {
+  float x, y;
+  float xv, yv;
+  float kulma;
+  float energia;
+  float r, g, b;
+  float alku;
+  float koko;
+  short aika;          // live while > 0
+  short ampumisviive;
+};
+
+// One debris shard (world pool and per-player start shards).
+struct Sirpale {
+  double x, y, z;
+  double xv, yv, zv;
+  double koko;
+  double red, green, blue;
+  double maxaika;
+  int aika;
+  int muoto;  // 0 or 10
+};
+
+// One exhaust-trail puff.
+struct Kaasujalki {
+  double x, y, alpha;
+  int aika;
+};
+
+// One line effect (beams).
+struct Viivakasa {
+  double x1, y1, x2, y2;
+  double r, g, b;
+  double aika;
+  double xv, yv;
+};
+
+const int viivoja = 60;
+const int limoja = 30;
+const int kaasujalkia = 5;
+const int hantaa = 12;
+
+class Player {
+public:
+  Sound* ampumisaani;
+  Sound* osumisaani;
+  Sound* eampumisaani;
+  Sound* eosumisaani;
+  float uusx, uusy;
+  bool teleportattu;
+  float propelli;
+  int ampumispuoli;
+  Viivakasa* viivat;
+  float pisteet;
+  float x, y;
+  float kulma;
+  float xvauhti, yvauhti;
+  float alpha;
+  float asekulma;
+  float energia;
+  float fuel;
+  int kaasujalkiaika;
+  bool pylos, palas, pleft, pright, pfire, pease;
+  Alus alus;
+  int numero;
+  int ampumisviive;
+  int limacount;
+  Pati* pati;
+  Pati* epati;
+  Pati* lima;
+  Sirpale* alkusirpale;
+  Kaasujalki* kaasujalki;
+  Kaasujalki* kaasujalki2;
+  bool suojapaalla;
+  float easekesto;
+  float easeviive;
+  bool laseraani;
+  short kuolema;
+  float ampumisjuttu;
+  float fcounter;
+  float xhanta[hantaa], yhanta[hantaa], kulmahanta[hantaa];
+  bool ihmispelaaja;
+  int tiimi;
+  bool kaasu;
+  bool joinease, joinase, joinleft, joinright;
+  int alkusirpaleMaara;  // length of alkusirpale as allocated by the last asetaAlus
+
+  Player();
+  ~Player();
+  Player(const Player&) = delete;
+  Player& operator=(const Player&) = delete;
+
+  // Life cycle.
+  void asetaAlus(Alus a);
+  void uudestaan(Alus a);
+
+  // Flight, weapons and collisions.
+  void liiku();
+  void ammu();
+  void ease();     // special weapon
+  void ailiiku();  // computer pilot
+  bool tormaa(double x, double y, double r, int i);
+  bool tormaa(Pati p, Alus a);
+
+  // Projectiles.
+  void liikutaPadit();
+  void liikutaePadit();
+  void tarkistaHajosikoPadit();
+
+  // Effects.
+  void laitaAlkuSirpaleet();
+  void laskeAlkuSirpaleet();
+  void lisaalima();
+  void laskeKaasujaljet();
+  void laskeViivat();
+
+  // Drawing.
+  void piirra();
+  void piirra(int x, int y, int z, int angle, int weaponAngle);
+  void piirraPadit();
+  void piirraePadit();
+  void piirraLimat();
+  void piirraKaasujaljet();
+  void piirraViivat();
+  void piirraAlkuSirpaleet();
+  void piirraGraffat();
+};
+
+const int maxPlayers = 16;
+extern Player player[maxPlayers];

@@ -1,0 +1,4 @@
+// The waving-flag intro.
+#pragma once
+
+void AlotaLippu();

@@ -1,0 +1,4 @@
+// SCAFFOLD: replaced by the local game work.
+#include "localgame.h"
+void onePlayerGameMenu() {}
+void drawOnePlayerGameMenu(int) {}

@@ -1,0 +1,6 @@
+// SCAFFOLD: replaced by the simulation work.
+#include "netpeli.h"
+int results = 0;
+int packets = 0;
+limajuttu netlima;
+bool limalaitetaan = false;

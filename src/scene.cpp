@@ -1,0 +1,24 @@
+// SCAFFOLD: replaced by the simulation and rendering work.
+#include "scene.h"
+Sirpale sirpale[maxSirpaleita];
+Star star[tahtia];
+Pati asteroidi[asteroideja];
+Pati pikkumies[pikkumiehia];
+float alfa, beta, alfa2, beta2;
+int gamemode = 0;
+bool playerrajahtaa[maxPlayers];
+float prajahdys[maxPlayers][2];
+signed char playeruudestaan[maxPlayers];
+bool asteroidiuudestaan[asteroideja];
+bool asteroidirajahtaa;
+float arajahdys[2];
+pikkumiessiirto siirrot[10];
+void calculateFrame(int) {}
+void laskeAsteroidit() {}
+void laskePikkumiehet() {}
+void drawFrame(int) {}
+void drawPlanet() {}
+void piirraAsteroidit() {}
+void piirraPikkumiehet() {}
+void valitseAlus(int) {}
+void drawAlusValinta(int, int) {}

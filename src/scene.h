@@ -1,0 +1,56 @@
+// The world: one calculated frame, asteroids, little men, debris and stars,
+// the frame drawing and the ship-choice screen.
+#pragma once
+
+#include "Player.h"
+
+struct Star {
+  float x, y, z;
+  float r, g, b;
+  float koko;
+};
+
+const int asteroideja = 20;
+const int pikkumiehia = 200;
+const int tahtia = 500;
+// The shard pool is sized for the highest detail level, so that a detail
+// change in the settings can never make `sirpaleita` outgrow it.
+const int maxSirpaleita = 3 * 500 + 1000;
+
+extern Sirpale sirpale[maxSirpaleita];
+extern Star star[tahtia];
+extern Pati asteroidi[asteroideja];
+extern Pati pikkumies[pikkumiehia];
+
+// Camera angles (degrees), kept by the world step and read by the drawing.
+extern float alfa, beta, alfa2, beta2;
+
+extern int gamemode;  // 0..4, see the game menu
+
+// Hand-over to the in-game network loops.
+struct pikkumiessiirto {
+  float x, y, energia;
+  short aika, numero;
+};
+extern bool playerrajahtaa[maxPlayers];
+extern float prajahdys[maxPlayers][2];
+extern signed char playeruudestaan[maxPlayers];
+extern bool asteroidiuudestaan[asteroideja];
+extern bool asteroidirajahtaa;
+extern float arajahdys[2];
+extern pikkumiessiirto siirrot[10];
+
+// The world step and its parts.
+void calculateFrame(int frame);
+void laskeAsteroidit();
+void laskePikkumiehet();
+
+// Drawing (frame and HUD).
+void drawFrame(int frame);
+void drawPlanet();
+void piirraAsteroidit();
+void piirraPikkumiehet();
+
+// Ship choice of one player (credit games).
+void valitseAlus(int pelaaja);
+void drawAlusValinta(int pelaaja, int kursori);

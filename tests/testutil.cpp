@@ -1,0 +1,1 @@
+#include "testutil.h"
