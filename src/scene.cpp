@@ -13,6 +13,8 @@ bool asteroidiuudestaan[asteroideja];
 bool asteroidirajahtaa;
 float arajahdys[2];
 pikkumiessiirto siirrot[10];
+void alustaTahdet() {}
+void alustaAsteroidit() {}
 void calculateFrame(int) {}
 void laskeAsteroidit() {}
 void laskePikkumiehet() {}
@@ -22,3 +24,10 @@ void piirraAsteroidit() {}
 void piirraPikkumiehet() {}
 void valitseAlus(int) {}
 void drawAlusValinta(int, int) {}
+void Player::piirraPadit() {}
+void Player::piirraePadit() {}
+void Player::piirraLimat() {}
+void Player::piirraKaasujaljet() {}
+void Player::piirraViivat() {}
+void Player::piirraAlkuSirpaleet() {}
+void Player::piirraGraffat() {}

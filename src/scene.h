@@ -40,6 +40,10 @@ extern bool asteroidirajahtaa;
 extern float arajahdys[2];
 extern pikkumiessiirto siirrot[10];
 
+// Start-up placement (called by alota).
+void alustaTahdet();
+void alustaAsteroidit();
+
 // The world step and its parts.
 void calculateFrame(int frame);
 void laskeAsteroidit();
