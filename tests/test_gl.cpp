@@ -101,13 +101,14 @@ void writePng(const std::string& path, int w, int h, int colourType, const Bytes
   fclose(f);
 }
 
-// A font image whose every glyph is a white square in the middle of a black cell.
+// A font image whose every glyph is a white block in the upper half of a black cell,
+// so that a glyph drawn upside down shows.
 void writeBlockFont(const std::string& path) {
   const int size = 128, cell = 8;
   Bytes px(size * size * 3, 0);
   for (int y = 0; y < size; y++)
     for (int x = 0; x < size; x++)
-      if (x % cell >= 2 && x % cell < 6 && y % cell >= 2 && y % cell < 6)
+      if (x % cell >= 2 && x % cell < 6 && y % cell >= 1 && y % cell < 5)
         for (int c = 0; c < 3; c++) px[(y * size + x) * 3 + c] = 255;
   writePng(path, size, size, 2, px);
 }
@@ -372,12 +373,14 @@ TEST_F(Drawing, TextLightsPixelsAtItsPointOnly) {
   flatText();
   glTranslatef(0, 0, -10);
   gl_println(0, 0, 0, "AB");
-  int ax, ay, bx, by, farx, fary;
-  project(0, 0, 0, ax, ay);
-  project(2 * letterwidth['A'], 0, 0, bx, by);
-  project(3.5f, 0, 0, farx, fary);  // past the end of "AB"
+  int ax, ay, bx, by, belowx, belowy, farx, fary;
+  project(0, 0.4f, 0, ax, ay);
+  project(2 * letterwidth['A'], 0.4f, 0, bx, by);
+  project(0, -0.6f, 0, belowx, belowy);  // the glyph's dark lower half: the image is the right way up
+  project(3.5f, 0.4f, 0, farx, fary);    // past the end of "AB"
   EXPECT_GT(brightnessAt(ax, ay), 0.8f);
   EXPECT_GT(brightnessAt(bx, by), 0.8f);
+  EXPECT_LT(brightnessAt(belowx, belowy), 0.05f);
   EXPECT_LT(brightnessAt(farx, fary), 0.05f);
   for (int y = 0; y < H; y += 16) EXPECT_LT(brightnessAt(W - 1, y), 0.05f);
   for (int x = 0; x < W; x += 16) EXPECT_LT(brightnessAt(x, H - 1), 0.05f);
@@ -389,8 +392,8 @@ TEST_F(Drawing, HighBytesDrawNothingAndAdvanceOneWidth) {
   const char text[] = {char(0xC8), 'A', char(0xFF), 0};
   gl_println(0, 0, 0, text, 0.5f);
   int hx, hy, ax, ay;
-  project(0, 0, 0, hx, hy);
-  project(1.0f, 0, 0, ax, ay);  // 2 x size x width 1
+  project(0, 0.2f, 0, hx, hy);
+  project(1.0f, 0.2f, 0, ax, ay);  // 2 x size x width 1
   EXPECT_LT(brightnessAt(hx, hy), 0.05f);
   EXPECT_GT(brightnessAt(ax, ay), 0.8f);
 }
