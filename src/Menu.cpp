@@ -26,7 +26,7 @@ const char* const otsikot[6] = {"main menu", "Local Game", "Host Multiplayer", "
 const int kohtia = 5;
 
 // Where the cursor arrows sit: the right one just after each label.
-const float nuoliSyvyys = -11.0f;
+const float nuoliSyvyys = -12.0f;
 const float vasenNuoliX = -6.5f;
 const float oikeaNuoliX[kohtia] = {-1.9f, -0.6f, -0.8f, -2.6f, -3.9f};
 

@@ -192,10 +192,12 @@ void quad(float nx, float ny, float nz, const float (&v)[4][3]) {
 }
 
 // The menu cursor: a flat arrow pointing along +x, extruded in z so that it
-// shows its edge and its faces as it spins about x.
-const float nuoliPaksuus = 0.3f;
-const float nuoliReuna[][2] = {{-1.0f, -0.3f}, {0.1f, -0.3f}, {0.1f, -0.75f}, {1.0f, 0.0f},
-                               {0.1f, 0.75f},  {0.1f, 0.3f},  {-1.0f, 0.3f}};
+// shows its edge and its faces as it spins about x. Its tip lies right of the
+// origin and its tail left of it, so that the menu's placement keeps it clear of
+// the labels on a 4:3 screen.
+const float nuoliPaksuus = 0.2f;
+const float nuoliReuna[][2] = {{-0.5f, -0.22f}, {0.25f, -0.22f}, {0.25f, -0.55f}, {0.9f, 0.0f},
+                               {0.25f, 0.55f},  {0.25f, 0.22f},  {-0.5f, 0.22f}};
 const int nuoliPisteita = sizeof(nuoliReuna) / sizeof(nuoliReuna[0]);
 
 void nuolenKyljet() {

@@ -169,7 +169,7 @@ TEST_F(MenuFrame, CursorArrowsFollowTheItem) {
     glGetDoublev(GL_MODELVIEW_MATRIX, mv);
     glGetDoublev(GL_PROJECTION_MATRIX, pr);
     glGetIntegerv(GL_VIEWPORT, vp);
-    gluProject(-6.5, arrowY, -11, mv, pr, vp, &wx, &wy, &wz);
+    gluProject(-6.5, arrowY, -12, mv, pr, vp, &wx, &wy, &wz);
     const auto row = frameRow(int(wy));
     int n = 0;
     for (int x = 0; x < W; x++) n += row[x * 3 + 1] > 60 && row[x * 3 + 2] < row[x * 3 + 1] / 2;
