@@ -117,8 +117,9 @@ const int hehkuKoko = 64;
 const int nelioKoko = 16;
 float generoitu[hehkuKoko * hehkuKoko];
 
+// A name of 0 gets a new texture name; any other is refilled in place.
 void lataaLuminanssi(GLuint* nimi, int koko, const float* texelit) {
-  glGenTextures(1, nimi);
+  if (*nimi == 0) glGenTextures(1, nimi);
   glBindTexture(GL_TEXTURE_2D, *nimi);
   linearFiltterit();
   glPixelStorei(GL_UNPACK_ALIGNMENT, 4);
@@ -127,11 +128,6 @@ void lataaLuminanssi(GLuint* nimi, int koko, const float* texelit) {
 
 double etaisyys2(int i, int j) { return double((i - 32) * (i - 32) + (j - 32) * (j - 32)); }
 
-void generoiTekstuuri(int slotti, void (*generoi)(GLuint*)) {
-  GLuint nimi = 0;
-  generoi(&nimi);
-  asetaSlotti(slotti, nimi);
-}
 
 void asetaAlustenTekstuurit() {
   alus[0].patitexture = texture[4];
@@ -286,11 +282,11 @@ void LoadGLFont() {
 int LoadGLTextures() {
   LoadGLFont();
   lataaKuvat(ekatKuvat);
-  generoiTekstuuri(18, generateLightFlare);
-  generoiTekstuuri(15, generateLightNelio);
+  generateLightFlare(&texture[18]);
+  generateLightNelio(&texture[15]);
   lataaKuvat(tokatKuvat);
   lataaIsotKuvat();
-  generoiTekstuuri(tiimiSlotti, generateTeamJuttu);
+  generateTeamJuttu(&texture[tiimiSlotti]);
   tiimitexture = texture[tiimiSlotti];
   asetaAlustenTekstuurit();
   printf("moi!\n");
