@@ -42,7 +42,7 @@ void asetaPaikat(float t) {
       const float u = float(j) / (lippuSarakkeita - 1);
       LippuPiste& p = lippu[i][j];
       const float z = poikkeama(u, v, t);
-      // Cloth does not stretch: the waving pulls the free edge in a little, and it sags.
+      // The waving pulls the free edge in a little, and the cloth sags away from the pole.
       p.x = u * leveys - 0.2f * std::fabs(z) * u;
       p.y = v * korkeus - 0.6f * u * u;
       p.z = z;
