@@ -19,6 +19,7 @@ void calculateFrame(int) {}
 void laskeAsteroidit() {}
 void laskePikkumiehet() {}
 void drawFrame(int) {}
+void piirraMaailma() {}
 void drawPlanet() {}
 void piirraAsteroidit() {}
 void piirraPikkumiehet() {}

@@ -51,6 +51,7 @@ void laskePikkumiehet();
 
 // Drawing (frame and HUD).
 void drawFrame(int frame);
+void piirraMaailma();  // the whole game picture without swapping the buffers (menus draw over it)
 void drawPlanet();
 void piirraAsteroidit();
 void piirraPikkumiehet();
