@@ -85,6 +85,7 @@ Image makeHullPlating(uint32_t seed, Rgb base, Rgb accent) {
 }
 
 Image makeAsteroidSkin() {
+    const float kSunX = 0.48f, kSunY = 0.6f, kSunZ = 0.64f;
     const Noise noise(39);
     Random rng(39);
     struct Crater {
@@ -103,16 +104,21 @@ Image makeAsteroidSkin() {
         const float x = std::cos(lon) * std::sin(lat), y = std::sin(lon) * std::sin(lat), z = std::cos(lat);
         const float rock = noise.fbm(x * 2.2f, y * 2.2f, z * 2.2f, 6);
         const float mineral = noise.fbm(x * 1.3f + 9, y * 1.3f, z * 1.3f, 3);
-        Rgb c = mix(Rgb{0.30f, 0.26f, 0.22f}, Rgb{0.58f, 0.55f, 0.50f}, smoothstep(-0.6f, 0.6f, rock));
+        Rgb c = mix(Rgb{0.30f, 0.26f, 0.22f}, Rgb{0.58f, 0.55f, 0.50f}, smoothstep(-0.45f, 0.45f, rock));
         c = mix(c, Rgb{0.55f, 0.42f, 0.30f}, smoothstep(0.0f, 0.6f, mineral) * 0.6f);
-        float shade = 1 + 0.12f * noise.fbm(x * 12, y * 12, z * 12, 3);
+        float shade = 1 + 0.15f * noise.fbm(x * 12, y * 12, z * 12, 3) - 0.3f * std::pow(noise.ridged(x * 3 + 5, y * 3, z * 3, 4), 8.0f);
         for (const Crater& k : craters) {
             const float cosAngle = std::clamp(x * k.x + y * k.y + z * k.z, -1.0f, 1.0f);
             const float t = std::acos(cosAngle) / k.size;
             if (t > 1.6f) continue;
-            shade *= 1 - 0.4f * (1 - smoothstep(0.5f, 0.95f, t));  // dark floor
-            shade *= 1 + 0.45f * glow(t - 1.0f, 0.15f);           // bright raised rim
-            shade *= 1 - 0.12f * glow(t - 1.35f, 0.15f);          // ejecta shadow outside the rim
+            // Which way this point lies from the crater centre, against a fixed sun, so that
+            // one inner wall is lit and the other in shadow.
+            const float ox = x - k.x * cosAngle, oy = y - k.y * cosAngle, oz = z - k.z * cosAngle;
+            const float facing = (ox * kSunX + oy * kSunY + oz * kSunZ) / std::max(1e-4f, std::sqrt(ox * ox + oy * oy + oz * oz));
+            const float depth = std::min(1.0f, k.size * 6);  // small craters are shallow
+            shade *= 1 - 0.3f * depth * (1 - smoothstep(0.2f, 0.9f, t));       // dark floor
+            shade *= 1 + 0.45f * depth * facing * glow(t - 0.7f, 0.25f);        // lit and shaded walls
+            shade *= 1 - 0.25f * depth * facing * glow(t - 1.1f, 0.15f);        // the rim throws the opposite way
         }
         return c * shade;
     });

@@ -92,7 +92,8 @@ Image makeSunFlare() {
         const float r = radius(u, v);
         const float angle = std::atan2(v, u);
         // Rays of uneven length: noise sampled around a circle so the pattern closes.
-        const float reach = 0.35f + 0.45f * (0.5f + 0.5f * noise.at(std::cos(angle) * 2.2f, std::sin(angle) * 2.2f, 0.5f));
+        const float n = 0.5f + 0.5f * noise.at(std::cos(angle) * 4, std::sin(angle) * 4, 0.5f);
+        const float reach = 0.15f + 0.75f * n * n;
         const float rays = std::pow(std::fabs(std::cos(angle * 6)), 18.0f) * glow(r, reach);
         const float ring = 0.25f * glow(r - 0.62f, 0.035f);
         const Rgb c = hotGlow(r, 0.18f, {1.0f, 0.8f, 0.3f}, 0.34f, {1.0f, 0.5f, 0.1f}, 0.6f) +
