@@ -3,8 +3,6 @@
 #include <algorithm>
 #include <cmath>
 
-float luminance(Rgb c) { return 0.299f * c.r + 0.587f * c.g + 0.114f * c.b; }
-
 Image::Image(int width, int height) : w(width), h(height), px(static_cast<size_t>(width) * height) {}
 
 Rgb Image::sample(float x, float y) const {

@@ -1,7 +1,7 @@
 // A floating-point RGB image, the canvas every generated texture is painted on.
 #pragma once
 
-#include <string>
+#include <cstddef>
 #include <vector>
 
 struct Rgb {
@@ -14,7 +14,6 @@ inline Rgb operator*(Rgb a, float k) { return {a.r * k, a.g * k, a.b * k}; }
 inline Rgb operator*(Rgb a, Rgb b) { return {a.r * b.r, a.g * b.g, a.b * b.b}; }
 inline Rgb& operator+=(Rgb& a, Rgb b) { return a = a + b; }
 inline Rgb mix(Rgb a, Rgb b, float t) { return a + (b - a) * t; }
-float luminance(Rgb c);
 
 class Image {
 public:

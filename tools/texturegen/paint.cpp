@@ -3,12 +3,13 @@
 #include <algorithm>
 #include <vector>
 
+namespace {
+
+// Temperature-like star tint, t in [0, 1] from hot blue to cool orange.
 Rgb starColour(float t) {
     const Rgb blue{0.70f, 0.80f, 1.00f}, white{1.00f, 0.98f, 0.95f}, orange{1.00f, 0.78f, 0.55f};
     return t < 0.5f ? mix(blue, white, t * 2) : mix(white, orange, t * 2 - 1);
 }
-
-namespace {
 
 void addDot(Image& img, float cx, float cy, float radius, Rgb colour, float spikes) {
     const int reach = static_cast<int>(std::ceil(radius * (spikes > 0 ? 8 : 3)));

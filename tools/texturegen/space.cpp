@@ -7,8 +7,6 @@
 
 namespace {
 
-float radius(float u, float v) { return std::sqrt(u * u + v * v); }
-
 // Brightness of a two-armed logarithmic spiral at polar (r, angle), 0..1.
 float spiralArms(float r, float angle, float wobble) {
     const float winding = 2.6f;  // how tightly the arms wrap around the bulge
