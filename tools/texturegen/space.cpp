@@ -110,7 +110,9 @@ void paintName(Image& img, const Typeface& font, float cx, float baseline) {
     const float tracking = 6;
     Image mask(img.width(), img.height());
     font.drawLine(mask, name, cx - font.lineWidth(name, size, tracking) / 2, baseline, size, tracking);
-    const Image wideGlow = blurred(mask, 26), tightGlow = blurred(mask, 6);
+    // The wide glow is smooth, so it is blurred at a quarter of the size and scaled back up.
+    const Image wideGlow = blurred(mask.shrunk(4), 6.5f).resized(mask.width(), mask.height());
+    const Image tightGlow = blurred(mask, 6);
     const float top = baseline - size * 0.75f;
     img.apply([&](Rgb c, int x, int y) {
         const float cover = std::min(mask.at(x, y).r, 1.0f);
