@@ -11,6 +11,7 @@
 #include <string>
 
 #include "../tools/texturegen/letterwidth.h"
+#include "Teksti.h"
 
 namespace {
 
@@ -245,6 +246,12 @@ TEST_F(FontAtlas, TextSitsOnOneBaselineCentredInTheCell) {
         bottom = std::max(bottom, ink[c].bottom);
     }
     EXPECT_NEAR(top, 63 - bottom, 2);
+}
+
+TEST(FontAdvances, AtlasIsLaidOutForTheGamesOwnAdvanceTable) {
+    // The generator keeps its own copy of the table; the two must never drift apart.
+    if (letterwidth[int('A')] == 0) GTEST_SKIP() << "the game's advance table is not filled in this build";
+    for (int c = 0; c < 256; ++c) EXPECT_FLOAT_EQ(letterwidth[c], letterWidth(c)) << "code " << c;
 }
 
 TEST(Textures, SmallFontAtlasKeepsTheGrid) {

@@ -74,8 +74,11 @@ Image makeSuckerVortex() {
 }
 
 Image makeLittleMan() {
-    return renderCentred(128, 4, [](float u, float v) {
-        // Distance to a stick figure waving both arms, in a 0.8-wide frame.
+    return renderCentred(128, 4, [](float imageU, float imageV) {
+        // The game turns this quad a quarter turn clockwise, so the figure is drawn lying
+        // with its head to the left of the image to stand upright on screen.
+        const float u = -imageV, v = imageU;
+        // Distance to a stick figure waving both arms.
         const float head = radius(u, v + 0.5f) - 0.15f;
         float limbs = segmentDistance(u, v, 0, -0.32f, 0, 0.18f) - 0.09f;                  // body
         limbs = std::min(limbs, segmentDistance(u, v, 0, -0.22f, -0.38f, -0.42f) - 0.055f);  // left arm up
