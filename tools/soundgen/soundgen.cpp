@@ -1,1 +1,40 @@
-int main() { return 0; }
+// soundgen <data folder>: synthesises every ship sound effect and all the music the game
+// plays into the data folder. Deterministic: the same build gives the same files.
+#include <cstdio>
+#include <filesystem>
+#include <string>
+#include <system_error>
+
+#include "effects.h"
+#include "writers.h"
+
+namespace {
+
+bool makeFolder(const std::filesystem::path& folder) {
+  std::error_code error;
+  std::filesystem::create_directories(folder, error);
+  if (error) std::fprintf(stderr, "soundgen: cannot create folder %s: %s\n", folder.c_str(), error.message().c_str());
+  return !error;
+}
+
+bool writeEffects(const std::filesystem::path& data) {
+  bool ok = true;
+  for (const effects::Effect& effect : effects::all())
+    ok = audiofile::writeWav((data / effect.file).string(), effects::finish(effect)) && ok;
+  return ok;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  if (argc != 2) {
+    std::fprintf(stderr, "usage: soundgen <data folder>\n");
+    return 2;
+  }
+  const std::filesystem::path data = argv[1];
+  const std::filesystem::path musics = data / "musics";
+  if (!makeFolder(data) || !makeFolder(musics / "StartMusic")) return 1;
+
+  bool ok = writeEffects(data);
+  return ok ? 0 : 1;
+}
