@@ -145,23 +145,19 @@ Samples a7Shot() {
 }
 
 // Ship 9's laser, which loops for as long as the beam burns. Every component repeats a
-// whole number of times in the 0.5 s loop (all frequencies sit on a 2 Hz grid), and the
-// filter runs through one loop before the kept one so that it is in its steady state:
-// the last sample leads into the first like any other pair.
+// whole number of times in the 0.5 s loop: all frequencies sit on a 2 Hz grid.
 Samples a9LaserHum() {
-  const int loop = synth::frames(0.5);
-  Samples s(2 * loop, 0.0f);
   Osc body(Osc::Saw), beat(Osc::Saw), buzz(Osc::Sine), buzzMod(Osc::Sine);
   synth::Svf filter;
-  for (int i = 0; i < 2 * loop; ++i) {
-    double t = synth::seconds(i);
+  int i = 0;
+  return synth::periodic(synth::frames(0.5), [&]() {
+    double t = synth::seconds(i++);
     double wobble = 0.5 + 0.5 * std::sin(synth::kTwoPi * 6.0 * t);
     double hum = 0.55 * body.next(112.0) + 0.45 * beat.next(114.0);
     hum = filter.lowpass(static_cast<float>(hum), 900.0 + 600.0 * wobble, 2.0);
     double sizzle = buzz.next(1344.0 + 2.0 * 224.0 * buzzMod.next(224.0));
-    s[i] = static_cast<float>(hum + 0.12 * sizzle * (0.6 + 0.4 * wobble));
-  }
-  return Samples(s.begin() + loop, s.end());
+    return static_cast<float>(hum + 0.12 * sizzle * (0.6 + 0.4 * wobble));
+  });
 }
 
 // Ship 10's plasma shot.

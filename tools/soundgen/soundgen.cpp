@@ -6,6 +6,7 @@
 #include <system_error>
 
 #include "effects.h"
+#include "music.h"
 #include "writers.h"
 
 namespace {
@@ -36,5 +37,8 @@ int main(int argc, char** argv) {
   if (!makeFolder(data) || !makeFolder(musics / "StartMusic")) return 1;
 
   bool ok = writeEffects(data);
+  ok = music::writeStartMusic((musics / "StartMusic" / "start.mp3").string()) && ok;
+  ok = music::writeTrackerSong((musics / "orbit.xm").string()) && ok;
+  ok = music::writeRenderedSong((musics / "nebula.ogg").string()) && ok;
   return ok ? 0 : 1;
 }

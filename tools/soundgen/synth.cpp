@@ -123,11 +123,23 @@ float peak(const Samples& s) {
   return p;
 }
 
+namespace {
+
+float gainForPeak(float currentPeak, double dbfs) {
+  return currentPeak > 0.0f ? static_cast<float>(std::pow(10.0, dbfs / 20.0) / currentPeak) : 1.0f;
+}
+
+}  // namespace
+
 void normalise(Samples& s, double dbfs) {
-  float p = peak(s);
-  if (p <= 0.0f) return;
-  float gain = static_cast<float>(std::pow(10.0, dbfs / 20.0) / p);
+  const float gain = gainForPeak(peak(s), dbfs);
   for (float& v : s) v *= gain;
+}
+
+void normaliseStereo(Stereo& s, double dbfs) {
+  const float gain = gainForPeak(std::max(peak(s.left), peak(s.right)), dbfs);
+  for (Samples* channel : {&s.left, &s.right})
+    for (float& v : *channel) v *= gain;
 }
 
 void mixInto(Samples& dst, const Samples& src, int offset, float gain) {

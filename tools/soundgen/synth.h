@@ -2,6 +2,7 @@
 // sound effects, the tracker instruments and the rendered music are built from.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <vector>
 
@@ -81,9 +82,22 @@ void fadeEnds(Samples& s, double fadeInSeconds, double fadeOutSeconds);
 float peak(const Samples& s);
 // Scales the whole signal so that its peak sits at `dbfs` (e.g. -1).
 void normalise(Samples& s, double dbfs);
+// Scales both channels by one factor so that the louder peak sits at `dbfs`.
+void normaliseStereo(Stereo& s, double dbfs);
 // Adds src * gain into dst starting at frame `offset`, growing dst when needed.
 void mixInto(Samples& dst, const Samples& src, int offset, float gain);
 // Float sample in [-1, 1] to 16-bit PCM, rounded and clamped.
 int16_t toPcm16(float v);
+
+// One loop of a periodic signal, `loopFrames` long, from a generator whose components
+// all complete whole cycles in that time. The generator runs through one loop first so
+// that filters inside it have settled: the last sample leads into the first like any
+// other pair.
+template <class Next>
+Samples periodic(int loopFrames, Next next) {
+  Samples s(2 * static_cast<size_t>(loopFrames));
+  for (float& v : s) v = next();
+  return Samples(s.begin() + loopFrames, s.end());
+}
 
 }  // namespace synth
