@@ -165,18 +165,18 @@ xm::Pattern compose(const Section& s) {
   for (int bar = 0; bar < kBars; ++bar) {
     const Chord& c = chords[bar];
     const int row = bar * kRowsPerBar;
-    for (size_t t = 0; t < c.tones.size() && t < 3; ++t) p.note(row, PadCh0 + static_cast<int>(t), c.tones[t], Pad, 36);
-    if (*s.bass) p.notes(score::figure(s.bass, c), row, 1, BassCh, Bass, 56);
-    if (s.arp) p.notes(score::figure("0123 2101 2321 0121", c), row, 1, ArpCh, Pluck, 30);
-    p.hits(s.kick, row, KickCh, Kick, 60);
-    p.hits(s.hats, row, HatCh, Hat, 30);
+    for (size_t t = 0; t < c.tones.size() && t < 3; ++t) p.note(row, PadCh0 + static_cast<int>(t), c.tones[t], Pad, 44);
+    if (*s.bass) p.notes(score::figure(s.bass, c), row, 1, BassCh, Bass, 62);
+    if (s.arp) p.notes(score::figure("0123 2101 2321 0121", c), row, 1, ArpCh, Pluck, 36);
+    p.hits(s.kick, row, KickCh, Kick, 64);
+    p.hits(s.hats, row, HatCh, Hat, 34);
     const bool fill = s.lastBarSnare && bar == kBars - 1;
-    p.hits(fill ? s.lastBarSnare : s.snare, row, SnareCh, Snare, 46);
+    p.hits(fill ? s.lastBarSnare : s.snare, row, SnareCh, Snare, 56);
   }
-  if (s.crash) p.note(0, CrashCh, 60, Crash, 40);
+  if (s.crash) p.note(0, CrashCh, 60, Crash, 48);
   const std::vector<score::Note> melody = score::parse(s.melody);
-  p.notes(melody, 0, 2, LeadCh, Lead, 44);
-  p.notes(melody, kEchoRows, 2, EchoCh, Lead, 16);
+  p.notes(melody, 0, 2, LeadCh, Lead, 54);
+  p.notes(melody, kEchoRows, 2, EchoCh, Lead, 20);
   return p.take();
 }
 

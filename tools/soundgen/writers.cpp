@@ -18,7 +18,7 @@ constexpr int kChunkFrames = 8192;
 // A file opened for writing that remembers the first error and reports it once.
 class OutFile {
 public:
-  explicit OutFile(const std::string& path) : path_(path), file_(std::fopen(path.c_str(), "wb")) {
+  explicit OutFile(const std::string& path) : path_(path), file_(std::fopen(path.c_str(), "w+b")) {
     if (!file_) fail();
   }
   ~OutFile() {
@@ -112,7 +112,8 @@ bool writeMp3(const std::string& path, const synth::Stereo& music, int kbps) {
   int bytes = lame_encode_flush(lame.get(), mp3.data(), static_cast<int>(mp3.size()));
   if (bytes < 0) return encoderFailed(path, "LAME failed to flush");
   out.write(mp3.data(), bytes);
-  // Rewrites the leading Info frame with the real length, so that players know the duration.
+  // Rewrites the leading Info frame with the real length, so that players know the
+  // duration (this reads the file back, hence the read-write mode of OutFile).
   if (out.handle()) lame_mp3_tags_fid(lame.get(), out.handle());
   return out.close();
 }
