@@ -18,6 +18,27 @@ constexpr NoiseBurst::Mode kHigh = NoiseBurst::High;
 
 Samples lasting(double secondsLong) { return Samples(synth::frames(secondsLong), 0.0f); }
 
+// The recipe of the heavy impacts: a falling sine boom under a noise burst whose
+// low-pass cutoff falls with it, optional debris crackle, soft-clipped for weight.
+struct Blast {
+  double seconds;
+  double boomFromHz, boomToHz;
+  double noiseFromHz, noiseToHz;
+  uint32_t seed;
+  double cracklePerSecond;  // 0 for none
+  float drive;
+};
+
+Samples blast(const Blast& b) {
+  Samples s = lasting(b.seconds);
+  const double decay = b.seconds * 0.93;
+  Tone(Osc::Sine).sweep(b.boomFromHz, b.boomToHz, b.seconds * 0.65).envelope(0.001, decay).addTo(s);
+  NoiseBurst(b.seed).filter(kLow, b.noiseFromHz, b.noiseToHz, b.seconds * 0.8, 1.0).envelope(0.001, decay * 0.95).gain(0.9f).addTo(s);
+  if (b.cracklePerSecond > 0.0) layers::addCrackle(s, b.seed + 1, 0.03, b.seconds * 0.75, b.cracklePerSecond, 0.28f);
+  layers::saturate(s, b.drive);
+  return s;
+}
+
 // Ship 0's light blaster; it also serves the rapid-fire guns of ships 2, 6 and 8, so it
 // has to stay short and unobtrusive.
 Samples a0Shot() {
@@ -45,14 +66,7 @@ Samples a1Shot() {
   return s;
 }
 
-Samples a1Hit() {
-  Samples s = lasting(0.28);
-  Tone(Osc::Sine).sweep(130, 38, 0.18).envelope(0.001, 0.26).gain(1.0).addTo(s);
-  NoiseBurst(4).filter(kLow, 5000, 250, 0.22, 1.0).envelope(0.001, 0.25).gain(0.9).addTo(s);
-  layers::addCrackle(s, 5, 0.02, 0.2, 120, 0.25f);
-  layers::saturate(s, 1.5f);
-  return s;
-}
+Samples a1Hit() { return blast({0.28, 130, 38, 5000, 250, 4, 120, 1.5f}); }
 
 // The big one: ship 2's self-destruct and every ship's explosion.
 Samples a2Explosion() {
@@ -101,14 +115,7 @@ Samples a4Special() {
   return s;
 }
 
-Samples a4SpecialHit() {
-  Samples s = lasting(0.55);
-  Tone(Osc::Sine).sweep(110, 40, 0.35).envelope(0.002, 0.5).gain(1.0).addTo(s);
-  NoiseBurst(43).filter(kLow, 4500, 300, 0.45, 1.0).envelope(0.001, 0.5).gain(0.8).addTo(s);
-  layers::addCrackle(s, 44, 0.05, 0.4, 140, 0.25f);
-  layers::saturate(s, 1.6f);
-  return s;
-}
+Samples a4SpecialHit() { return blast({0.55, 110, 40, 4500, 300, 43, 140, 1.6f}); }
 
 // Ship 5's huge blob cannon: a deep whoomp.
 Samples a5Shot() {
@@ -213,14 +220,7 @@ Samples a13Special() {
   return s;
 }
 
-Samples a13Hit() {
-  Samples s = lasting(0.3);
-  Tone(Osc::Sine).sweep(120, 45, 0.2).envelope(0.001, 0.28).gain(0.9).addTo(s);
-  NoiseBurst(135).filter(kLow, 6000, 350, 0.25, 1.2).envelope(0.001, 0.27).gain(1.0).addTo(s);
-  layers::addCrackle(s, 136, 0.03, 0.22, 150, 0.3f);
-  layers::saturate(s, 1.8f);
-  return s;
-}
+Samples a13Hit() { return blast({0.3, 120, 45, 6000, 350, 135, 150, 1.8f}); }
 
 // Ship 14's bomb launcher: a mechanical chunk.
 Samples a14Shot() {
@@ -239,13 +239,7 @@ Samples a14Special() {
   return s;
 }
 
-Samples a14Hit() {
-  Samples s = lasting(0.3);
-  Tone(Osc::Sine).sweep(140, 50, 0.15).envelope(0.001, 0.28).gain(1.0).addTo(s);
-  NoiseBurst(143).filter(kLow, 4000, 400, 0.2, 1.5).envelope(0.001, 0.24).gain(0.8).addTo(s);
-  layers::saturate(s, 1.7f);
-  return s;
-}
+Samples a14Hit() { return blast({0.3, 140, 50, 4000, 400, 143, 0, 1.7f}); }
 
 // Ship 15's drifting mines leave every few frames: only a light tick.
 Samples a15Shot() {
@@ -378,7 +372,10 @@ const std::vector<Effect>& all() {
 
 Samples finish(const Effect& effect) {
   Samples s = effect.make();
-  if (!effect.loops) synth::fadeEnds(s, 0.0015, 0.008);
+  if (effect.loops)
+    synth::startAtZeroCrossing(s);
+  else
+    synth::fadeEnds(s, 0.0015, 0.008);
   synth::normalise(s, -1.0);
   return s;
 }

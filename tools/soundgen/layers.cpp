@@ -9,15 +9,10 @@ using synth::Samples;
 namespace layers {
 namespace {
 
-struct Shape {
-  double start, attack, decay, tremoloHz, tremoloDepth;
-  float gain;
-};
-
 // Runs `voice(t)` from the layer's start until its envelope has fallen below -60 dB
 // (or the buffer ends) and adds the enveloped result into s.
 template <class Voice>
-void render(Samples& s, const Shape& shape, Voice voice) {
+void render(Samples& s, const Envelope& shape, Voice voice) {
   const int begin = synth::frames(shape.start);
   const int end = std::min(static_cast<int>(s.size()), begin + synth::frames(shape.attack + shape.decay));
   for (int i = begin; i < end; ++i) {
@@ -40,12 +35,6 @@ Tone& Tone::sweep(double fromHz, double toHz, double secondsLong) {
   return *this;
 }
 
-Tone& Tone::envelope(double attack, double decay) {
-  attack_ = attack;
-  decay_ = decay;
-  return *this;
-}
-
 Tone& Tone::fm(double ratio, double from, double to) {
   fmRatio_ = ratio;
   fmFrom_ = from;
@@ -60,28 +49,12 @@ Tone& Tone::lowpass(double fromHz, double toHz, double q) {
   return *this;
 }
 
-Tone& Tone::tremolo(double hz, double depth) {
-  tremoloHz_ = hz;
-  tremoloDepth_ = depth;
-  return *this;
-}
-
-Tone& Tone::at(double startSeconds) {
-  start_ = startSeconds;
-  return *this;
-}
-
-Tone& Tone::gain(float g) {
-  gain_ = g;
-  return *this;
-}
-
 void Tone::addTo(Samples& s) const {
   Osc carrier(shape_);
   Osc modulator(Osc::Sine);
   synth::Svf filter;
-  const double life = attack_ + decay_;
-  render(s, {start_, attack_, decay_, tremoloHz_, tremoloDepth_, gain_}, [&](double t) {
+  const double life = env_.attack + env_.decay;
+  render(s, env_, [&](double t) {
     double hz = synth::glide(fromHz_, toHz_, t, sweepSeconds_);
     if (fmRatio_ > 0.0) {
       double index = lerp(fmFrom_, fmTo_, t / life);
@@ -102,32 +75,10 @@ NoiseBurst& NoiseBurst::filter(Mode mode, double fromHz, double toHz, double swe
   return *this;
 }
 
-NoiseBurst& NoiseBurst::envelope(double attack, double decay) {
-  attack_ = attack;
-  decay_ = decay;
-  return *this;
-}
-
-NoiseBurst& NoiseBurst::tremolo(double hz, double depth) {
-  tremoloHz_ = hz;
-  tremoloDepth_ = depth;
-  return *this;
-}
-
-NoiseBurst& NoiseBurst::at(double startSeconds) {
-  start_ = startSeconds;
-  return *this;
-}
-
-NoiseBurst& NoiseBurst::gain(float g) {
-  gain_ = g;
-  return *this;
-}
-
 void NoiseBurst::addTo(Samples& s) const {
   synth::Noise noise(seed_);
   synth::Svf svf;
-  render(s, {start_, attack_, decay_, tremoloHz_, tremoloDepth_, gain_}, [&](double t) {
+  render(s, env_, [&](double t) {
     auto out = svf.process(noise.next(), synth::glide(fromHz_, toHz_, t, sweepSeconds_), q_);
     switch (mode_) {
       case Band: return static_cast<double>(out.band);

@@ -149,6 +149,21 @@ void mixInto(Samples& dst, const Samples& src, int offset, float gain) {
   for (size_t i = 0; i < src.size(); ++i) dst[offset + i] += src[i] * gain;
 }
 
+void startAtZeroCrossing(Samples& loop) {
+  const size_t n = loop.size();
+  size_t best = 0;
+  float bestLevel = 2.0f;
+  for (size_t i = 0; i < n; ++i) {
+    float previous = loop[(i + n - 1) % n];
+    bool rising = previous <= 0.0f && loop[i] >= 0.0f;
+    if (rising && std::fabs(loop[i]) < bestLevel) {
+      best = i;
+      bestLevel = std::fabs(loop[i]);
+    }
+  }
+  std::rotate(loop.begin(), loop.begin() + best, loop.end());
+}
+
 int16_t toPcm16(float v) {
   long scaled = std::lround(static_cast<double>(v) * 32767.0);
   return static_cast<int16_t>(std::clamp(scaled, -32768L, 32767L));

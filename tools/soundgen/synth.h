@@ -89,6 +89,10 @@ void mixInto(Samples& dst, const Samples& src, int offset, float gain);
 // Float sample in [-1, 1] to 16-bit PCM, rounded and clamped.
 int16_t toPcm16(float v);
 
+// Rotates a loop so that it begins at the rising zero crossing closest to silence: the
+// loop still joins seamlessly, and starting it no longer clicks.
+void startAtZeroCrossing(Samples& loop);
+
 // One loop of a periodic signal, `loopFrames` long, from a generator whose components
 // all complete whole cycles in that time. The generator runs through one loop first so
 // that filters inside it have settled: the last sample leads into the first like any
