@@ -33,14 +33,18 @@ std::vector<int16_t> toPcm(const Samples& s) {
   return out;
 }
 
-xm::Instrument oneShot(const char* name, Samples s) {
+// An instrument playing `s`, whose pitch is contentHz, normalised and tuned.
+xm::Instrument instrument(const char* name, Samples s, double contentHz) {
   synth::normalise(s, -1.0);
   xm::Instrument ins;
   ins.name = name;
   ins.sample.data = toPcm(s);
-  ins.sample.tune(synth::midiToHz(60), synth::kRate);  // C-4 plays the sample as recorded
+  ins.sample.tune(contentHz, synth::kRate);
   return ins;
 }
+
+// Drums: note C-4 plays the sample as recorded.
+xm::Instrument oneShot(const char* name, Samples s) { return instrument(name, std::move(s), synth::midiToHz(60)); }
 
 // One oscillator of a looping tone: `extraCycles` more (or fewer) periods than the
 // others over the loop detunes it by exactly that much.
@@ -65,12 +69,8 @@ xm::Instrument looped(const char* name, int cycleFrames, int cycles, double cuto
       v += voices[i].gain * oscs[i].next(base * (cycles + voices[i].extraCycles) / cycles);
     return filter.lowpass(static_cast<float>(v), cutoff, 0.9);
   });
-  synth::normalise(s, -1.0);
-  xm::Instrument ins;
-  ins.name = name;
-  ins.sample.data = toPcm(s);
+  xm::Instrument ins = instrument(name, std::move(s), base);
   ins.sample.loopLength = loop;
-  ins.sample.tune(base, synth::kRate);
   return ins;
 }
 

@@ -64,21 +64,27 @@ float Osc::next(double hz) {
   return static_cast<float>(value);
 }
 
+void Svf::tune(double cutoffHz, double q) {
+  cutoff_ = cutoffHz;
+  q_ = q;
+  double g = std::tan(kPi * std::clamp(cutoffHz, 10.0, kRate * 0.45) / kRate);
+  k_ = 1.0 / std::max(q, 0.05);
+  a1_ = 1.0 / (1.0 + g * (g + k_));
+  a2_ = g * a1_;
+  a3_ = g * a2_;
+}
+
 Svf::Out Svf::process(float in, double cutoffHz, double q) {
-  double cutoff = std::clamp(cutoffHz, 10.0, kRate * 0.45);
-  double g = std::tan(kPi * cutoff / kRate);
-  double k = 1.0 / std::max(q, 0.05);
-  double a1 = 1.0 / (1.0 + g * (g + k));
-  double a2 = g * a1;
-  double a3 = g * a2;
+  // A 0.2 % step in cutoff (3 cents) is far below what the ear follows in a sweep.
+  if (q != q_ || std::fabs(cutoffHz - cutoff_) > cutoff_ * 0.002) tune(cutoffHz, q);
   double v3 = in - ic2_;
-  double v1 = a1 * ic1_ + a2 * v3;
-  double v2 = ic2_ + a2 * ic1_ + a3 * v3;
+  double v1 = a1_ * ic1_ + a2_ * v3;
+  double v2 = ic2_ + a2_ * ic1_ + a3_ * v3;
   ic1_ = 2.0 * v1 - ic1_;
   ic2_ = 2.0 * v2 - ic2_;
   double low = v2;
   double band = v1;
-  double high = in - k * band - low;
+  double high = in - k_ * band - low;
   return {static_cast<float>(low), static_cast<float>(band), static_cast<float>(high)};
 }
 

@@ -61,7 +61,13 @@ public:
   float highpass(float in, double cutoffHz, double q = 0.707) { return process(in, cutoffHz, q).high; }
 
 private:
+  void tune(double cutoffHz, double q);
+
   double ic1_ = 0.0, ic2_ = 0.0;
+  // Coefficients for the last cutoff and resonance; sweeps recompute them only when the
+  // cutoff has moved by an audible amount, which saves most of the tangents.
+  double cutoff_ = -1.0, q_ = -1.0;
+  double k_ = 0.0, a1_ = 0.0, a2_ = 0.0, a3_ = 0.0;
 };
 
 // Exponential glide from a to b over duration seconds, holding b afterwards: pitch and
