@@ -1,6 +1,14 @@
-// The generated sound effects and music: every file the game loads exists, loads through
-// SDL_mixer the way the game loads it, and has the level, length and loop behaviour the
-// game relies on.
+// The sound generator and what it generates. The generated effects and music: every
+// file the game loads exists, loads through SDL_mixer the way the game loads it, and has
+// the level, length and loop behaviour the game relies on. The generator's own toolkit
+// (notation, synthesis, module writer, mix bus): the generator is a build tool outside
+// the game library, so its self-contained parts are compiled into this test directly.
+#include "../tools/soundgen/layers.cpp"
+#include "../tools/soundgen/render.cpp"
+#include "../tools/soundgen/score.cpp"
+#include "../tools/soundgen/synth.cpp"
+#include "../tools/soundgen/xm.cpp"
+
 #include <SDL/SDL.h>
 #include <SDL/SDL_mixer.h>
 #include <glob.h>
@@ -277,6 +285,19 @@ TEST_F(GeneratedAudio, StartMusicIsAnAbout10SecondMp3ThatPlays) {
   EXPECT_GE(seconds, 8.0);
   EXPECT_LE(seconds, 12.5);
   expectLoadsAndPlays(path);
+  // The intro's music callback asks for it by a backslash path, one file name here.
+  const std::string backslashed = dataPath("musics\\StartMusic\\start.mp3");
+  EXPECT_EQ(readFile(backslashed), readFile(path));
+}
+
+TEST_F(GeneratedAudio, EveryShipSoundIsItsOwn) {
+  std::vector<std::vector<int16_t>> seen;
+  for (const char* name : kSampleFiles) {
+    SCOPED_TRACE(name);
+    Wav wav = readWav(dataPath(name));
+    EXPECT_EQ(std::count(seen.begin(), seen.end(), wav.samples), 0);
+    seen.push_back(wav.samples);
+  }
 }
 
 TEST_F(GeneratedAudio, PlaylistHasSongsOfOneToThreeMinutesThatPlay) {
@@ -289,6 +310,191 @@ TEST_F(GeneratedAudio, PlaylistHasSongsOfOneToThreeMinutesThatPlay) {
     EXPECT_LE(seconds, 180.0);
     expectLoadsAndPlays(path);
   }
+}
+
+// ---- The generator's toolkit ----
+
+TEST(SoundScore, MelodyLinesHoldRestAndSpellAccidentals) {
+  const std::vector<score::Note> notes = score::parse("A4 - - . Bb3 C#5 - x - E5");
+  ASSERT_EQ(notes.size(), 4u);
+  EXPECT_EQ(notes[0].pitch, 69);
+  EXPECT_EQ(notes[0].step, 0);
+  EXPECT_EQ(notes[0].length, 3);
+  EXPECT_EQ(notes[1].pitch, 58);
+  EXPECT_EQ(notes[1].step, 4);
+  EXPECT_EQ(notes[1].length, 1);
+  EXPECT_EQ(notes[2].pitch, 73);
+  EXPECT_EQ(notes[2].length, 2);
+  // An unknown word silences the line like a rest: the hold after it starts nothing.
+  EXPECT_EQ(notes[3].pitch, 76);
+  EXPECT_EQ(notes[3].step, 9);
+  EXPECT_EQ(score::pitchOf("Cb4"), 59);
+  EXPECT_EQ(score::pitchOf("B#3"), 60);
+  EXPECT_EQ(score::pitchOf("H4"), -1);
+  EXPECT_EQ(score::pitchOf("C"), -1);
+}
+
+TEST(SoundScore, ChordsAreVoicedCloseWithTheRootInTheBass) {
+  for (const char* name : {"Am", "F", "C", "G", "Em", "Dm", "Bb", "Gm", "A", "E", "Ab", "G7", "Asus"}) {
+    SCOPED_TRACE(name);
+    const score::Chord c = score::chord(name);
+    for (int tone : c.tones) {
+      EXPECT_GE(tone, 55);
+      EXPECT_LT(tone, 67);
+    }
+    EXPECT_TRUE(std::is_sorted(c.tones.begin(), c.tones.end()));
+    EXPECT_GE(c.bass, 36);
+    EXPECT_LT(c.bass, 48);
+  }
+  EXPECT_EQ(score::chord("Am").tones, (std::vector<int>{57, 60, 64}));
+  EXPECT_EQ(score::chord("Am").bass, 45);
+  EXPECT_EQ(score::chord("E").tones, (std::vector<int>{56, 59, 64}));  // G#: major third
+  EXPECT_EQ(score::chord("Asus").tones, (std::vector<int>{57, 62, 64}));
+  EXPECT_EQ(score::chord("G7").tones, (std::vector<int>{55, 59, 62, 65}));
+  EXPECT_EQ(score::chords("Am F C").size(), 3u);
+}
+
+TEST(SoundScore, FiguresWalkTheChordAndDrumLinesSkipSpaces) {
+  const score::Chord am = score::chord("Am");
+  const std::vector<score::Note> arp = score::figure("0123 R.-O", am);
+  ASSERT_EQ(arp.size(), 6u);
+  EXPECT_EQ(arp[3].pitch, 57 + 12);  // past the last tone: the first one an octave up
+  EXPECT_EQ(arp[4].pitch, 45);
+  EXPECT_EQ(arp[4].length, 2);
+  EXPECT_EQ(arp[5].pitch, 57);
+  EXPECT_EQ(arp[5].step, 7);
+  EXPECT_EQ(score::hits("x... ..x. x"), (std::vector<int>{0, 6, 8}));
+}
+
+TEST(SoundSynth, EnvelopesStartAtZeroAndReleaseWithoutAJump) {
+  const synth::Adsr adsr{0.1, 0.2, 0.5, 0.3};
+  EXPECT_DOUBLE_EQ(adsr.at(0.0, 1.0), 0.0);
+  EXPECT_DOUBLE_EQ(adsr.at(0.1, 1.0), 1.0);
+  EXPECT_DOUBLE_EQ(adsr.at(0.6, 1.0), 0.5);
+  EXPECT_DOUBLE_EQ(adsr.at(1.3, 1.0), 0.0);
+  // Released during the attack: the release starts from where the attack had got to.
+  EXPECT_NEAR(adsr.at(0.05, 0.05), adsr.at(0.05 - 1e-9, 0.05), 1e-6);
+  EXPECT_NEAR(adsr.at(0.05 + 0.15, 0.05), 0.25, 1e-9);
+  EXPECT_DOUBLE_EQ(synth::percussive(-0.1, 0.01, 1.0), 0.0);
+  EXPECT_NEAR(synth::percussive(1.01, 0.01, 1.0), 0.001, 1e-4);  // -60 dB at the decay time
+  EXPECT_DOUBLE_EQ(synth::glide(100, 400, 0.5, 1.0), 200.0);     // halfway in ratio, not in Hz
+  EXPECT_DOUBLE_EQ(synth::glide(100, 400, 2.0, 1.0), 400.0);
+}
+
+TEST(SoundSynth, OscillatorsAndFiltersStayBoundedAcrossSweeps) {
+  synth::Osc saw(synth::Osc::Saw), square(synth::Osc::Square);
+  synth::Svf filter;
+  synth::Noise noise(7);
+  float loudest = 0.0f;
+  for (int i = 0; i < synth::kRate; ++i) {
+    double hz = synth::glide(20.0, 20000.0, synth::seconds(i), 1.0);
+    loudest = std::max({loudest, std::fabs(saw.next(hz)), std::fabs(square.next(hz))});
+    float out = filter.lowpass(noise.next(), hz, 8.0);
+    ASSERT_TRUE(std::isfinite(out));
+    loudest = std::max(loudest, std::fabs(out) / 20.0f);  // resonance may ring, never run away
+  }
+  EXPECT_LT(loudest, 1.2f);
+  EXPECT_EQ(synth::toPcm16(2.0f), 32767);
+  EXPECT_EQ(synth::toPcm16(-2.0f), -32768);
+  EXPECT_EQ(synth::toPcm16(0.5f), 16384);
+}
+
+TEST(SoundSynth, NoiseIsRepeatableFromItsSeed) {
+  synth::Noise a(42), b(42), c(43);
+  bool differs = false;
+  for (int i = 0; i < 100; ++i) {
+    float va = a.next();
+    EXPECT_EQ(va, b.next());
+    differs = differs || va != c.next();
+    EXPECT_GE(va, -1.0f);
+    EXPECT_LE(va, 1.0f);
+  }
+  EXPECT_TRUE(differs);
+}
+
+TEST(SoundSynth, LoopRotationKeepsTheCycleAndStartsAtARisingZeroCrossing) {
+  synth::Samples loop(100);
+  for (int i = 0; i < 100; ++i) loop[i] = static_cast<float>(std::sin(synth::kTwoPi * (i + 37.3) / 100.0));
+  synth::Samples rotated = loop;
+  synth::startAtZeroCrossing(rotated);
+  EXPECT_LT(std::fabs(rotated.front()), 0.04f);
+  EXPECT_GT(rotated[1], rotated.front());
+  // Still the same cycle: some rotation of the original.
+  auto start = std::find(loop.begin(), loop.end(), rotated.front());
+  ASSERT_NE(start, loop.end());
+  std::rotate(loop.begin(), start, loop.end());
+  EXPECT_EQ(loop, rotated);
+}
+
+TEST(SoundMix, WrappedMixFoldsItsTailOntoTheStart) {
+  render::Mix wrapped(1.0), open(1.0);
+  const synth::Samples beep(synth::frames(0.2), 0.5f);
+  for (render::Mix* mix : {&wrapped, &open}) mix->add(beep, 0.9, 1.0f, -1.0f, 0.0f);  // rings 0.1 s past the end
+  const synth::Stereo loop = wrapped.finish(0.0f, true);
+  const synth::Stereo kept = open.finish(0.0f, false);
+  ASSERT_EQ(loop.left.size(), static_cast<size_t>(synth::frames(1.0)));
+  EXPECT_GT(kept.left.size(), loop.left.size());
+  EXPECT_NEAR(loop.left[synth::frames(0.05)], 0.5f, 1e-6);  // the part past the end
+  EXPECT_NEAR(loop.left[synth::frames(0.5)], 0.0f, 1e-6);
+  EXPECT_NEAR(loop.left.back(), 0.5f, 1e-6);
+  EXPECT_NEAR(loop.right.back(), 0.0f, 1e-6);  // panned hard left
+}
+
+// A small module through the writer and back: the byte layout the module player
+// expects, and a note that really sounds.
+TEST_F(GeneratedAudio, ModuleWriterLaysOutHeadersPatternsAndDeltaSamples) {
+  xm::Module m;
+  m.name = "test";
+  m.channels = 2;
+  m.bpm = 150;
+  m.speed = 3;
+  xm::Pattern p(8, 2);
+  p.at(0, 0) = {xm::noteFromMidi(60), 1, 0x50, 0, 0};
+  p.at(4, 0).note = xm::kKeyOff;
+  p.at(2, 1) = {0, 0, 0, 0x08, 0x40};
+  m.patterns.push_back(p);
+  m.order = {0, 0, 0};
+  xm::Instrument ins;
+  ins.name = "square";
+  for (int i = 0; i < 400; ++i) ins.sample.data.push_back(static_cast<int16_t>(i % 100 < 50 ? 20000 : -20000));
+  ins.sample.loopStart = 100;
+  ins.sample.loopLength = 300;
+  ins.sample.tune(441.0, 44100.0);
+  ins.volumeEnvelope = {{0, 64}, {10, 32}};
+  ins.sustainPoint = 1;
+  m.instruments.push_back(ins);
+  const std::string b = xm::encode(m);
+
+  EXPECT_DOUBLE_EQ(xmSeconds(b), 3 * 8 * 3 * 2.5 / 150);
+  EXPECT_EQ(le(b, 68, 2), 2u);  // channels
+  // Pattern: each cell is a flag byte and the fields it names, so the note with
+  // instrument and volume takes 4 bytes, the key-off 2, the panning 3, the 13 empty 1 each.
+  const size_t pattern = 60 + le(b, 60, 4);
+  const size_t packed = le(b, pattern + 7, 2);
+  EXPECT_EQ(packed, 4u + 2 + 3 + 13);
+  const size_t instrument = pattern + 9 + packed;
+  EXPECT_EQ(le(b, instrument, 4), 263u);
+  EXPECT_EQ(b.compare(instrument + 4, 6, "square"), 0);
+  const size_t sample = instrument + 263;
+  EXPECT_EQ(le(b, sample, 4), 800u);       // length in bytes
+  EXPECT_EQ(le(b, sample + 4, 4), 200u);   // loop start in bytes
+  EXPECT_EQ(le(b, sample + 8, 4), 600u);   // loop length in bytes
+  EXPECT_EQ(static_cast<uint8_t>(b[sample + 14]), 0x11);  // 16-bit, forward loop
+  // Delta coding decodes back to the data.
+  ASSERT_EQ(b.size(), sample + 40 + 800);
+  int16_t value = 0;
+  for (size_t i = 0; i < ins.sample.data.size(); ++i) {
+    value = static_cast<int16_t>(value + static_cast<int16_t>(le(b, sample + 40 + 2 * i, 2)));
+    ASSERT_EQ(value, ins.sample.data[i]) << i;
+  }
+  // 441 Hz content tuned to play C-4 at middle C: 8363 Hz shifted by relative note and finetune.
+  const double c4 = 8363.0 * std::pow(2.0, (ins.sample.relativeNote + ins.sample.finetune / 128.0) / 12.0);
+  EXPECT_NEAR(c4 * 441.0 / 44100.0, 261.63, 0.2);
+
+  const std::string path = ::testing::TempDir() + "soundgen_test.xm";
+  std::ofstream(path, std::ios::binary) << b;
+  expectLoadsAndPlays(path);
+  std::remove(path.c_str());
 }
 
 }  // namespace

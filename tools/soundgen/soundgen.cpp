@@ -25,6 +25,16 @@ bool writeEffects(const std::filesystem::path& data) {
   return ok;
 }
 
+// The music callback that runs while the intro is still playing asks for the start music
+// by a backslash path; on this system that is one file name in the data folder itself.
+bool copyStartMusicForBackslashPath(const std::filesystem::path& data, const std::filesystem::path& startMusic) {
+  std::error_code error;
+  const std::filesystem::path copy = data / "musics\\StartMusic\\start.mp3";
+  std::filesystem::copy_file(startMusic, copy, std::filesystem::copy_options::overwrite_existing, error);
+  if (error) std::fprintf(stderr, "soundgen: cannot write %s: %s\n", copy.c_str(), error.message().c_str());
+  return !error;
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -37,7 +47,8 @@ int main(int argc, char** argv) {
   if (!makeFolder(data) || !makeFolder(musics / "StartMusic")) return 1;
 
   bool ok = writeEffects(data);
-  ok = music::writeStartMusic((musics / "StartMusic" / "start.mp3").string()) && ok;
+  const std::filesystem::path startMusic = musics / "StartMusic" / "start.mp3";
+  ok = music::writeStartMusic(startMusic.string()) && copyStartMusicForBackslashPath(data, startMusic) && ok;
   ok = music::writeTrackerSong((musics / "orbit.xm").string()) && ok;
   ok = music::writeRenderedSong((musics / "nebula.ogg").string()) && ok;
   return ok ? 0 : 1;
