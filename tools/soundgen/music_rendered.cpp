@@ -1,4 +1,5 @@
 // The two pieces rendered sample by sample: the intro fanfare and the synthesiser song.
+#include <algorithm>
 #include <cmath>
 
 #include "music.h"
@@ -51,8 +52,9 @@ void addChords(Mix& mix, const std::vector<Chord>& chords, double start, double 
                Placement at) {
   for (size_t i = 0; i < chords.size(); ++i) {
     const std::vector<int>& tones = chords[i].tones;
+    const float spread = static_cast<float>(std::max<size_t>(tones.size() - 1, 1));
     for (size_t t = 0; t < tones.size(); ++t) {
-      float pan = at.pan + 0.5f * (static_cast<float>(t) / (tones.size() - 1) - 0.5f);
+      float pan = at.pan + 0.5f * (static_cast<float>(t) / spread - 0.5f);
       mix.add(render::play(voice, synth::midiToHz(tones[t]), bar * 0.97, 0.8f), start + i * bar, at.gain, pan,
               at.reverb);
     }
