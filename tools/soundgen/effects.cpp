@@ -137,8 +137,9 @@ Samples a5Hit() {
 // Ship 6's special: a warp whoosh.
 Samples a6Special() {
   Samples s = lasting(0.45);
-  Tone(Osc::Sine).sweep(200, 2200, 0.4).envelope(0.08, 0.37).fm(0.5, 3.0, 0.5).gain(0.6).addTo(s);
-  NoiseBurst(61).filter(kBand, 500, 6000, 0.42, 3.0).envelope(0.1, 0.35).gain(0.8).addTo(s);
+  Tone(Osc::Sine).sweep(200, 2200, 0.4).envelope(0.22, 0.22).fm(0.5, 3.0, 0.5).gain(0.9).addTo(s);
+  Tone(Osc::Triangle).sweep(300, 3300, 0.4).envelope(0.22, 0.2).tremolo(24, 0.5).gain(0.4).addTo(s);
+  NoiseBurst(61).filter(kBand, 500, 6000, 0.42, 3.0).envelope(0.2, 0.24).gain(0.5).addTo(s);
   return s;
 }
 
