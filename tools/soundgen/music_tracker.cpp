@@ -80,7 +80,7 @@ std::vector<xm::Instrument> instruments() {
   all.push_back(oneShot("snare", render::snare()));
   all.push_back(oneShot("hat", render::hat(0.06)));
 
-  xm::Instrument bass = looped("bass", kBassCycle, 1, 1100, {{Osc::Saw, 0, 0.6f}, {Osc::Square, 0, 0.3f}});
+  xm::Instrument bass = looped("bass", kBassCycle, 1, 1100, {{Osc::Saw, 0, 0.5f}, {Osc::Square, 0, 0.25f}, {Osc::Sine, 0, 0.7f}});
   bass.volumeEnvelope = {{0, 64}, {6, 50}, {24, 40}};
   bass.sustainPoint = 2;
   bass.fadeout = 4000;
