@@ -1,6 +1,8 @@
 // The two pieces rendered sample by sample: the intro fanfare and the synthesiser song.
 #include <algorithm>
 #include <cmath>
+#include <map>
+#include <tuple>
 
 #include "music.h"
 #include "render.h"
@@ -29,16 +31,33 @@ const Voice kPluck = {{{Osc::Square, 0, 0.5f}, {Osc::Saw, 6, 0.3f}},
 const Voice kLead = {{{Osc::Saw, 0, 0.45f}, {Osc::Square, 5, 0.3f}, {Osc::Saw, -6, 0.3f}},
                      {0.012, 0.25, 0.75, 0.3}, 1100, 2600, {0.02, 0.5, 0.45, 0.3}, 1.4, 5.5, 20, 0.25};
 
+// Rendered notes by patch, pitch, length and velocity: the songs repeat their chords and
+// figures section after section, and a note sounds the same every time it is played.
+class NoteCache {
+public:
+  const Samples& play(const Voice& voice, int pitch, double hold, float velocity) {
+    const Key key{&voice, pitch, synth::frames(hold), static_cast<int>(std::lround(velocity * 1000))};
+    auto found = notes_.find(key);
+    if (found == notes_.end())
+      found = notes_.emplace(key, render::play(voice, synth::midiToHz(pitch), hold, velocity)).first;
+    return found->second;
+  }
+
+private:
+  using Key = std::tuple<const Voice*, int, int, int>;
+  std::map<Key, Samples> notes_;
+};
+
 // Where the notes of a part go in the mix.
 struct Placement {
   float gain, pan, reverb;
 };
 
-void addNotes(Mix& mix, const std::vector<score::Note>& notes, double start, double step, const Voice& voice,
-              Placement at, float velocity = 0.85f) {
+void addNotes(Mix& mix, NoteCache& cache, const std::vector<score::Note>& notes, double start, double step,
+              const Voice& voice, Placement at, float velocity = 0.85f) {
   for (const score::Note& n : notes) {
     // Tones are held slightly shorter than their steps so repeated notes re-articulate.
-    Samples tone = render::play(voice, synth::midiToHz(n.pitch), n.length * step * 0.92, velocity);
+    const Samples& tone = cache.play(voice, n.pitch, n.length * step * 0.92, velocity);
     mix.add(tone, start + n.step * step, at.gain, at.pan, at.reverb);
   }
 }
@@ -48,15 +67,14 @@ void addHits(Mix& mix, const std::string& pattern, double start, double step, co
 }
 
 // Held chords, one per bar, spread across the stereo field.
-void addChords(Mix& mix, const std::vector<Chord>& chords, double start, double bar, const Voice& voice,
-               Placement at) {
+void addChords(Mix& mix, NoteCache& cache, const std::vector<Chord>& chords, double start, double bar,
+               const Voice& voice, Placement at) {
   for (size_t i = 0; i < chords.size(); ++i) {
     const std::vector<int>& tones = chords[i].tones;
     const float spread = static_cast<float>(std::max<size_t>(tones.size() - 1, 1));
     for (size_t t = 0; t < tones.size(); ++t) {
       float pan = at.pan + 0.5f * (static_cast<float>(t) / spread - 0.5f);
-      mix.add(render::play(voice, synth::midiToHz(tones[t]), bar * 0.97, 0.8f), start + i * bar, at.gain, pan,
-              at.reverb);
+      mix.add(cache.play(voice, tones[t], bar * 0.97, 0.8f), start + i * bar, at.gain, pan, at.reverb);
     }
   }
 }
@@ -82,21 +100,22 @@ bool writeStartMusic(const std::string& path) {
   const double eighth = beat / 2;
   const std::vector<Chord> progression = score::chords("C Ab Bb C");
   Mix mix(4 * bar);
+  NoteCache cache;
 
-  addChords(mix, progression, 0.0, bar, kPad, {0.22f, 0.0f, 0.5f});
+  addChords(mix, cache, progression, 0.0, bar, kPad, {0.22f, 0.0f, 0.5f});
   for (size_t i = 0; i < progression.size(); ++i) {
     const Chord& c = progression[i];
     double at = i * bar;
     mix.add(render::timpani(synth::midiToHz(c.bass - 12)), at, 0.8f, -0.2f, 0.4f);
     // Brass chord stabs on beats one and three, the root doubled an octave down.
     for (double offset : {0.0, 2 * beat}) {
-      for (int tone : c.tones) mix.add(render::play(kBrass, synth::midiToHz(tone), beat * 1.2, 0.75f), at + offset, 0.16f, 0.3f, 0.35f);
-      mix.add(render::play(kBrass, synth::midiToHz(c.bass + 12), beat * 1.2, 0.75f), at + offset, 0.2f, -0.1f, 0.3f);
+      for (int tone : c.tones) mix.add(cache.play(kBrass, tone, beat * 1.2, 0.75f), at + offset, 0.16f, 0.3f, 0.35f);
+      mix.add(cache.play(kBrass, c.bass + 12, beat * 1.2, 0.75f), at + offset, 0.2f, -0.1f, 0.3f);
     }
   }
   // The final chord is held long instead of stabbed.
   for (int tone : progression.back().tones)
-    mix.add(render::play(kBrass, synth::midiToHz(tone), 2.5 * beat, 0.8f), 3 * bar + 2 * beat, 0.16f, 0.3f, 0.4f);
+    mix.add(cache.play(kBrass, tone, 2.5 * beat, 0.8f), 3 * bar + 2 * beat, 0.16f, 0.3f, 0.4f);
   for (int roll = 0; roll < 8; ++roll)
     mix.add(render::timpani(synth::midiToHz(36)), 2 * bar + 2 * beat + roll * beat / 4, 0.25f + 0.06f * roll, -0.2f, 0.4f);
   mix.add(render::crash(), 3 * bar, 0.5f, 0.4f, 0.5f);
@@ -106,7 +125,7 @@ bool writeStartMusic(const std::string& path) {
       "Eb5 - - - C5 - Ab4 - "
       "D5 - - - F5 - D5 Bb4 "
       "G5 - - - - - - - ";
-  addNotes(mix, score::parse(melody), 0.0, eighth, kBrass, {0.42f, -0.15f, 0.45f}, 0.95f);
+  addNotes(mix, cache, score::parse(melody), 0.0, eighth, kBrass, {0.42f, -0.15f, 0.45f}, 0.95f);
 
   synth::Stereo music = mix.finish(0.35f, false);
   const int fadeFrom = synth::frames(3 * bar);
@@ -133,17 +152,18 @@ bool writeRenderedSong(const std::string& path) {
       "F5 - E5 - D5 - E5 - F5 - - - D5 - Bb4 - G5 - - - A5 - Bb5 - A5 - - - E5 - C#5 - ";
   const Samples kick = render::kick(), snare = render::snare(), hat = render::hat(0.05);
   Mix mix(sections * barsPerSection * bar);
+  NoteCache cache;
 
   for (int section = 0; section < sections; ++section) {
     const double start = section * barsPerSection * bar;
     const bool full = section > 0;
-    addChords(mix, progression, start, bar, kPad, {full ? 0.12f : 0.16f, 0.0f, 0.6f});
+    addChords(mix, cache, progression, start, bar, kPad, {full ? 0.12f : 0.16f, 0.0f, 0.6f});
     for (int b = 0; b < barsPerSection; ++b) {
       const Chord& c = progression[b];
       const double at = start + b * bar;
-      addNotes(mix, score::figure("0123 2103 1230 3210", c), at, sixteenth, kPluck, {0.1f, 0.45f, 0.5f}, 0.7f);
+      addNotes(mix, cache, score::figure("0123 2103 1230 3210", c), at, sixteenth, kPluck, {0.1f, 0.45f, 0.5f}, 0.7f);
       addHits(mix, "x.x. x.x. x.x. x.xx", at, sixteenth, hat, {full ? 0.16f : 0.1f, -0.35f, 0.2f});
-      if (full || b >= 4) addNotes(mix, score::figure("R..R -R.O -OR. R.O.", c), at, sixteenth, kBass, {0.32f, 0.0f, 0.1f});
+      if (full || b >= 4) addNotes(mix, cache, score::figure("R..R -R.O -OR. R.O.", c), at, sixteenth, kBass, {0.32f, 0.0f, 0.1f});
       if (!full) continue;
       const bool lastBar = section == sections - 1 && b == barsPerSection - 1;
       addHits(mix, "x... ..x. x... ....", at, sixteenth, kick, {0.55f, 0.0f, 0.1f});
@@ -151,7 +171,7 @@ bool writeRenderedSong(const std::string& path) {
     }
     if (full) {
       mix.add(render::crash(), start, 0.3f, 0.5f, 0.4f);
-      addNotes(mix, score::parse(section == 2 ? melodyB : melodyA), start, eighth, kLead, {0.2f, -0.1f, 0.45f});
+      addNotes(mix, cache, score::parse(section == 2 ? melodyB : melodyA), start, eighth, kLead, {0.2f, -0.1f, 0.45f});
     }
   }
   synth::Stereo music = mix.finish(0.3f, true);
