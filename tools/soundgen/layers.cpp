@@ -12,7 +12,7 @@ namespace {
 // Runs `voice(t)` from the layer's start until its envelope has fallen below -60 dB
 // (or the buffer ends) and adds the enveloped result into s.
 template <class Voice>
-void render(Samples& s, const Envelope& shape, Voice voice) {
+void renderLayer(Samples& s, const Envelope& shape, Voice voice) {
   const int begin = synth::frames(shape.start);
   const int end = std::min(static_cast<int>(s.size()), begin + synth::frames(shape.attack + shape.decay));
   for (int i = begin; i < end; ++i) {
@@ -54,7 +54,7 @@ void Tone::addTo(Samples& s) const {
   Osc modulator(Osc::Sine);
   synth::Svf filter;
   const double life = env_.attack + env_.decay;
-  render(s, env_, [&](double t) {
+  renderLayer(s, env_, [&](double t) {
     double hz = synth::glide(fromHz_, toHz_, t, sweepSeconds_);
     if (fmRatio_ > 0.0) {
       double index = lerp(fmFrom_, fmTo_, t / life);
@@ -78,7 +78,7 @@ NoiseBurst& NoiseBurst::filter(Mode mode, double fromHz, double toHz, double swe
 void NoiseBurst::addTo(Samples& s) const {
   synth::Noise noise(seed_);
   synth::Svf svf;
-  render(s, env_, [&](double t) {
+  renderLayer(s, env_, [&](double t) {
     auto out = svf.process(noise.next(), synth::glide(fromHz_, toHz_, t, sweepSeconds_), q_);
     switch (mode_) {
       case Band: return static_cast<double>(out.band);
