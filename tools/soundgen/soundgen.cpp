@@ -1,1 +1,55 @@
-int main() { return 0; }
+// soundgen <data folder>: synthesises every ship sound effect and all the music the game
+// plays into the data folder. Deterministic: the same build gives the same files.
+#include <cstdio>
+#include <filesystem>
+#include <string>
+#include <system_error>
+
+#include "effects.h"
+#include "music.h"
+#include "writers.h"
+
+namespace {
+
+bool makeFolder(const std::filesystem::path& folder) {
+  std::error_code error;
+  std::filesystem::create_directories(folder, error);
+  if (error) std::fprintf(stderr, "soundgen: cannot create folder %s: %s\n", folder.c_str(), error.message().c_str());
+  return !error;
+}
+
+bool writeEffects(const std::filesystem::path& data) {
+  bool ok = true;
+  for (const effects::Effect& effect : effects::all())
+    ok = audiofile::writeWav((data / effect.file).string(), effects::finish(effect)) && ok;
+  return ok;
+}
+
+// The music callback that runs while the intro is still playing asks for the start music
+// by a backslash path; on this system that is one file name in the data folder itself.
+bool copyStartMusicForBackslashPath(const std::filesystem::path& data, const std::filesystem::path& startMusic) {
+  std::error_code error;
+  const std::filesystem::path copy = data / "musics\\StartMusic\\start.mp3";
+  std::filesystem::copy_file(startMusic, copy, std::filesystem::copy_options::overwrite_existing, error);
+  if (error) std::fprintf(stderr, "soundgen: cannot write %s: %s\n", copy.c_str(), error.message().c_str());
+  return !error;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  if (argc != 2) {
+    std::fprintf(stderr, "usage: soundgen <data folder>\n");
+    return 2;
+  }
+  const std::filesystem::path data = argv[1];
+  const std::filesystem::path musics = data / "musics";
+  if (!makeFolder(data) || !makeFolder(musics / "StartMusic")) return 1;
+
+  bool ok = writeEffects(data);
+  const std::filesystem::path startMusic = musics / "StartMusic" / "start.mp3";
+  ok = music::writeStartMusic(startMusic.string()) && copyStartMusicForBackslashPath(data, startMusic) && ok;
+  ok = music::writeTrackerSong((musics / "orbit.xm").string()) && ok;
+  ok = music::writeRenderedSong((musics / "nebula.ogg").string()) && ok;
+  return ok ? 0 : 1;
+}
