@@ -3,36 +3,18 @@
 
 #include <GL/gl.h>
 
+#include <algorithm>
 #include <cstring>
+#include <iterator>
 
 #include "glapi.h"
 
-// Glyph advances in glyph-half-widths.
-float letterwidth[256] = {
-    // 0-31: control codes
-    1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1,
-    // space ! then 34-43
-    0.5f, 0.2f, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1,
-    // , - . /
-    0.2f, 0.45f, 0.2f, 0.5f,
-    // 0-9
-    0.6f, 0.5f, 0.6f, 0.6f, 0.65f, 0.65f, 0.6f, 0.65f, 0.6f, 0.6f,
-    // : then 59-62, ? @
-    0.2f, 1, 1, 1, 1, 0.5f, 1,
-    // A-Z
-    0.7f, 0.6f, 0.7f, 0.7f, 0.65f, 0.6f, 0.7f, 0.8f, 0.6f, 0.7f, 0.7f, 0.6f, 0.9f, 0.85f, 0.8f, 0.6f,
-    0.9f, 0.7f, 0.7f, 0.7f, 0.7f, 0.7f, 1, 0.8f, 0.7f, 0.8f,
-    // 91-96
-    1, 1, 1, 1, 1, 1,
-    // a-z
-    0.6f, 0.6f, 0.6f, 0.6f, 0.6f, 0.5f, 0.6f, 0.6f, 0.2f, 0.4f, 0.6f, 0.2f, 0.8f, 0.5f, 0.55f, 0.55f,
-    0.55f, 0.5f, 0.55f, 0.55f, 0.55f, 0.6f, 0.8f, 0.6f, 0.6f, 0.6f,
-    // 123-255
-    1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1,
-    1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1,
-    1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1,
-    1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1,
-    1, 1, 1, 1, 1};
+float letterwidth[256];
+
+namespace {
+// letterwidth is plain data that the game may change; it starts as the shared table.
+const bool leveydetAlussa = (std::copy(std::begin(kirjainleveys), std::end(kirjainleveys), letterwidth), true);
+}
 
 namespace {
 

@@ -2,12 +2,12 @@
 // file the game loads exists, loads through SDL_mixer the way the game loads it, and has
 // the level, length and loop behaviour the game relies on. The generator's own toolkit
 // (notation, synthesis, module writer, mix bus): the generator is a build tool outside
-// the game library, so its self-contained parts are compiled into this test directly.
-#include "../tools/soundgen/layers.cpp"
-#include "../tools/soundgen/render.cpp"
-#include "../tools/soundgen/score.cpp"
-#include "../tools/soundgen/synth.cpp"
-#include "../tools/soundgen/xm.cpp"
+// the game library, so this test links its toolkit library of its own.
+#include "../tools/soundgen/layers.h"
+#include "../tools/soundgen/render.h"
+#include "../tools/soundgen/score.h"
+#include "../tools/soundgen/synth.h"
+#include "../tools/soundgen/xm.h"
 
 #include <SDL/SDL.h>
 #include <SDL/SDL_mixer.h>

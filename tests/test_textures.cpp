@@ -10,7 +10,6 @@
 #include <memory>
 #include <string>
 
-#include "../tools/texturegen/letterwidth.h"
 #include "Teksti.h"
 
 namespace {
@@ -214,12 +213,12 @@ TEST_F(FontAtlas, PrintableCharactersHaveInkAndOthersNone) {
 TEST_F(FontAtlas, GlyphsAreCentredInTheirAdvanceSoNeighboursNeverTouch) {
     // The game steps the pen by letterWidth x 64 texels from the cell's left edge.
     for (int c = 33; c < 127; ++c) {
-        const double advance = letterWidth(c) * 64;
+        const double advance = kirjainleveys[c] * 64;
         EXPECT_NEAR((ink[c].left + ink[c].right + 1) / 2.0, advance / 2, 2.5) << "code " << c;
     }
     for (int a = 33; a < 127; ++a)
         for (int b = 33; b < 127; ++b) {
-            const double gap = letterWidth(a) * 64 + ink[b].left - ink[a].right - 1;
+            const double gap = kirjainleveys[a] * 64 + ink[b].left - ink[a].right - 1;
             ASSERT_GE(gap, 2) << "'" << char(a) << "' then '" << char(b) << "'";
         }
 }
@@ -228,7 +227,7 @@ TEST_F(FontAtlas, LettersFillTheirAdvanceEvenly) {
     // Ordinary letters and digits are stretched to their advance, leaving a similar gap each.
     for (const char* run : {"abcdeghknopqrsuvwxyz", "ABCDEFGHKLNOPRSTUVXYZ", "0123456789"})
         for (const char* p = run; *p; ++p) {
-            const double gap = letterWidth(*p) * 64 - (ink[int(*p)].right - ink[int(*p)].left + 1);
+            const double gap = kirjainleveys[int(*p)] * 64 - (ink[int(*p)].right - ink[int(*p)].left + 1);
             EXPECT_GE(gap, 3) << *p;
             EXPECT_LE(gap, 10) << *p;
         }
@@ -246,12 +245,6 @@ TEST_F(FontAtlas, TextSitsOnOneBaselineCentredInTheCell) {
         bottom = std::max(bottom, ink[c].bottom);
     }
     EXPECT_NEAR(top, 63 - bottom, 2);
-}
-
-TEST(FontAdvances, AtlasIsLaidOutForTheGamesOwnAdvanceTable) {
-    // The generator keeps its own copy of the table; the two must never drift apart.
-    if (letterwidth[int('A')] == 0) GTEST_SKIP() << "the game's advance table is not filled in this build";
-    for (int c = 0; c < 256; ++c) EXPECT_FLOAT_EQ(letterwidth[c], letterWidth(c)) << "code " << c;
 }
 
 TEST(Textures, SmallFontAtlasKeepsTheGrid) {

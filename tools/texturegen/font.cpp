@@ -4,7 +4,7 @@
 #include <cmath>
 #include <cstdio>
 
-#include "letterwidth.h"
+#include "../../src/Teksti.h"
 
 Typeface::Typeface(const char* path) {
     if (FT_Init_FreeType(&library) != 0) {
@@ -103,7 +103,7 @@ VerticalFit fitVertically(const Typeface& font) {
 
 }  // namespace
 
-// Each glyph is stretched to fill its advance (letterWidth x 64 pixels, less a small gap) and
+// Each glyph is stretched to fill its advance (kirjainleveys x 64 pixels, less a small gap) and
 // centred within that advance, which starts at the cell's left edge: with the game stepping
 // the pen by exactly that advance, every pair of neighbours is then the same gap apart.
 Image makeFontAtlas(const Typeface& font) {
@@ -111,7 +111,7 @@ Image makeFontAtlas(const Typeface& font) {
     const VerticalFit fit = fitVertically(font);
     for (int c = kFirstGlyph; c <= kLastGlyph; ++c) {
         const unsigned char code = static_cast<unsigned char>(c);
-        const float advance = letterWidth(c) * kCell;
+        const float advance = kirjainleveys[c] * kCell;
         const Glyph natural = font.render(code, fit.pixelSize);
         if (natural.width == 0) continue;
         const float stretch = std::clamp((advance - kGlyphGap) / natural.width, kMinStretch, kMaxStretch);
