@@ -232,7 +232,7 @@ void laskeAsteroidi(int i) {
   const float r2 = a.x * a.x + a.y * a.y;
   if (r2 < 81 && !asiakas()) a.energia = 0;
   for (int j = i + 1; j < asteroideja; ++j) asteroidiJaAsteroidi(a, asteroidi[j]);
-  for (int p = 0; p < pelaajia(); ++p) {
+  for (int p = 0; p < pelaajaLkm(); ++p) {
     if (!pelissa(p)) continue;
     Player& pl = player[p];
     asteroidiJaAlus(a, pl);
@@ -291,7 +291,7 @@ void asetaValo() {
 
 void laskeKameranKeskipiste() {
   float maxx = -160, maxy = -120, minx = 160, miny = 120;
-  for (int i = 0; i < pelaajia(); ++i) {
+  for (int i = 0; i < pelaajaLkm(); ++i) {
     if (!pelissa(i)) continue;
     maxx = std::max(maxx, player[i].x);
     minx = std::min(minx, player[i].x);
@@ -304,9 +304,9 @@ void laskeKameranKeskipiste() {
 
 void laskeKameranEtaisyys() {
   float dx = 0, dy = 0;
-  for (int i = 0; i < pelaajia(); ++i) {
+  for (int i = 0; i < pelaajaLkm(); ++i) {
     if (!pelissa(i)) continue;
-    for (int j = i + 1; j < pelaajia(); ++j) {
+    for (int j = i + 1; j < pelaajaLkm(); ++j) {
       if (!pelissa(j)) continue;
       dx = std::max(dx, std::fabs(player[i].x - player[j].x));
       dy = std::max(dy, std::fabs(player[i].y - player[j].y));
@@ -338,12 +338,12 @@ void laskeKameranKulmat() {
 
 void tietokonePilotit() {
   if (asiakas()) return;
-  for (int i = 0; i < pelaajia(); ++i)
+  for (int i = 0; i < pelaajaLkm(); ++i)
     if (pelissa(i) && !player[i].ihmispelaaja) player[i].ailiiku();
 }
 
 void liikuta() {
-  for (int i = 0; i < pelaajia(); ++i) {
+  for (int i = 0; i < pelaajaLkm(); ++i) {
     Player& p = player[i];
     if (!pelissa(i) || p.kuolema >= 1) continue;
     p.liiku();
@@ -355,7 +355,7 @@ void liikuta() {
 }
 
 void alkusirpaleet() {
-  for (int i = 0; i < pelaajia(); ++i)
+  for (int i = 0; i < pelaajaLkm(); ++i)
     if (pelissa(i) && player[i].kuolema >= 1 && player[i].kuolema < uudestaanHetki) player[i].laskeAlkuSirpaleet();
 }
 
@@ -390,7 +390,7 @@ void planeetta(Player& p) {
 
 void planeetat() {
   if (asiakas()) return;
-  for (int i = 0; i < pelaajia(); ++i)
+  for (int i = 0; i < pelaajaLkm(); ++i)
     if (pelissa(i)) planeetta(player[i]);
 }
 
@@ -424,7 +424,7 @@ void ostaSatunnainenAlus(Player& p) {
 
 void pistepelinAlku() {
   if (pistepeli && ekapisteframe) {
-    for (int i = 0; i < pelaajia(); ++i) {
+    for (int i = 0; i < pelaajaLkm(); ++i) {
       if (saavalita)
         valitseAlus(i);
       else
@@ -436,7 +436,7 @@ void pistepelinAlku() {
 
 void kuolemaAjastimet() {
   if (asiakas()) return;
-  for (int i = 0; i < pelaajia(); ++i) {
+  for (int i = 0; i < pelaajaLkm(); ++i) {
     Player& p = player[i];
     if (!pelissa(i) || p.kuolema <= 0) continue;
     // The host holds the timer here until its network loop has respawned the ship.
@@ -447,7 +447,7 @@ void kuolemaAjastimet() {
 
 void asiakkaanRajahdykset() {
   if (!asiakas()) return;
-  for (int i = 0; i < pelaajia(); ++i) {
+  for (int i = 0; i < pelaajaLkm(); ++i) {
     if (!playerrajahtaa[i]) continue;
     rajahdysaani(player[i]);
     playerrajahtaa[i] = false;
@@ -474,7 +474,7 @@ void kuolema(int i) {
 }
 
 void kuolemat() {
-  for (int i = 0; i < pelaajia(); ++i)
+  for (int i = 0; i < pelaajaLkm(); ++i)
     if (pelissa(i) && player[i].energia <= 0 && player[i].kuolema < 1) kuolema(i);
 }
 
@@ -534,7 +534,7 @@ void paikallinenUusiAlus(int i) {
 }
 
 void uudestaanSyntymat() {
-  for (int i = 0; i < pelaajia(); ++i) {
+  for (int i = 0; i < pelaajaLkm(); ++i) {
     if (!pelissa(i) || player[i].kuolema != uudestaanHetki) continue;
     // A local capture-the-flower death is charged here and again in the
     // request below: the double penalty is part of the local game's balance.
@@ -546,7 +546,7 @@ void uudestaanSyntymat() {
 
 void elvytykset() {
   if (asiakas()) return;
-  for (int i = 0; i < pelaajia(); ++i) {
+  for (int i = 0; i < pelaajaLkm(); ++i) {
     Player& p = player[i];
     if (!pelissa(i) || p.kuolema != 1) continue;
     p.energia = p.alus.energia;
@@ -603,12 +603,12 @@ void raportoiPikkumies(int i) {
 
 // --- Shared helpers ----------------------------------------------------------
 
-int pelaajia() { return std::clamp(players, 0, maxPlayers); }
+int pelaajaLkm() { return std::clamp(players, 0, maxPlayers); }
 
 bool pelissa(int i) { return !pistepeli || player[i].pisteet >= 0; }
 
 void tiimillePisteita(int tiimi, float maara) {
-  for (int i = 0; i < pelaajia(); ++i)
+  for (int i = 0; i < pelaajaLkm(); ++i)
     if (pelissa(i) && player[i].tiimi == tiimi) player[i].pisteet += maara;
 }
 
@@ -682,7 +682,7 @@ void laskePikkumiehet() {
     --m.aika;
     if (m.ampumisviive < 1) {
       // Every ship over the little man gets him: overlapping ships both gain.
-      for (int p = 0; p < pelaajia(); ++p) {
+      for (int p = 0; p < pelaajaLkm(); ++p) {
         if (!pelissa(p) || !lahella(p, m.x, m.y, player[p].alus.sade)) continue;
         player[p].energia += 1.0f;
         m.aika = 0;
