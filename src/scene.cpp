@@ -199,14 +199,41 @@ void asteroidiJaAlus(Pati& a, Player& p) {
   }
 }
 
+// The live shot slots of every player, gathered once per asteroid step so that
+// twenty asteroids do not each walk thousands of empty slots.
+const int padinPaikkoja = 10000;
+struct ElavatPadit {
+  unsigned short indeksi[padinPaikkoja];
+  int maara;
+};
+ElavatPadit elavat[maxPlayers][2];
+
+void kokoaElavat(ElavatPadit& e, const Pati* padit, double raja, int koko) {
+  e.maara = 0;
+  if (!padit) return;
+  const int paikkoja = kaytettavatPaikat(raja, std::min(koko, padinPaikkoja));
+  for (int k = 0; k < paikkoja; ++k)
+    if (padit[k].aika > 0) e.indeksi[e.maara++] = static_cast<unsigned short>(k);
+}
+
+void kokoaElavatPadit() {
+  for (int p = 0; p < pelaajaLkm(); ++p) {
+    const Player& pl = player[p];
+    const bool mukana = pelissa(p);
+    // Ship 9's special shots pass through asteroids.
+    kokoaElavat(elavat[p][0], mukana ? pl.pati : nullptr, pl.alus.maxpadit, maksimipadit);
+    kokoaElavat(elavat[p][1], mukana && pl.alus.numero != 9 ? pl.epati : nullptr, pl.alus.maxepadit, maksimiepadit);
+  }
+}
+
 // Live shots of one array that reach the asteroid's next position hurt it and are spent.
-void asteroidiJaPadit(Pati& a, Pati* padit, int maara, double sade, double vahinko) {
-  if (!padit || asiakas()) return;
+void asteroidiJaPadit(Pati& a, Pati* padit, const ElavatPadit& e, double sade, double vahinko) {
+  if (asiakas()) return;
   const float ax = a.x + a.xv, ay = a.y + a.yv;
   const float raja = kosketusraja(a.koko + sade);
-  for (int k = 0; k < maara; ++k) {
-    Pati& s = padit[k];
-    if (s.aika <= 0) continue;
+  for (int n = 0; n < e.maara; ++n) {
+    Pati& s = padit[e.indeksi[n]];
+    if (s.aika <= 0) continue;  // spent on an earlier asteroid
     const float dx = s.x - ax, dy = s.y - ay;
     if (dx * dx + dy * dy >= raja * raja) continue;
     a.energia -= vahinko;
@@ -236,11 +263,8 @@ void laskeAsteroidi(int i) {
     if (!pelissa(p)) continue;
     Player& pl = player[p];
     asteroidiJaAlus(a, pl);
-    asteroidiJaPadit(a, pl.pati, kaytettavatPaikat(pl.alus.maxpadit, maksimipadit), pl.alus.patisade,
-                     pl.alus.damage);
-    if (pl.alus.numero != 9)
-      asteroidiJaPadit(a, pl.epati, kaytettavatPaikat(pl.alus.maxepadit, maksimiepadit), pl.alus.epatisade,
-                       pl.alus.edamage);
+    asteroidiJaPadit(a, pl.pati, elavat[p][0], pl.alus.patisade, pl.alus.damage);
+    asteroidiJaPadit(a, pl.epati, elavat[p][1], pl.alus.epatisade, pl.alus.edamage);
   }
   asteroidinPlaneetta(a, r2);
   if (a.energia > 0 || asiakas()) return;
@@ -672,6 +696,7 @@ void laskeAsteroidit() {
     asteroidirajahtaa = false;
     asteroidinSirpaleet(arajahdys[0], arajahdys[1]);
   }
+  if (!asiakas()) kokoaElavatPadit();
   for (int i = 0; i < asteroideja; ++i) laskeAsteroidi(i);
 }
 
