@@ -69,57 +69,64 @@ void rajahdysaani(Player& p) {
   soita(alus[2].eampumisaani);
 }
 
-// Fills up to `maara` free world shards (aika < 1) from index 0 with `alusta`.
-template <class Alustus>
-void laitaSirpaleet(int maara, Alustus alusta) {
+// One kind of explosion debris. Every random value has the form
+// random(alue) / jako + perus, as the explosions were tuned that way.
+struct Arpa {
+  double alue, jako, perus;
+  double arvo() const { return random(alue) / jako + perus; }
+};
+
+struct SirpaleResepti {
+  int perus, tarkkuudelta;  // detail * tarkkuudelta + perus shards
+  Arpa nopeus;
+  bool (*kelpaa)(const Sirpale&);  // a velocity outside is drawn again
+  double maxaika;
+  Arpa aika, koko, puna, vihrea, sini;
+};
+
+bool aluksenSirpaleNopeus(const Sirpale& s) {
+  return std::sqrt(s.xv * s.xv + s.yv * s.yv + s.zv * s.zv) <= 0.6399999856948853;
+}
+
+// The middle term is yv + yv, not yv squared: the cloud leans towards
+// negative y, which is how asteroid explosions are meant to look.
+bool asteroidinSirpaleNopeus(const Sirpale& s) {
+  return s.xv * s.xv + (s.yv + s.yv) + s.zv * s.zv <= 0.09000000357627869;
+}
+
+const SirpaleResepti aluksenRajahdys = {
+    200, 100, {1500, 1000, -0.75}, aluksenSirpaleNopeus, 400, {200, 1, 200},
+    {200, 100, 0.6000000238418579}, {50, 100, 0.5}, {100, 100, 0}, {100, 100, 0},
+};
+const SirpaleResepti asteroidinRajahdys = {
+    35, 15, {200, 500, -0.2}, asteroidinSirpaleNopeus, 250, {200, 1, 50},
+    {30, 100, 0.2}, {20, 100, 0.5}, {20, 100, 0.5}, {15, 100, 0.35},
+};
+
+// Fills free world shards (aika < 1) from index 0 on with debris at (x, y).
+void rajahdys(const SirpaleResepti& r, float x, float y) {
+  int maara = sets.detail * r.tarkkuudelta + r.perus;
   const int n = kaytossaSirpaleita();
-  for (int s = 0; s < n && maara > 0; ++s) {
-    if (sirpale[s].aika >= 1) continue;
-    alusta(sirpale[s]);
+  for (int i = 0; i < n && maara > 0; ++i) {
+    Sirpale& s = sirpale[i];
+    if (s.aika >= 1) continue;
+    s.x = x;
+    s.y = y;
+    s.z = 0;
+    do {
+      s.xv = r.nopeus.arvo();
+      s.yv = r.nopeus.arvo();
+      s.zv = r.nopeus.arvo();
+    } while (!r.kelpaa(s));
+    s.maxaika = r.maxaika;
+    s.aika = static_cast<int>(r.aika.arvo());
+    s.muoto = 0;
+    s.koko = r.koko.arvo();
+    s.red = r.puna.arvo();
+    s.green = r.vihrea.arvo();
+    s.blue = r.sini.arvo();
     --maara;
   }
-}
-
-void aluksenSirpaleet(float x, float y) {
-  laitaSirpaleet(sets.detail * 100 + 200, [x, y](Sirpale& s) {
-    s.x = x;
-    s.y = y;
-    s.z = 0;
-    do {
-      s.xv = random(1500) / 1000 - 0.75;
-      s.yv = random(1500) / 1000 - 0.75;
-      s.zv = random(1500) / 1000 - 0.75;
-    } while (std::sqrt(s.xv * s.xv + s.yv * s.yv + s.zv * s.zv) > 0.6399999856948853);
-    s.maxaika = 400;
-    s.aika = static_cast<int>(random(200) + 200);
-    s.muoto = 0;
-    s.koko = random(200) / 100 + 0.6000000238418579;
-    s.red = random(50) / 100 + 0.5;
-    s.green = random(100) / 100;
-    s.blue = random(100) / 100;
-  });
-}
-
-void asteroidinSirpaleet(float x, float y) {
-  laitaSirpaleet(sets.detail * 15 + 35, [x, y](Sirpale& s) {
-    s.x = x;
-    s.y = y;
-    s.z = 0;
-    // The middle term is yv + yv, not yv squared: the cloud leans towards
-    // negative y, which is how asteroid explosions are meant to look.
-    do {
-      s.xv = random(200) / 500 - 0.2;
-      s.yv = random(200) / 500 - 0.2;
-      s.zv = random(200) / 500 - 0.2;
-    } while (s.xv * s.xv + (s.yv + s.yv) + s.zv * s.zv > 0.09000000357627869);
-    s.maxaika = 250;
-    s.aika = static_cast<int>(random(200) + 50);
-    s.muoto = 0;
-    s.koko = random(30) / 100 + 0.2;
-    s.red = random(20) / 100 + 0.5;
-    s.green = random(20) / 100 + 0.5;
-    s.blue = random(15) / 100 + 0.35;
-  });
 }
 
 // --- Asteroids -------------------------------------------------------------
@@ -268,7 +275,7 @@ void laskeAsteroidi(int i) {
   }
   asteroidinPlaneetta(a, r2);
   if (a.energia > 0 || asiakas()) return;
-  asteroidinSirpaleet(a.x, a.y);
+  rajahdys(asteroidinRajahdys, a.x, a.y);
   asteroidiuudestaan[i] = true;
   asteroidirajahtaa = true;
   arajahdys[0] = a.x;
@@ -475,7 +482,7 @@ void asiakkaanRajahdykset() {
     if (!playerrajahtaa[i]) continue;
     rajahdysaani(player[i]);
     playerrajahtaa[i] = false;
-    aluksenSirpaleet(prajahdys[i][0], prajahdys[i][1]);
+    rajahdys(aluksenRajahdys, prajahdys[i][0], prajahdys[i][1]);
   }
 }
 
@@ -486,7 +493,7 @@ void kuolema(int i) {
     prajahdys[i][0] = p.x;
     prajahdys[i][1] = p.y;
   }
-  if (!asiakas()) aluksenSirpaleet(p.x, p.y);
+  if (!asiakas()) rajahdys(aluksenRajahdys, p.x, p.y);
   p.suojapaalla = false;
   if (p.alus.easelaji == 12 && random(100) >= 50) {
     if (!asiakas()) p.uudestaan(alus[12]);
@@ -694,7 +701,7 @@ void calculateFrame(int frame) {
 void laskeAsteroidit() {
   if (asiakas() && asteroidirajahtaa) {
     asteroidirajahtaa = false;
-    asteroidinSirpaleet(arajahdys[0], arajahdys[1]);
+    rajahdys(asteroidinRajahdys, arajahdys[0], arajahdys[1]);
   }
   if (!asiakas()) kokoaElavatPadit();
   for (int i = 0; i < asteroideja; ++i) laskeAsteroidi(i);
