@@ -1249,8 +1249,8 @@ void Player::liikutaPadit() {
 namespace {
 
 struct Ruudukko {
-  static const int sivu = 32;  // cells per side
-  static constexpr double alku = -320, solu = 20;
+  static const int sivu = 64;  // cells per side, 10 units each; the edge cells take the rest
+  static constexpr double alku = -320, perSolu = 1.0 / 10;
 
   int paa[sivu * sivu];
   unsigned leima[sivu * sivu];  // a head is valid only when stamped with `sukupolvi`
@@ -1260,7 +1260,7 @@ struct Ruudukko {
   int eloisia = 0;
 
   static int sarake(double v) {
-    const double c = (v - alku) / solu;
+    const double c = (v - alku) * perSolu;
     if (!(c >= 0)) return 0;  // also NaN: such a shot touches nothing anyway
     return c >= sivu - 1 ? sivu - 1 : (int)c;
   }
