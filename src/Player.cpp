@@ -107,6 +107,19 @@ void alustaHanta(Player& p) {
   }
 }
 
+// What taking a ship and respawning share: latches cleared, the tail laid out anew
+// and the sound copies swapped for the new ship's.
+void aloitaAlus(Player& p) {
+  p.ampumispuoli = 1;
+  p.teleportattu = false;
+  p.suojapaalla = false;
+  p.limacount = 0;
+  p.ampumisjuttu = 0;
+  alustaHanta(p);
+  vapautaAanet(p);
+  kopioiAanet(p);
+}
+
 void varaaRuudukot();
 
 }  // namespace
@@ -141,7 +154,6 @@ Player::~Player() {
 
 void Player::asetaAlus(Alus a) {
   laseraani = false;
-  suojapaalla = false;
   alus = a;
   energia = (float)a.energia;
   fuel = (float)a.fuel;
@@ -155,14 +167,7 @@ void Player::asetaAlus(Alus a) {
   viivat = new Viivakasa[viivoja]();
   varaaRuudukot();
 
-  ampumispuoli = 1;
-  teleportattu = false;
-  limacount = 0;
-  ampumisjuttu = 0;
-  alustaHanta(*this);
-
-  vapautaAanet(*this);
-  kopioiAanet(*this);
+  aloitaAlus(*this);
 }
 
 void Player::uudestaan(Alus a) {
@@ -183,21 +188,12 @@ void Player::uudestaan(Alus a) {
   for (int i = 0, n = patiRaja(*this); i < n; ++i) pati[i].aika = 0;
   for (int i = 0; lima && i < limoja; ++i) lima[i].aika = 0;
   for (int i = 0, n = epatiRaja(*this); i < n; ++i) epati[i].aika = 0;
-  limacount = 0;
   for (int i = 0; viivat && i < viivoja; ++i) {
     viivat[i].x1 = 100;
     viivat[i].aika = 0;
   }
-
-  ampumispuoli = 1;
-  teleportattu = false;
-  suojapaalla = false;
-  ampumisjuttu = 0;
   fcounter = 0;
-  alustaHanta(*this);
-
-  vapautaAanet(*this);
-  kopioiAanet(*this);
+  aloitaAlus(*this);
 }
 
 // The special weapons fill this.

@@ -8,6 +8,18 @@
 
 using namespace simscene;
 
+namespace {
+// One frame of thrust with ship n at detail `tarkkuus`, then one trail step.
+Player& kaasuta(int n, int tarkkuus) {
+  maailma(1, tarkkuus);
+  Player& p = laita(0, n, 10, 10, 0);
+  p.pylos = true;
+  p.liiku();
+  p.laskeKaasujaljet();
+  return p;
+}
+}  // namespace
+
 TEST(Slime, StopsAtThirtyBlobsWithinTheLopsidedSpread) {
   maailma(1);
   Player& p = laita(0, 2, 0, 0);
@@ -39,18 +51,10 @@ TEST(Slime, AHostNotesEachBlobForTheNetwork) {
 }
 
 TEST(Trail, OnlyTheLowestDetailMarksThePuffsWhichThenFadeBackwards) {
-  maailma(1, 3);
-  Player& p = laita(0, 0, 10, 10, 0);
-  p.pylos = true;
-  p.liiku();
-  p.laskeKaasujaljet();
+  Player& p = kaasuta(0, 3);
   for (int k = 0; k < kaasujalkia; ++k) EXPECT_LE(p.kaasujalki[k].alpha, 0) << k;
 
-  maailma(1, 0);
-  laita(0, 0, 10, 10, 0);
-  p.pylos = true;
-  p.liiku();
-  p.laskeKaasujaljet();
+  kaasuta(0, 0);
   EXPECT_EQ(p.kaasujalkiaika, 10);
   EXPECT_NEAR(p.kaasujalki[0].alpha, 0.99, 1e-9);
   EXPECT_NEAR(p.kaasujalki[0].x, p.x - alus[0].sade, 1e-5);  // behind the hull
@@ -68,11 +72,7 @@ TEST(Trail, OnlyTheLowestDetailMarksThePuffsWhichThenFadeBackwards) {
 }
 
 TEST(Trail, TwinNozzlesFeedTwoTrails) {
-  maailma(1, 0);
-  Player& p = laita(0, 4, 0, 0, 0);
-  p.pylos = true;
-  p.liiku();
-  p.laskeKaasujaljet();
+  Player& p = kaasuta(4, 0);
   const Kaasujalki &a = p.kaasujalki[0], &b = p.kaasujalki2[0];
   EXPECT_NEAR(std::atan2(a.y - p.y, a.x - p.x) * 180 / 3.1415927, -145, 1e-3);
   EXPECT_NEAR(std::atan2(b.y - p.y, b.x - p.x) * 180 / 3.1415927, 145, 1e-3);
