@@ -85,6 +85,11 @@ TEST_F(Objectives, CaptureNeedsTheCarriersOwnFlowerAtHome) {
   EXPECT_FLOAT_EQ(player[1].pisteet, ctfpisteet);
   EXPECT_FLOAT_EQ(player[3].pisteet, ctfpisteet);
   EXPECT_FLOAT_EQ(player[0].pisteet, 0);
+
+  cpiste[0].player = 1;  // a carrier whose team has no flower never scores
+  player[1].tiimi = cpisteita;
+  laskeCPisteet();
+  EXPECT_EQ(cpiste[0].player, 1);
 }
 
 TEST_F(Objectives, ADeadCarrierDropsTheFlowerWhereHeIs) {
