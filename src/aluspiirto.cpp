@@ -101,8 +101,12 @@ void suutin(V3 paikka, float sade) {
   nykyinen->suutin[nykyinen->suuttimia++] = {paikka, sade};
 }
 
+// Hull colours are kept below full strength so that the lit side of a ship
+// under the scene's light and ambient together does not wash out to white.
+const float savy = 0.85f;
+
 void vari(float r, float g, float b) {
-  if (tallennetaan()) glColor3f(r, g, b);
+  if (tallennetaan()) glColor3f(r * savy, g * savy, b * savy);
 }
 
 // Self-lit parts (emitters, coils); hehku(0, 0, 0) ends the glow.
@@ -118,9 +122,9 @@ void pinta(GLuint nimi, float r, float g, float b) {
   if (nimi != 0) {
     glEnable(GL_TEXTURE_2D);
     glBindTexture(GL_TEXTURE_2D, nimi);
-    glColor3f(std::min(1.f, r + 0.4f), std::min(1.f, g + 0.4f), std::min(1.f, b + 0.4f));
+    glColor3f(std::min(1.f, r + 0.4f) * savy, std::min(1.f, g + 0.4f) * savy, std::min(1.f, b + 0.4f) * savy);
   } else {
-    glColor3f(r, g, b);
+    vari(r, g, b);
   }
 }
 
@@ -670,8 +674,8 @@ void alus18() {
   pintaPois();
   hehku(0.2f, 0.6f, 0.9f);
   vari(0.6f, 0.9f, 1.0f);
-  pallo({0.86f, 0, 0.05f}, 0.09f, 0.09f, 0.09f, 8);
-  peilaten([](float s) { pallo({0, 0.38f * s, 0.3f}, 0.08f, 0.08f, 0.08f, 8); });
+  pallo({0.86f, 0, 0.05f}, 0.09f, 0.09f, 0.09f, 6);
+  peilaten([](float s) { pallo({0, 0.38f * s, 0.3f}, 0.08f, 0.08f, 0.08f, 6); });
   hehku(0, 0, 0);
   vari(0.35f, 0.35f, 0.4f);
   rengas({-0.72f, 0, 0}, 0.36f, 0.04f, true);
@@ -679,11 +683,11 @@ void alus18() {
   suutin({-0.8f, 0, 0}, 0.07f);
   liikkuva(Liike::potkuriX, {-0.72f, 0, 0});
   vari(0.2f, 0.2f, 0.2f);
-  pallo({0, 0, 0}, 0.07f, 0.06f, 0.06f, 8);
+  pallo({0, 0, 0}, 0.07f, 0.06f, 0.06f, 6);
   vari(0.75f, 0.75f, 0.8f);
-  lavat(4, 0.32f, 0.08f, true);
+  lavat(3, 0.32f, 0.09f, true);
   trimmi();
-  lohko(-0.25f, 0.25f, 0, 0.2f, 0.3f, 0.02f, 0.25f, 0.02f);
+  kupu({0, 0, 0.05f}, 0.3f, 0.22f, 0.19f);
 }
 
 // Twin gatlings that overheat: barrel clusters and radiator fins.
@@ -820,7 +824,7 @@ void (*const alusMallit[alustyyppeja])() = {alus0,  alus1,  alus2,  alus3,  alus
 // Corner pylon of the field frame, glowing in the colour of the frame there.
 void kulmapylvas(float r, float g, float b) {
   glPushAttrib(GL_CURRENT_BIT | GL_LIGHTING_BIT);
-  glColor3f(0.25f, 0.26f, 0.3f);
+  vari(0.25f, 0.26f, 0.3f);
   putki({0, 0, 0}, {0, 0.15f, 0}, 0.6f, 0.55f);
   putki({0, 0.15f, 0}, {0, 1.45f, 0}, 0.22f, 0.12f);
   for (int k = 0; k < 3; k++) {
@@ -831,7 +835,7 @@ void kulmapylvas(float r, float g, float b) {
   }
   const GLfloat hohto[4] = {r * 0.7f, g * 0.7f, b * 0.7f, 1};
   glMaterialfv(GL_FRONT_AND_BACK, GL_EMISSION, hohto);
-  glColor3f(r, g, b);
+  vari(r, g, b);
   for (float y : {0.55f, 0.95f, 1.35f}) {
     glPushMatrix();
     glTranslatef(0, y, 0);
@@ -854,9 +858,9 @@ void kukka() {
     pallo({0.24f, 0, 0}, 0.22f, 0.04f, 0.11f, 8);
     glPopMatrix();
   }
-  glColor3f(1.0f, 0.85f, 0.2f);
+  vari(1.0f, 0.85f, 0.2f);
   pallo({0, 1.02f, 0}, 0.11f, 0.07f, 0.11f, 8);
-  glColor3f(0.2f, 0.6f, 0.2f);
+  vari(0.2f, 0.6f, 0.2f);
   putki({0, 0, 0}, {0, 0.98f, 0}, 0.04f, 0.03f);
   for (float s : {1.f, -1.f}) {
     glPushMatrix();
@@ -872,16 +876,16 @@ void kukka() {
 // Mushroom: a spotted red cap on a pale stem.
 void sieni() {
   glPushAttrib(GL_CURRENT_BIT);
-  glColor3f(0.92f, 0.88f, 0.78f);
+  vari(0.92f, 0.88f, 0.78f);
   putki({0, 0, 0}, {0, 0.52f, 0}, 0.13f, 0.1f);
   glPushMatrix();
   glTranslatef(0, 0.5f, 0);
   glRotatef(-90, 1, 0, 0);  // the dome helpers build up +z
-  glColor3f(0.85f, 0.8f, 0.7f);
+  vari(0.85f, 0.8f, 0.7f);
   putki({0, 0, 0}, {0, 0, 0.02f}, 0.45f, 0.45f);
-  glColor3f(0.8f, 0.12f, 0.08f);
+  vari(0.8f, 0.12f, 0.08f);
   kupu({0, 0, 0.02f}, 0.46f, 0.46f, 0.32f);
-  glColor3f(1, 1, 1);
+  vari(1, 1, 1);
   const float pilkut[7][2] = {{0.6f, 0.3f}, {0.6f, 1.5f}, {0.6f, 2.8f}, {0.6f, 4.2f}, {0.6f, 5.4f}, {1.2f, 1.0f}, {1.2f, 3.6f}};
   for (const auto& p : pilkut) {
     float a = p[0], b = p[1];
@@ -1076,13 +1080,14 @@ void aloitaPiirto() {
   glEnable(GL_LIGHTING);
   glEnable(GL_LIGHT0);
   glEnable(GL_DEPTH_TEST);
+  glEnable(GL_NORMALIZE);  // the models are drawn scaled
   glDepthMask(GL_TRUE);
   glDisable(GL_CULL_FACE);
   glDisable(GL_BLEND);
   glDisable(GL_TEXTURE_2D);
   glEnable(GL_COLOR_MATERIAL);
   glColorMaterial(GL_FRONT_AND_BACK, GL_AMBIENT_AND_DIFFUSE);
-  const GLfloat kiilto[4] = {0.3f, 0.3f, 0.3f, 1};
+  const GLfloat kiilto[4] = {0.15f, 0.15f, 0.15f, 1};
   const GLfloat musta[4] = {0, 0, 0, 1};
   glMaterialfv(GL_FRONT_AND_BACK, GL_SPECULAR, kiilto);
   glMaterialfv(GL_FRONT_AND_BACK, GL_EMISSION, musta);
@@ -1217,7 +1222,7 @@ void kannettuKukka(const Player& p) {
     glPushMatrix();
     glTranslatef(0, 0, static_cast<float>(p.alus.sade) * 0.8f);
     glRotatef(90, 1, 0, 0);
-    glScalef(4, 4, 4);
+    glScalef(3, 3, 3);
     valitseVari(cpiste[i].numero);
     glCallList(list_int[22]);
     glPopMatrix();
@@ -1229,11 +1234,11 @@ void valikonValo() {
   glPushMatrix();
   glLoadIdentity();
   const GLfloat suunta[4] = {0.3f, 0.6f, 1.0f, 0};
-  const GLfloat valkoinen[4] = {1, 1, 1, 1};
+  const GLfloat valo[4] = {0.85f, 0.85f, 0.85f, 1};
   const GLfloat musta[4] = {0, 0, 0, 1};
   glLightfv(GL_LIGHT0, GL_POSITION, suunta);
-  glLightfv(GL_LIGHT0, GL_DIFFUSE, valkoinen);
-  glLightfv(GL_LIGHT0, GL_SPECULAR, valkoinen);
+  glLightfv(GL_LIGHT0, GL_DIFFUSE, valo);
+  glLightfv(GL_LIGHT0, GL_SPECULAR, valo);
   glLightfv(GL_LIGHT0, GL_AMBIENT, musta);
   glPopMatrix();
 }
