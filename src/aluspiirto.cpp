@@ -105,15 +105,31 @@ void suutin(V3 paikka, float sade) {
 // under the scene's light and ambient together does not wash out to white.
 const float savy = 0.85f;
 
+bool aineena = false;  // set while omillaAineilla records
+
 void vari(float r, float g, float b) {
-  if (tallennetaan()) glColor3f(r * savy, g * savy, b * savy);
+  if (!tallennetaan()) return;
+  if (aineena) {
+    const GLfloat c[4] = {r * savy, g * savy, b * savy, 1};
+    glMaterialfv(GL_FRONT_AND_BACK, GL_AMBIENT_AND_DIFFUSE, c);
+  } else {
+    glColor3f(r * savy, g * savy, b * savy);
+  }
 }
 
-// Self-lit parts (emitters, coils); hehku(0, 0, 0) ends the glow.
-void hehku(float r, float g, float b) {
-  if (!tallennetaan()) return;
-  const GLfloat e[4] = {r, g, b, 1};
-  glMaterialfv(GL_FRONT_AND_BACK, GL_EMISSION, e);
+// Self-lit parts (emitters, coils) drawn by `osat`: unlit, at the full strength of
+// (r, g, b). Not by emission: a material change recorded in a list outlives the
+// list's own attribute pop in Mesa, and would tint what the caller draws next.
+template <class F>
+void hehkuen(float r, float g, float b, F osat) {
+  const bool mukana = tallennetaan();
+  if (mukana) {
+    glPushAttrib(GL_ENABLE_BIT);
+    glDisable(GL_LIGHTING);
+    glColor3f(r, g, b);
+  }
+  osat();
+  if (mukana) glPopAttrib();
 }
 
 // A ship texture from the catalogue, or plain colour when the slot is empty.
@@ -448,10 +464,9 @@ void alus6() {
   vari(0.35f, 0.33f, 0.4f);
   putki({0, 0, 0}, {0, 0, 0.1f}, 0.15f, 0.12f);
   peilaten([](float s) { putki({0, 0.07f * s, 0.06f}, {0.68f, 0.07f * s, 0.06f}, 0.035f, 0.02f); });
-  hehku(0.2f, 0.7f, 0.8f);
-  vari(0.5f, 0.9f, 1.0f);
-  peilaten([](float s) { pallo({0.68f, 0.07f * s, 0.06f}, 0.05f, 0.05f, 0.05f, 8); });
-  hehku(0, 0, 0);
+  hehkuen(0.5f, 0.9f, 1.0f, [] {
+    peilaten([](float s) { pallo({0.68f, 0.07f * s, 0.06f}, 0.05f, 0.05f, 0.05f, 8); });
+  });
   trimmi();
   rengas({0, 0, 0}, 0.8f, 0.05f, false);
 }
@@ -499,11 +514,10 @@ void alus9() {
   vari(0.5f, 0.52f, 0.55f);
   putkiX(0.3f, 1.0f, 0, 0.05f, 0.07f, 0.07f);
   for (float x : {0.5f, 0.7f, 0.9f}) rengas({x, 0, 0.05f}, 0.09f, 0.025f, true);
-  hehku(0.1f, 0.6f, 0.15f);
-  vari(0.3f, 1.0f, 0.4f);
-  pallo({1.03f, 0, 0.05f}, 0.07f, 0.06f, 0.06f, 8);
-  peilaten([](float s) { putkiX(-0.7f, -0.1f, 0.27f * s, 0, 0.06f, 0.06f); });
-  hehku(0, 0, 0);
+  hehkuen(0.3f, 1.0f, 0.4f, [] {
+    pallo({1.03f, 0, 0.05f}, 0.07f, 0.06f, 0.06f, 8);
+    peilaten([](float s) { putkiX(-0.7f, -0.1f, 0.27f * s, 0, 0.06f, 0.06f); });
+  });
   ohjaamo({0.05f, 0, 0.1f}, 0.2f, 0.08f, 0.08f);
   moottori(-0.97f, -0.8f, 0, 0, 0.11f);
   trimmi();
@@ -519,10 +533,9 @@ void alus10() {
     lohko(-0.15f, 0.92f, 0.3f * s, 0, 0.11f, 0.1f, 0.03f, 0.04f);
     levy({{-0.8f, 0.1f * s}, {-0.4f, 0.1f * s}, {-0.72f, 0.58f * s}, {-0.92f, 0.58f * s}}, 0, 0.05f);
   });
-  hehku(0.6f, 0.1f, 0.6f);
-  vari(1.0f, 0.4f, 1.0f);
-  pallo({0.55f, 0, 0}, 0.1f, 0.1f, 0.1f, 8);
-  hehku(0, 0, 0);
+  hehkuen(1.0f, 0.4f, 1.0f, [] {
+    pallo({0.55f, 0, 0}, 0.1f, 0.1f, 0.1f, 8);
+  });
   vari(0.3f, 0.2f, 0.4f);
   lohko(0.1f, 0.5f, 0, 0, 0.05f, 0.04f, 0.03f, 0.03f);
   moottori(-0.95f, -0.5f, 0, 0, 0.12f);
@@ -542,10 +555,9 @@ void alus11() {
   });
   vari(0.3f, 0.32f, 0.4f);
   putkiX(0.3f, 0.7f, 0, 0, 0.08f, 0.05f);
-  hehku(0.1f, 0.2f, 0.8f);
-  vari(0.4f, 0.5f, 1.0f);
-  pallo({0.72f, 0, 0}, 0.06f, 0.06f, 0.06f, 8);
-  hehku(0, 0, 0);
+  hehkuen(0.4f, 0.5f, 1.0f, [] {
+    pallo({0.72f, 0, 0}, 0.06f, 0.06f, 0.06f, 8);
+  });
   ohjaamo({-0.1f, 0, 0.14f}, 0.22f, 0.1f, 0.08f);
   moottori(-0.97f, -0.8f, 0, 0, 0.13f);
   trimmi();
@@ -576,11 +588,10 @@ void alus13() {
   peilaten([](float s) { lohko(0.1f, 0.58f, 0.3f * s, 0, 0.07f, 0.06f, 0.05f, 0.05f); });
   vari(0.3f, 0.3f, 0.32f);
   putkiX(0.15f, 0.55f, 0, 0, 0.05f, 0.02f);
-  hehku(0.15f, 0.55f, 0.15f);
-  vari(0.3f, 0.9f, 0.3f);
-  rengas({0.55f, 0, 0}, 0.32f, 0.07f, false);
-  peilaten([](float s) { putkiX(-0.7f, 0.0f, 0.22f * s, 0.12f, 0.07f, 0.07f); });
-  hehku(0, 0, 0);
+  hehkuen(0.3f, 0.9f, 0.3f, [] {
+    rengas({0.55f, 0, 0}, 0.32f, 0.07f, false);
+    peilaten([](float s) { putkiX(-0.7f, 0.0f, 0.22f * s, 0.12f, 0.07f, 0.07f); });
+  });
   moottori(-0.97f, -0.8f, 0, 0, 0.15f);
   trimmi();
   peilaten([](float s) { lohko(-0.8f, -0.05f, 0.36f * s, 0, 0.02f, 0.12f, 0.02f, 0.1f); });
@@ -672,11 +683,10 @@ void alus18() {
   pinta(kela, 0.4f, 0.5f, 0.7f);
   peilaten([](float s) { putki({0, 0.38f * s, 0}, {0, 0.38f * s, 0.26f}, 0.09f, 0.07f); });
   pintaPois();
-  hehku(0.2f, 0.6f, 0.9f);
-  vari(0.6f, 0.9f, 1.0f);
-  pallo({0.86f, 0, 0.05f}, 0.09f, 0.09f, 0.09f, 6);
-  peilaten([](float s) { pallo({0, 0.38f * s, 0.3f}, 0.08f, 0.08f, 0.08f, 6); });
-  hehku(0, 0, 0);
+  hehkuen(0.6f, 0.9f, 1.0f, [] {
+    pallo({0.86f, 0, 0.05f}, 0.09f, 0.09f, 0.09f, 6);
+    peilaten([](float s) { pallo({0, 0.38f * s, 0.3f}, 0.08f, 0.08f, 0.08f, 6); });
+  });
   vari(0.35f, 0.35f, 0.4f);
   rengas({-0.72f, 0, 0}, 0.36f, 0.04f, true);
   peilaten([](float s) { lohko(-0.75f, -0.65f, 0.2f * s, 0, 0.02f, 0.02f, 0.02f, 0.02f); });
@@ -707,13 +717,12 @@ void alus19() {
     }
     rengas({0.85f, 0.58f * s, 0}, 0.07f, 0.02f, true);
   });
-  hehku(0.35f, 0.05f, 0.0f);
-  vari(0.6f, 0.18f, 0.1f);
-  for (int i = 0; i < 4; i++) {
-    float x = -0.7f + 0.13f * i;
-    lohko(x, x + 0.05f, 0, 0.18f, 0.26f, 0.03f, 0.26f, 0.03f);
-  }
-  hehku(0, 0, 0);
+  hehkuen(0.6f, 0.18f, 0.1f, [] {
+    for (int i = 0; i < 4; i++) {
+      float x = -0.7f + 0.13f * i;
+      lohko(x, x + 0.05f, 0, 0.18f, 0.26f, 0.03f, 0.26f, 0.03f);
+    }
+  });
   moottori(-0.95f, -0.78f, 0, 0, 0.13f);
   trimmi();
   peilaten([](float s) { rengas({0.3f, 0.58f * s, 0}, 0.11f, 0.03f, true); });
@@ -750,13 +759,12 @@ void alus21() {
     kaari(0.82f, 0.06f, -62, 62);
     glPopMatrix();
   }
-  hehku(0.1f, 0.5f, 0.6f);
-  vari(0.5f, 1.0f, 1.0f);
-  for (int k = -2; k <= 2; k++) {
-    float a = k * 30 * pii / 180;
-    pallo({-0.1f + 0.82f * std::cos(a), 0.82f * std::sin(a), 0}, 0.07f, 0.07f, 0.07f, 8);
-  }
-  hehku(0, 0, 0);
+  hehkuen(0.5f, 1.0f, 1.0f, [] {
+    for (int k = -2; k <= 2; k++) {
+      float a = k * 30 * pii / 180;
+      pallo({-0.1f + 0.82f * std::cos(a), 0.82f * std::sin(a), 0}, 0.07f, 0.07f, 0.07f, 8);
+    }
+  });
   ohjaamo({-0.2f, 0, 0.12f}, 0.22f, 0.1f, 0.08f);
   moottori(-0.97f, -0.8f, 0, 0, 0.13f);
   trimmi();
@@ -822,34 +830,47 @@ void (*const alusMallit[alustyyppeja])() = {alus0,  alus1,  alus2,  alus3,  alus
 // they stand up from the field toward the camera.
 
 // Corner pylon of the field frame, glowing in the colour of the frame there.
-void kulmapylvas(float r, float g, float b) {
-  glPushAttrib(GL_CURRENT_BIT | GL_LIGHTING_BIT);
-  vari(0.25f, 0.26f, 0.3f);
-  putki({0, 0, 0}, {0, 0.15f, 0}, 0.6f, 0.55f);
-  putki({0, 0.15f, 0}, {0, 1.45f, 0}, 0.22f, 0.12f);
-  for (int k = 0; k < 3; k++) {
-    glPushMatrix();
-    glRotatef(120.f * k, 0, 1, 0);
-    lohko(0.1f, 0.45f, 0.6f, 0, 0.45f, 0.03f, 0.05f, 0.03f);
-    glPopMatrix();
-  }
-  const GLfloat hohto[4] = {r * 0.7f, g * 0.7f, b * 0.7f, 1};
-  glMaterialfv(GL_FRONT_AND_BACK, GL_EMISSION, hohto);
-  vari(r, g, b);
-  for (float y : {0.55f, 0.95f, 1.35f}) {
-    glPushMatrix();
-    glTranslatef(0, y, 0);
-    glRotatef(90, 1, 0, 0);
-    kaari(0.24f - y * 0.05f, 0.04f, 0, 360);
-    glPopMatrix();
-  }
-  pallo({0, 1.65f, 0}, 0.24f, 0.24f, 0.24f);
+// The one-off lists are called by other parts of the game in their own colour and
+// lighting. Their parts set the material directly, with colour material off: a colour
+// recorded in a list leaves Mesa's tracked material behind even after the list pops
+// its attributes, and would tint whatever the caller draws next.
+template <class F>
+void omillaAineilla(F osat) {
+  glPushAttrib(GL_CURRENT_BIT | GL_LIGHTING_BIT | GL_ENABLE_BIT);
+  glDisable(GL_COLOR_MATERIAL);
+  aineena = true;
+  osat();
+  aineena = false;
   glPopAttrib();
+}
+
+// Corner pylon of the field frame, glowing in the colour of the frame there.
+void kulmapylvas(float r, float g, float b) {
+  omillaAineilla([=] {
+    vari(0.25f, 0.26f, 0.3f);
+    putki({0, 0, 0}, {0, 0.15f, 0}, 0.6f, 0.55f);
+    putki({0, 0.15f, 0}, {0, 1.45f, 0}, 0.22f, 0.12f);
+    for (int k = 0; k < 3; k++) {
+      glPushMatrix();
+      glRotatef(120.f * k, 0, 1, 0);
+      lohko(0.1f, 0.45f, 0.6f, 0, 0.45f, 0.03f, 0.05f, 0.03f);
+      glPopMatrix();
+    }
+    hehkuen(r, g, b, [] {
+      for (float y : {0.55f, 0.95f, 1.35f}) {
+        glPushMatrix();
+        glTranslatef(0, y, 0);
+        glRotatef(90, 1, 0, 0);
+        kaari(0.24f - y * 0.05f, 0.04f, 0, 360);
+        glPopMatrix();
+      }
+      pallo({0, 1.65f, 0}, 0.24f, 0.24f, 0.24f);
+    });
+  });
 }
 
 // Flower: petals in the caller's colour (team or white), green stem and leaves.
 void kukka() {
-  glPushAttrib(GL_CURRENT_BIT);
   for (int k = 0; k < 6; k++) {
     glPushMatrix();
     glTranslatef(0, 1.0f, 0);
@@ -858,42 +879,43 @@ void kukka() {
     pallo({0.24f, 0, 0}, 0.22f, 0.04f, 0.11f, 8);
     glPopMatrix();
   }
-  vari(1.0f, 0.85f, 0.2f);
-  pallo({0, 1.02f, 0}, 0.11f, 0.07f, 0.11f, 8);
-  vari(0.2f, 0.6f, 0.2f);
-  putki({0, 0, 0}, {0, 0.98f, 0}, 0.04f, 0.03f);
-  for (float s : {1.f, -1.f}) {
-    glPushMatrix();
-    glTranslatef(0, 0.35f + (s > 0 ? 0 : 0.2f), 0);
-    glRotatef(s > 0 ? 0 : 180, 0, 1, 0);
-    glRotatef(30, 0, 0, 1);
-    pallo({0.16f, 0, 0}, 0.17f, 0.03f, 0.07f, 8);
-    glPopMatrix();
-  }
-  glPopAttrib();
+  omillaAineilla([] {
+    vari(1.0f, 0.85f, 0.2f);
+    pallo({0, 1.02f, 0}, 0.11f, 0.07f, 0.11f, 8);
+    vari(0.2f, 0.6f, 0.2f);
+    putki({0, 0, 0}, {0, 0.98f, 0}, 0.04f, 0.03f);
+    for (float s : {1.f, -1.f}) {
+      glPushMatrix();
+      glTranslatef(0, 0.35f + (s > 0 ? 0 : 0.2f), 0);
+      glRotatef(s > 0 ? 0 : 180, 0, 1, 0);
+      glRotatef(30, 0, 0, 1);
+      pallo({0.16f, 0, 0}, 0.17f, 0.03f, 0.07f, 8);
+      glPopMatrix();
+    }
+  });
 }
 
 // Mushroom: a spotted red cap on a pale stem.
 void sieni() {
-  glPushAttrib(GL_CURRENT_BIT);
-  vari(0.92f, 0.88f, 0.78f);
-  putki({0, 0, 0}, {0, 0.52f, 0}, 0.13f, 0.1f);
-  glPushMatrix();
-  glTranslatef(0, 0.5f, 0);
-  glRotatef(-90, 1, 0, 0);  // the dome helpers build up +z
-  vari(0.85f, 0.8f, 0.7f);
-  putki({0, 0, 0}, {0, 0, 0.02f}, 0.45f, 0.45f);
-  vari(0.8f, 0.12f, 0.08f);
-  kupu({0, 0, 0.02f}, 0.46f, 0.46f, 0.32f);
-  vari(1, 1, 1);
-  const float pilkut[7][2] = {{0.6f, 0.3f}, {0.6f, 1.5f}, {0.6f, 2.8f}, {0.6f, 4.2f}, {0.6f, 5.4f}, {1.2f, 1.0f}, {1.2f, 3.6f}};
-  for (const auto& p : pilkut) {
-    float a = p[0], b = p[1];
-    V3 kohta = {0.46f * std::cos(a) * std::cos(b), 0.46f * std::cos(a) * std::sin(b), 0.02f + 0.32f * std::sin(a)};
-    pallo(kohta, 0.07f, 0.07f, 0.05f, 6);
-  }
-  glPopMatrix();
-  glPopAttrib();
+  omillaAineilla([] {
+    vari(0.92f, 0.88f, 0.78f);
+    putki({0, 0, 0}, {0, 0.52f, 0}, 0.13f, 0.1f);
+    glPushMatrix();
+    glTranslatef(0, 0.5f, 0);
+    glRotatef(-90, 1, 0, 0);  // the dome helpers build up +z
+    vari(0.85f, 0.8f, 0.7f);
+    putki({0, 0, 0}, {0, 0, 0.02f}, 0.45f, 0.45f);
+    vari(0.8f, 0.12f, 0.08f);
+    kupu({0, 0, 0.02f}, 0.46f, 0.46f, 0.32f);
+    vari(1, 1, 1);
+    const float pilkut[7][2] = {{0.6f, 0.3f}, {0.6f, 1.5f}, {0.6f, 2.8f}, {0.6f, 4.2f}, {0.6f, 5.4f}, {1.2f, 1.0f}, {1.2f, 3.6f}};
+    for (const auto& p : pilkut) {
+      float a = p[0], b = p[1];
+      V3 kohta = {0.46f * std::cos(a) * std::cos(b), 0.46f * std::cos(a) * std::sin(b), 0.02f + 0.32f * std::sin(a)};
+      pallo(kohta, 0.07f, 0.07f, 0.05f, 6);
+    }
+    glPopMatrix();
+  });
 }
 
 // Deterministic value noise for the asteroid's lumps.

@@ -111,6 +111,26 @@ class Mallit : public ::testing::Test {
   }
 };
 
+// Centre pixel of a lit square drawn in whatever colour and material are current.
+std::vector<int> valaistuNelio() {
+  glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);
+  glPushAttrib(GL_ENABLE_BIT);
+  glEnable(GL_LIGHTING);
+  glDisable(GL_TEXTURE_2D);
+  glDisable(GL_BLEND);
+  glBegin(GL_QUADS);
+  glNormal3f(0, 0, 1);
+  glVertex3f(-5, -5, -35);
+  glVertex3f(5, -5, -35);
+  glVertex3f(5, 5, -35);
+  glVertex3f(-5, 5, -35);
+  glEnd();
+  glPopAttrib();
+  unsigned char p[4];
+  glReadPixels(koko / 2, koko / 2, 1, 1, GL_RGBA, GL_UNSIGNED_BYTE, p);
+  return {p[0], p[1], p[2]};
+}
+
 TEST_F(Mallit, EveryModelIsADisplayList) {
   for (int n = 0; n < 24; n++) EXPECT_TRUE(glIsList(list_alus[n])) << "ship " << n;
   for (int i = 19; i <= 23; i++) EXPECT_TRUE(glIsList(list_int[i])) << "list_int " << i;
@@ -319,14 +339,17 @@ TEST_F(Mallit, DrawingLeavesTheGlStateAsItFoundIt) {
   cpisteita = 1;
   gamemode = 3;
   auto ennen = tila();
+  const auto neliona = valaistuNelio();
   for (int n : {4, 6, 13, 16, 22}) {
     valmisteleAlus(n, 3);
     p().suojapaalla = p().pylos = true;
     p().alpha = 0.5f;
     p().piirra();
     EXPECT_EQ(tila(), ennen) << "ship " << n;
+    EXPECT_EQ(valaistuNelio(), neliona) << "ship " << n;
     p().piirra(2, 1, -10, 90, 30);
     EXPECT_EQ(tila(), ennen) << "ship " << n << " in a menu";
+    EXPECT_EQ(valaistuNelio(), neliona) << "ship " << n << " in a menu";
   }
   EXPECT_EQ(glGetError(), static_cast<GLenum>(GL_NO_ERROR));
   cpiste = vanha;
@@ -390,14 +413,12 @@ TEST_F(Mallit, ModelsStayWithinTheTriangleBudget) {
   for (GLuint lista : {list_int[19], list_int[22], list_int[23], list_asteroid}) EXPECT_LE(kolmioita(lista), 600);
 }
 
-TEST_F(Mallit, CornerPylonsGlowInTheirFrameColour) {
+TEST_F(Mallit, OtherModelsGlowOrColourOnlyThemselves) {
   auto piirraLista = [](GLuint lista) {
     glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);
     glPushMatrix();
     glTranslatef(0, -3, -35);
-    glRotatef(90, 1, 0, 0);
     glScalef(5, 5, 5);
-    glRotatef(-90, 1, 0, 0);  // stand it up in the picture to see it side on
     glColor3f(1, 1, 1);
     glCallList(lista);
     glPopMatrix();
@@ -408,6 +429,14 @@ TEST_F(Mallit, CornerPylonsGlowInTheirFrameColour) {
   EXPECT_GT(summa(punainen, 0, kaikki), summa(punainen, 2, kaikki));
   EXPECT_GT(summa(sininen, 2, kaikki), summa(sininen, 0, kaikki));
   EXPECT_GT(summa(vihrea, 1, kaikki), summa(vihrea, 0, kaikki));
+
+  // The colour material is left as found: a lit square after each list keeps its colour.
+  glColor3f(1, 1, 1);
+  const auto ennen = valaistuNelio();
+  for (GLuint lista : {list_int[21], list_int[22], list_int[23]}) {
+    piirraLista(lista);
+    EXPECT_EQ(valaistuNelio(), ennen) << "list " << lista;
+  }
 }
 
 TEST_F(Mallit, FlowerPetalsTakeTheCallersColourAndLeaveItSet) {
