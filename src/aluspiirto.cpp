@@ -838,6 +838,7 @@ template <class F>
 void omillaAineilla(F osat) {
   glPushAttrib(GL_CURRENT_BIT | GL_LIGHTING_BIT | GL_ENABLE_BIT);
   glDisable(GL_COLOR_MATERIAL);
+  glDisable(GL_CULL_FACE);  // the solids are not all wound alike
   aineena = true;
   osat();
   aineena = false;
@@ -974,6 +975,10 @@ void lohkare() {
     q = q * r;
   }
   std::vector<V3> n(p.size(), V3{0, 0, 0});
+  for (auto& k : kolmiot) {
+    if (piste(risti(p[k[1]] - p[k[0]], p[k[2]] - p[k[0]]), p[k[0]] + p[k[1]] + p[k[2]]) < 0)
+      std::swap(k[1], k[2]);  // counter-clockwise seen from outside, for face culling
+  }
   for (const auto& k : kolmiot) {
     V3 f = risti(p[k[1]] - p[k[0]], p[k[2]] - p[k[0]]);
     for (int i : k) n[i] = n[i] + f;
@@ -1022,7 +1027,7 @@ void tallennaAlus(int n, GLuint nimi, Osa osa) {
   kuvattava = Osa::runko;
 }
 
-// Draws list `nimi` of a one-off model; the lists are consecutive names from `seuraava`.
+// Records a one-off model into the next free name of the block.
 template <class F>
 GLuint tallenna(GLuint& seuraava, F piirto) {
   GLuint nimi = seuraava++;
