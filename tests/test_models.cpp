@@ -251,6 +251,30 @@ TEST_F(Mallit, ShieldAddsATranslucentGlow) {
   EXPECT_EQ(tummempia, 0);
 }
 
+TEST_F(Mallit, TeamGlowLightsTheFieldAroundTheShip) {
+  GLuint valkoinen;
+  const GLubyte tekseli[8] = {255, 255, 255, 255, 255, 255, 255, 255};  // rows padded to 4 bytes
+  glGenTextures(1, &valkoinen);
+  glBindTexture(GL_TEXTURE_2D, valkoinen);
+  glTexImage2D(GL_TEXTURE_2D, 0, GL_LUMINANCE, 2, 2, 0, GL_LUMINANCE, GL_UNSIGNED_BYTE, tekseli);
+  glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MIN_FILTER, GL_LINEAR);
+  valmisteleAlus(2, 3);
+  Kuva ilman = piirra();
+  tiimitexture = valkoinen;
+  Kuva kanssa = piirra();
+  tiimitexture = 0;
+  glDeleteTextures(1, &valkoinen);
+  const double r = 3 * pikseleitaYksikolla;
+  auto ulkona = [&](int x, int y) {
+    double d = std::hypot(x + 0.5 - koko / 2, y + 0.5 - koko / 2);
+    return d > r * 1.1 && d < r * 1.6;
+  };
+  auto kaikki = [](int, int) { return true; };
+  EXPECT_GT(summa(kanssa, 1, ulkona), summa(ilman, 1, ulkona) + 10000);
+  // The ship itself is drawn over its glow.
+  EXPECT_LT(summa(kanssa, 1, kaikki) - summa(ilman, 1, kaikki), summa(kanssa, 1, ulkona) * 3);
+}
+
 TEST_F(Mallit, ThrustLightsAFlameBehindTheEngines) {
   auto takana = [](int x, int) { return x < koko / 2 - 30; };
   for (int n = 0; n < 24; n++) {
