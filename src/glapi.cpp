@@ -324,9 +324,8 @@ void generateTeamJuttu(GLuint* name) {
 }
 
 void setLists() {
-  for (GLuint& lista : list_int) poistaLista(lista);
-  for (GLuint& lista : list_alus) poistaLista(lista);
-  poistaLista(list_asteroid);
+  // The arrow is this file's list; the models delete and rebuild their own block.
+  poistaLista(list_int[24]);
   list_int[24] = glGenLists(1);
   glNewList(list_int[24], GL_COMPILE);
   piirraNuoli();
