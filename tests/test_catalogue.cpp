@@ -194,8 +194,8 @@ TEST(PlayerLifeCycle, TakingAShipReallocatesClearedArrays) {
 
 TEST(PlayerLifeCycle, RespawnReplacesSoundCopiesInTheSoundList) {
   if (!aanilistaToimii()) GTEST_SKIP() << "the sound library is not in this build";
-  aanellinenKataloogi();
   maailma(1);
+  aanellinenKataloogi();
   Player& p = laita(0, 17, 0, 0);
   ASSERT_NE(p.ampumisaani, nullptr);
   EXPECT_NE(p.ampumisaani, alus[17].ampumisaani);  // a copy, with its own channel
