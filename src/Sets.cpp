@@ -141,7 +141,8 @@ bool Sets::loadFile(const char* path) {
   while (pos < size && !ended) {
     char line[rivinPituus] = {};
     int length = 0;
-    for (; pos < size; pos++) {
+    char previous = '\0';  // within this line: its leading line feed ends nothing
+    for (; pos < size; previous = data[pos], pos++) {
       const char c = data[pos];
       if (c == ']') {
         ended = true;
@@ -151,7 +152,7 @@ bool Sets::loadFile(const char* path) {
         pos += 2;  // the next line keeps the line feed of ";\r\n"
         break;
       }
-      if (c == '\n' && pos > 0 && data[pos - 1] == '\r') {
+      if (c == '\n' && previous == '\r') {
         pos++;
         break;
       }

@@ -186,7 +186,13 @@ void Sound::play() {
 void Sound::stop() {
   if (!working) return;
   if (isMusicType(type)) {
-    if (isPlayingMusic(this)) Mix_HaltMusic();
+    AudioLock lock;
+    // Stopping the watched music counts as its end, so the playlist moves on.
+    if (playingMusic == this) {
+      Mix_HaltMusic();
+      playingMusic = nullptr;
+      finished = true;
+    }
   } else if (type == 3 && channelStillPlays(this)) {
     Mix_HaltChannel(channel);
   }
