@@ -304,39 +304,30 @@ void startUp(int argc, char** argv) {
 
 // ---------------------------------------------------------------- keyboard
 
-// One control input of one local player; a key works only while `players`
-// reaches its count (player 1's keys, and the releases of left Shift and left
-// Ctrl, need no count).
-struct KeyBinding {
-  SDLKey key;
-  int slot;
-  bool Player::*input;
-  int pressNeeds;
-  int releaseNeeds;
+// Rows are the four local players, columns their inputs in the order of `controls`.
+const SDLKey playerKeys[4][6] = {
+    {SDLK_UP, SDLK_DOWN, SDLK_LEFT, SDLK_RIGHT, SDLK_RSHIFT, SDLK_RCTRL},
+    {SDLK_w, SDLK_s, SDLK_a, SDLK_d, SDLK_LSHIFT, SDLK_LCTRL},
+    {SDLK_i, SDLK_k, SDLK_j, SDLK_l, SDLK_b, SDLK_n},
+    {SDLK_KP8, SDLK_KP5, SDLK_KP4, SDLK_KP6, SDLK_KP0, SDLK_KP_PERIOD},
 };
+bool Player::* const controls[6] = {&Player::pylos, &Player::palas, &Player::pleft,
+                                    &Player::pright, &Player::pfire, &Player::pease};
 
-const KeyBinding keyMap[] = {
-    {SDLK_UP, 0, &Player::pylos, 0, 0},      {SDLK_DOWN, 0, &Player::palas, 0, 0},
-    {SDLK_LEFT, 0, &Player::pleft, 0, 0},    {SDLK_RIGHT, 0, &Player::pright, 0, 0},
-    {SDLK_RSHIFT, 0, &Player::pfire, 0, 0},  {SDLK_RCTRL, 0, &Player::pease, 0, 0},
-    {SDLK_w, 1, &Player::pylos, 2, 2},       {SDLK_s, 1, &Player::palas, 2, 2},
-    {SDLK_a, 1, &Player::pleft, 2, 2},       {SDLK_d, 1, &Player::pright, 2, 2},
-    {SDLK_LSHIFT, 1, &Player::pfire, 2, 0},  {SDLK_LCTRL, 1, &Player::pease, 2, 0},
-    {SDLK_i, 2, &Player::pylos, 3, 3},       {SDLK_k, 2, &Player::palas, 3, 3},
-    {SDLK_j, 2, &Player::pleft, 3, 3},       {SDLK_l, 2, &Player::pright, 3, 3},
-    {SDLK_b, 2, &Player::pfire, 3, 3},       {SDLK_n, 2, &Player::pease, 3, 3},
-    {SDLK_KP8, 3, &Player::pylos, 4, 4},     {SDLK_KP5, 3, &Player::palas, 4, 4},
-    {SDLK_KP4, 3, &Player::pleft, 4, 4},     {SDLK_KP6, 3, &Player::pright, 4, 4},
-    {SDLK_KP0, 3, &Player::pfire, 4, 4},     {SDLK_KP_PERIOD, 3, &Player::pease, 4, 4},
-};
+// A player's key works only while that player exists; player 1's keys need no
+// count, and neither do the releases of left Shift and left Ctrl (kept so).
+bool keyCounts(int slot, SDLKey key, bool pressed) {
+  if (slot == 0) return true;
+  if (!pressed && (key == SDLK_LSHIFT || key == SDLK_LCTRL)) return true;
+  return players > slot;
+}
 
 void applyKey(SDLKey key, bool pressed) {
   if (key == SDLK_RCTRL) rctrl = pressed;
   if (key == SDLK_LCTRL) lctrl = pressed;
-  for (const KeyBinding& b : keyMap) {
-    if (b.key != key) continue;
-    if (players >= (pressed ? b.pressNeeds : b.releaseNeeds)) player[b.slot].*b.input = pressed;
-  }
+  for (int slot = 0; slot < 4; slot++)
+    for (int c = 0; c < 6; c++)
+      if (playerKeys[slot][c] == key && keyCounts(slot, key, pressed)) player[slot].*controls[c] = pressed;
 }
 
 bool isModifierKey(SDLKey key) {

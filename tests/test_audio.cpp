@@ -1,8 +1,6 @@
-// Sound over the mixer: field behaviour with the library off, real playback
-// through SDL's disk audio driver, the end-of-music stop callback and sharing.
+// Sound over the mixer: fields only with the library off; with it on, real
+// output through SDL's disk audio driver, the music stop callback and sharing.
 #include <gtest/gtest.h>
-
-#include <SDL/SDL.h>
 
 #include <chrono>
 #include <cstdint>
@@ -17,99 +15,68 @@
 namespace {
 
 int callbackCalls = 0;
-Sound* callbackSound = nullptr;
-void countCall(Sound* s) {
-  callbackCalls++;
-  callbackSound = s;
-}
+void countCall(Sound*) { callbackCalls++; }
 
-bool inAllSounds(const Sound* s) {
+bool listed(const Sound* s) {
   for (soundlist* node = allsounds; node; node = node->next)
     if (node->sound == s) return true;
   return false;
 }
 
-// Runs updateAudio as a game loop would, for at most `ms`, until `done`.
-template <typename Done>
-void pumpAudio(int ms, Done done) {
+// Calls updateAudio as a game loop would, for `ms`.
+void pumpAudio(int ms) {
   const auto end = std::chrono::steady_clock::now() + std::chrono::milliseconds(ms);
-  while (!done() && std::chrono::steady_clock::now() < end) {
+  while (std::chrono::steady_clock::now() < end && callbackCalls == 0) {
     updateAudio();
     std::this_thread::sleep_for(std::chrono::milliseconds(10));
   }
+  updateAudio();
 }
 
-class SoundOff : public ::testing::Test {
-protected:
-  void SetUp() override {
-    working = false;
-    callbackCalls = 0;
-  }
-};
-
-TEST_F(SoundOff, TypeFollowsTheEndingWhateverItsCase) {
-  const struct {
-    const char* file;
-    int type;
-  } cases[] = {{"musics/a.MP3", 2}, {"b.mp2", 2}, {"c.Ogg", 2}, {"sounds\\a_0_ampumis.wav", 3}, {"d.RAW", 3},
-               {"e.s3m", 1},        {"f.XM", 1},  {"g.it", 1},  {"h.mid", 1}, {"i.rmi", 1}, {"j.sgr", 1},
-               {"k.mod", 1},        {"l.txt", 0}, {"noending", 0}, {"dir.wav/song", 0}};
-  for (const auto& c : cases) {
-    Sound s(c.file);
-    EXPECT_EQ(s.type, c.type) << c.file;
-  }
-  Sound forced("anything.bin", 2);
-  EXPECT_EQ(forced.type, 2);
+void quietPlay(Sound& s) {
+  testing::internal::CaptureStdout();
+  s.play();
+  testing::internal::GetCapturedStdout();
 }
 
-TEST_F(SoundOff, OperationsOnlyUpdateTheFields) {
-  Sound s("boom.wav");
+TEST(SoundOff, TypeByEndingAndFieldOnlyOperations) {
+  working = false;
+  callbackCalls = 0;
+  const std::pair<const char*, int> endings[] = {{"a.MP3", 2}, {"b.ogg", 2}, {"sounds\\a_0.wav", 3}, {"d.RAW", 3},
+                                                 {"e.s3m", 1}, {"f.Xm", 1},  {"g.it", 1},  {"h.mid", 1},
+                                                 {"k.mod", 1}, {"l.txt", 0}, {"noending", 0}};
+  for (const auto& [file, type] : endings) EXPECT_EQ(Sound(file).type, type) << file;
+  EXPECT_EQ(Sound("anything.bin", 2).type, 2);
+
+  Sound s("boom.wav", true);
   EXPECT_EQ(s.sample, nullptr);
   EXPECT_FLOAT_EQ(s.volume, 1.0f);
-  EXPECT_EQ(s.stopcallback, nullptr);
-  EXPECT_TRUE(inAllSounds(&s));
   s.setVolume(0.25f);
-  EXPECT_FLOAT_EQ(s.volume, 0.25f);
   s.setStopCallback(countCall);
   testing::internal::CaptureStdout();
   s.play();
   EXPECT_EQ(testing::internal::GetCapturedStdout(), "1\n2\n3\n4\n5\n6\n7\n8\n");
-  EXPECT_TRUE(s.running);  // even an effect: nothing plays, nothing is cleared
+  EXPECT_TRUE(s.running);
   s.setFinished();
-  EXPECT_FALSE(s.isFinished());
   updateAudio();
-  EXPECT_EQ(callbackCalls, 0);
-  s.stop();
-}
+  EXPECT_EQ(callbackCalls, 0);  // nothing is ever finished without the library
 
-TEST_F(SoundOff, CopiesShareTheDataAndLeaveTheListOnDelete) {
-  Sound original("shot.wav", true);
-  original.setVolume(0.5f);
-  original.setStopCallback(countCall);
-  Sound* copy = new Sound(&original);
-  EXPECT_EQ(copy->type, 3);
-  EXPECT_TRUE(copy->loops);
-  EXPECT_FLOAT_EQ(copy->volume, 0.5f);
-  EXPECT_EQ(copy->stopcallback, countCall);
-  EXPECT_TRUE(inAllSounds(copy));
-  EXPECT_EQ(allsounds->sound, copy);  // new sounds go to the front
+  Sound* copy = new Sound(&s);
+  EXPECT_EQ(allsounds->sound, copy);  // pushed at the front
+  EXPECT_TRUE(copy->loops && copy->volume == 0.25f && copy->stopcallback == countCall);
   delete copy;
-  EXPECT_FALSE(inAllSounds(copy));
-  EXPECT_TRUE(inAllSounds(&original));
+  EXPECT_FALSE(listed(copy));
+  EXPECT_TRUE(listed(&s));
 }
 
-// Audio through SDL's disk driver: what the mixer outputs lands in a file.
 class SoundOn : public ::testing::Test {
 protected:
   void SetUp() override {
-    output = dir.file("mixer.raw");
     setenv("SDL_AUDIODRIVER", "disk", 1);
     setenv("SDL_DISKAUDIOFILE", output.c_str(), 1);
     callbackCalls = 0;
-    callbackSound = nullptr;
     initAudio();
     ASSERT_TRUE(working);
-    tone = dir.file("tone.wav");
     testutil::writeToneWav(tone, 0.3);
   }
   void TearDown() override {
@@ -128,60 +95,40 @@ protected:
     return loudest;
   }
   testutil::TempDir dir;
-  std::string output, tone;
+  std::string output = dir.file("mixer.raw"), tone = dir.file("tone.wav");
 };
 
-TEST_F(SoundOn, PlayedEffectReachesTheOutput) {
+TEST_F(SoundOn, EffectIsHeardAndNeverCallsBack) {
+  std::this_thread::sleep_for(std::chrono::milliseconds(200));
+  EXPECT_LT(loudestOutput(), 10);  // silence before
   Sound effect(tone.c_str());
-  ASSERT_NE(effect.sample, nullptr);
-  testing::internal::CaptureStdout();
-  effect.play();
-  testing::internal::GetCapturedStdout();
+  effect.setStopCallback(countCall);
+  quietPlay(effect);
   EXPECT_GE(effect.channel, 0);
-  EXPECT_FALSE(effect.running);  // effects are not watched
-  std::this_thread::sleep_for(std::chrono::milliseconds(600));
+  EXPECT_FALSE(effect.running);
+  pumpAudio(700);
   EXPECT_GT(loudestOutput(), 1000);
-}
-
-TEST_F(SoundOn, SilenceWhenNothingPlays) {
-  std::this_thread::sleep_for(std::chrono::milliseconds(300));
-  EXPECT_LT(loudestOutput(), 10);
+  EXPECT_EQ(callbackCalls, 0);
 }
 
 TEST_F(SoundOn, StreamEndCallsItsStopCallbackOnce) {
   Sound song(tone.c_str(), 2);
   ASSERT_NE(song.stream, nullptr);
   song.setStopCallback(countCall);
-  testing::internal::CaptureStdout();
-  song.play();
-  testing::internal::GetCapturedStdout();
-  EXPECT_TRUE(song.running);
-  pumpAudio(5000, [] { return callbackCalls > 0; });
+  quietPlay(song);
+  pumpAudio(5000);
   EXPECT_EQ(callbackCalls, 1);
-  EXPECT_EQ(callbackSound, &song);
   EXPECT_FALSE(song.running);
-  pumpAudio(200, [] { return false; });
+  pumpAudio(100);
   EXPECT_EQ(callbackCalls, 1);
 }
 
-TEST_F(SoundOn, EffectNeverCallsItsStopCallback) {
-  Sound effect(tone.c_str());
-  effect.setStopCallback(countCall);
-  testing::internal::CaptureStdout();
-  effect.play();
-  testing::internal::GetCapturedStdout();
-  pumpAudio(700, [] { return false; });
-  EXPECT_EQ(callbackCalls, 0);
-}
-
-TEST_F(SoundOn, StoppingTheWatchedMusicMovesThePlaylistOn) {
+TEST_F(SoundOn, StoppingTheWatchedMusicCountsAsItsEnd) {
   Sound song(tone.c_str(), 2, true);
   song.setStopCallback(countCall);
-  testing::internal::CaptureStdout();
-  song.play();
+  quietPlay(song);
   song.stop();
-  song.play();  // a fresh play forgets the stop
-  testing::internal::GetCapturedStdout();
+  quietPlay(song);  // start-up plays, stops and plays the intro music
   updateAudio();
   EXPECT_EQ(callbackCalls, 0);
   song.stop();
@@ -192,15 +139,13 @@ TEST_F(SoundOn, StoppingTheWatchedMusicMovesThePlaylistOn) {
 TEST_F(SoundOn, VolumesAreFactorsOfFullScale) {
   Sound loop(tone.c_str(), true);
   Sound song(tone.c_str(), 2, true);
-  testing::internal::CaptureStdout();
-  loop.play();
+  quietPlay(loop);
   song.setVolume(0.25f);
-  song.play();
-  testing::internal::GetCapturedStdout();
+  quietPlay(song);
   EXPECT_TRUE(loop.running);  // a looping effect stays running
   loop.setVolume(0.5f);
   EXPECT_EQ(Mix_Volume(loop.channel, -1), MIX_MAX_VOLUME / 2);
-  loop.setVolume(100);  // out of range: capped at full volume
+  loop.setVolume(100);
   EXPECT_EQ(Mix_Volume(loop.channel, -1), MIX_MAX_VOLUME);
   EXPECT_EQ(Mix_VolumeMusic(-1), MIX_MAX_VOLUME / 4);
   loop.stop();
@@ -212,42 +157,36 @@ TEST_F(SoundOn, SharedSampleOutlivesWhicheverSoundGoesFirst) {
   Sound* copy = new Sound(original);
   ASSERT_EQ(copy->sample, original->sample);
   delete copy;
-  testing::internal::CaptureStdout();
-  original->play();  // still valid: the sanitizer would catch a freed chunk
+  quietPlay(*original);  // the sanitizer would catch a freed chunk
   copy = new Sound(original);
   delete original;
-  copy->play();
-  testing::internal::GetCapturedStdout();
+  quietPlay(*copy);
   EXPECT_GE(copy->channel, 0);
-  delete copy;  // the last holder frees it (the leak checker watches)
+  delete copy;  // the last holder frees it, or the leak checker complains
 }
 
-TEST_F(SoundOn, MissingFileIsReportedAndPlaysNothing) {
-  testutil::writeFile(dir.file("garbage.wav"), std::string("RIFF\xff\xff\xff\x7fWAVEfmt \x01", 17) + std::string(64, '\xee'));
+TEST_F(SoundOn, UnloadableFilesAreReportedAndPlayNothing) {
+  testutil::writeFile(dir.file("bad.wav"), std::string("RIFF\xff\xff\xff\x7fWAVEfmt ", 16) + std::string(64, '\xee'));
   testing::internal::CaptureStdout();
   Sound missing("no-such-dir/boom.wav");
   Sound missingSong("no-such-dir/song.ogg");
-  Sound garbage(dir.file("garbage.wav").c_str());
+  Sound bad(dir.file("bad.wav").c_str());
   missing.play();
   missingSong.play();
   const std::string out = testing::internal::GetCapturedStdout();
-  EXPECT_EQ(missing.sample, nullptr);
-  EXPECT_EQ(missingSong.stream, nullptr);
-  EXPECT_NE(out.find("no-such-dir/boom.wav"), std::string::npos);
-  EXPECT_NE(out.find("no-such-dir/song.ogg"), std::string::npos);
-  EXPECT_EQ(garbage.sample, nullptr);
+  EXPECT_TRUE(missing.sample == nullptr && missingSong.stream == nullptr && bad.sample == nullptr);
+  EXPECT_NE(out.find("\"no-such-dir/boom.wav\""), std::string::npos);
+  EXPECT_NE(out.find("\"no-such-dir/song.ogg\""), std::string::npos);
   EXPECT_EQ(missing.channel, -1);
-  EXPECT_FALSE(missingSong.isFinished());
 }
 
 TEST(SoundInit, FailureLeavesTheGameSilent) {
   setenv("SDL_AUDIODRIVER", "no-such-driver", 1);
   testing::internal::CaptureStdout();
   initAudio();
-  const std::string out = testing::internal::GetCapturedStdout();
+  EXPECT_EQ(testing::internal::GetCapturedStdout(), "Audio system not initialized\r\n");
   setenv("SDL_AUDIODRIVER", "dummy", 1);
   EXPECT_FALSE(working);
-  EXPECT_EQ(out, "Audio system not initialized\r\n");
 }
 
 }  // namespace

@@ -11,214 +11,140 @@
 
 namespace {
 
-struct Binding {
-  SDLKey key;
-  int slot;
-  bool Player::*input;
+const SDLKey keys[4][6] = {
+    {SDLK_UP, SDLK_DOWN, SDLK_LEFT, SDLK_RIGHT, SDLK_RSHIFT, SDLK_RCTRL},
+    {SDLK_w, SDLK_s, SDLK_a, SDLK_d, SDLK_LSHIFT, SDLK_LCTRL},
+    {SDLK_i, SDLK_k, SDLK_j, SDLK_l, SDLK_b, SDLK_n},
+    {SDLK_KP8, SDLK_KP5, SDLK_KP4, SDLK_KP6, SDLK_KP0, SDLK_KP_PERIOD},
 };
+bool Player::* const inputs[6] = {&Player::pylos, &Player::palas, &Player::pleft,
+                                  &Player::pright, &Player::pfire, &Player::pease};
 
-const Binding bindings[] = {
-    {SDLK_UP, 0, &Player::pylos},    {SDLK_DOWN, 0, &Player::palas},    {SDLK_LEFT, 0, &Player::pleft},
-    {SDLK_RIGHT, 0, &Player::pright}, {SDLK_RSHIFT, 0, &Player::pfire}, {SDLK_RCTRL, 0, &Player::pease},
-    {SDLK_w, 1, &Player::pylos},     {SDLK_s, 1, &Player::palas},       {SDLK_a, 1, &Player::pleft},
-    {SDLK_d, 1, &Player::pright},    {SDLK_LSHIFT, 1, &Player::pfire},  {SDLK_LCTRL, 1, &Player::pease},
-    {SDLK_i, 2, &Player::pylos},     {SDLK_k, 2, &Player::palas},       {SDLK_j, 2, &Player::pleft},
-    {SDLK_l, 2, &Player::pright},    {SDLK_b, 2, &Player::pfire},       {SDLK_n, 2, &Player::pease},
-    {SDLK_KP8, 3, &Player::pylos},   {SDLK_KP5, 3, &Player::palas},     {SDLK_KP4, 3, &Player::pleft},
-    {SDLK_KP6, 3, &Player::pright},  {SDLK_KP0, 3, &Player::pfire},     {SDLK_KP_PERIOD, 3, &Player::pease},
-};
-
-SDL_keysym keysym(SDLKey key, Uint16 unicode = 0) {
+void key(bool down, SDLKey sym, Uint16 unicode = 0) {
   SDL_keysym k{};
-  k.sym = key;
+  k.sym = sym;
   k.unicode = unicode;
-  k.mod = KMOD_NONE;
-  return k;
+  down ? handleKeydown(&k) : handleKeyup(&k);
 }
 
-void press(SDLKey key, Uint16 unicode = 0) {
-  SDL_keysym k = keysym(key, unicode);
-  handleKeydown(&k);
-}
-
-void release(SDLKey key) {
-  SDL_keysym k = keysym(key);
-  handleKeyup(&k);
-}
-
-bool anyInput(int slot) {
-  const Player& p = player[slot];
-  return p.pylos || p.palas || p.pleft || p.pright || p.pfire || p.pease;
+int inputsHeld() {
+  int held = 0;
+  for (int slot = 0; slot < 4; slot++)
+    for (auto input : inputs) held += player[slot].*input;
+  return held;
 }
 
 class Keyboard : public ::testing::Test {
 protected:
   void SetUp() override {
-    for (Player& p : player) p.pylos = p.palas = p.pleft = p.pright = p.pfire = p.pease = false;
-    entterpressed = escpressed = spacepressed = false;
-    lctrl = rctrl = false;
+    for (int slot = 0; slot < 4; slot++)
+      for (auto input : inputs) player[slot].*input = false;
+    entterpressed = escpressed = spacepressed = lctrl = rctrl = false;
     luetaan = 0;
-    luettunappi = 0;
     players = 4;
   }
 };
 
-TEST_F(Keyboard, EachKeyDrivesItsOwnInputOnly) {
-  for (const Binding& b : bindings) {
-    press(b.key);
+TEST_F(Keyboard, EachKeyDrivesOneInputOfOnePresentPlayer) {
+  for (int count = 1; count <= 4; count++) {
+    players = count;
     for (int slot = 0; slot < 4; slot++) {
-      for (const Binding& other : bindings) {
-        if (other.slot != slot) continue;
-        const bool expected = other.slot == b.slot && other.input == b.input;
-        EXPECT_EQ(player[slot].*other.input, expected) << "key " << b.key;
+      for (int c = 0; c < 6; c++) {
+        key(true, keys[slot][c]);
+        const bool works = slot < count;
+        EXPECT_EQ(player[slot].*inputs[c], works) << "players " << count << " slot " << slot << " input " << c;
+        EXPECT_EQ(inputsHeld(), works ? 1 : 0);
+        key(false, keys[slot][c]);
+        EXPECT_EQ(inputsHeld(), 0);
       }
     }
-    release(b.key);
-    EXPECT_FALSE(anyInput(b.slot)) << "key " << b.key;
   }
 }
 
-TEST_F(Keyboard, KeysOfAbsentPlayersDoNothing) {
-  players = 2;
-  for (const Binding& b : bindings)
-    if (b.slot >= 2) press(b.key);
-  EXPECT_FALSE(anyInput(2));
-  EXPECT_FALSE(anyInput(3));
-
+TEST_F(Keyboard, CtrlTrackingAndTheUncheckedReleases) {
   players = 1;
-  press(SDLK_w);
-  press(SDLK_LSHIFT);
-  press(SDLK_LCTRL);
-  EXPECT_FALSE(anyInput(1));
-  EXPECT_TRUE(lctrl);  // left Ctrl is tracked whatever the count
-  press(SDLK_UP);
-  EXPECT_TRUE(player[0].pylos);
-
-  players = 3;
-  press(SDLK_KP8);
-  EXPECT_FALSE(anyInput(3));
-  press(SDLK_i);
-  EXPECT_TRUE(player[2].pylos);
-}
-
-TEST_F(Keyboard, ReleasesOfLeftShiftAndCtrlIgnoreThePlayerCount) {
-  players = 1;
+  key(true, SDLK_LCTRL);
+  EXPECT_TRUE(lctrl);  // tracked even without a second player
+  key(true, SDLK_RCTRL);
+  EXPECT_TRUE(rctrl && player[0].pease);
   player[1].pease = player[1].pfire = player[1].pylos = true;
-  lctrl = true;
-  release(SDLK_LCTRL);
-  release(SDLK_LSHIFT);
-  release(SDLK_w);
-  EXPECT_FALSE(player[1].pease);
-  EXPECT_FALSE(player[1].pfire);
-  EXPECT_FALSE(lctrl);
+  key(false, SDLK_LCTRL);
+  key(false, SDLK_LSHIFT);
+  key(false, SDLK_w);
+  EXPECT_FALSE(lctrl || player[1].pease || player[1].pfire);
   EXPECT_TRUE(player[1].pylos);  // W's release still needs two players
-}
-
-TEST_F(Keyboard, CtrlKeysAreTracked) {
-  press(SDLK_RCTRL);
-  press(SDLK_LCTRL);
-  EXPECT_TRUE(rctrl);
-  EXPECT_TRUE(lctrl);
-  release(SDLK_RCTRL);
+  key(false, SDLK_RCTRL);
   EXPECT_FALSE(rctrl);
-  EXPECT_FALSE(player[0].pease);
-  EXPECT_TRUE(lctrl);
 }
 
 TEST_F(Keyboard, OneShotFlagsSurviveTheirRelease) {
-  press(SDLK_SPACE);
-  press(SDLK_RETURN);
-  press(SDLK_ESCAPE);
-  release(SDLK_SPACE);
-  release(SDLK_RETURN);
-  release(SDLK_ESCAPE);
-  EXPECT_TRUE(spacepressed);
-  EXPECT_TRUE(entterpressed);
-  EXPECT_TRUE(escpressed);
-  for (int slot = 0; slot < 4; slot++) EXPECT_FALSE(anyInput(slot));
+  for (SDLKey k : {SDLK_SPACE, SDLK_RETURN, SDLK_ESCAPE}) key(true, k), key(false, k);
+  EXPECT_TRUE(spacepressed && entterpressed && escpressed);
+  EXPECT_EQ(inputsHeld(), 0);
 }
 
-TEST_F(Keyboard, TextEntryTakesLettersButModifiersStillSteer) {
+TEST_F(Keyboard, TextEntryTakesCharactersWhileModifiersStillSteer) {
   luetaan = 1;
   testing::internal::CaptureStdout();
-  press(SDLK_w, 'w');
+  key(true, SDLK_w, 'w');
   EXPECT_EQ(luettunappi, 'w');
   EXPECT_EQ(luetaan, 2);
   EXPECT_EQ(sdlnappi, SDLK_w);
   EXPECT_FALSE(player[1].pylos);
-
-  press(SDLK_LCTRL);
-  EXPECT_TRUE(player[1].pease);
-  press(SDLK_RSHIFT);
-  EXPECT_TRUE(player[0].pfire);
-
-  // The character is masked to seven bits.
-  press(SDLK_a, 0xE4);
-  EXPECT_EQ(luettunappi, 0x64);
-
+  key(true, SDLK_LCTRL);
+  key(true, SDLK_RSHIFT);
+  EXPECT_TRUE(player[1].pease && player[0].pfire);
+  key(true, SDLK_a, 0xE4);
+  EXPECT_EQ(luettunappi, 0x64);  // seven bits only
   luetaan = 1;
-  press(SDLK_ESCAPE);
-  EXPECT_TRUE(escpressed);
+  key(true, SDLK_ESCAPE);
+  key(true, SDLK_RETURN);
+  EXPECT_TRUE(escpressed && entterpressed);
   EXPECT_EQ(luetaan, 1);
-  press(SDLK_RETURN);
-  EXPECT_TRUE(entterpressed);
-  EXPECT_EQ(luetaan, 1);
-  press(SDLK_SPACE, ' ');
+  key(true, SDLK_SPACE, ' ');
   EXPECT_FALSE(spacepressed);
   EXPECT_EQ(luettunappi, ' ');
-  const std::string out = testing::internal::GetCapturedStdout();
-  EXPECT_NE(out.find("k=119\n"), std::string::npos);
-  EXPECT_NE(out.find("k=27\n"), std::string::npos);
-
-  // Releases are not affected by text entry.
+  EXPECT_EQ(testing::internal::GetCapturedStdout(), "k=119\nk=97\nk=27\nk=13\nk=32\n");
   player[1].pylos = true;
-  release(SDLK_w);
+  key(false, SDLK_w);  // releases are not affected by text entry
   EXPECT_FALSE(player[1].pylos);
 }
 
-class EventPump : public Keyboard {
-protected:
-  testutil::GLWindow window{320, 240};
-};
+void push(SDL_Event e) { SDL_PushEvent(&e); }
 
-void pushKey(Uint8 type, SDLKey key) {
+SDL_Event keyEvent(Uint8 type, SDLKey sym) {
   SDL_Event e{};
-  e.type = type;
   e.key.type = type;
-  e.key.state = type == SDL_KEYDOWN ? SDL_PRESSED : SDL_RELEASED;
-  e.key.keysym = keysym(key);
-  SDL_PushEvent(&e);
+  e.key.keysym.sym = sym;
+  return e;
 }
 
-TEST_F(EventPump, KeysAndResizeReachTheGame) {
+TEST_F(Keyboard, EventPumpDeliversKeysAndResizes) {
+  testutil::GLWindow window(320, 240);
   ASSERT_TRUE(window.ok());
-  pushKey(SDL_KEYDOWN, SDLK_UP);
-  pushKey(SDL_KEYDOWN, SDLK_d);
-  pushKey(SDL_KEYUP, SDLK_UP);
+  push(keyEvent(SDL_KEYDOWN, SDLK_UP));
+  push(keyEvent(SDL_KEYDOWN, SDLK_d));
+  push(keyEvent(SDL_KEYUP, SDLK_UP));
   SDL_Event resize{};
-  resize.type = SDL_VIDEORESIZE;
-  resize.resize.type = SDL_VIDEORESIZE;
-  resize.resize.w = 400;
-  resize.resize.h = 300;
-  SDL_PushEvent(&resize);
+  resize.resize = {SDL_VIDEORESIZE, 400, 300};
+  push(resize);
   processEvents();
   EXPECT_FALSE(player[0].pylos);
   EXPECT_TRUE(player[1].pright);
   EXPECT_EQ(screenwidth, 400);
   EXPECT_EQ(screenheight, 300);
-  SDL_Event left;
-  EXPECT_EQ(SDL_PollEvent(&left), 0);  // the queue is drained
+  EXPECT_EQ(SDL_PollEvent(nullptr), 0);  // drained
 }
 
-TEST(EventPumpQuit, QuitEventEndsTheProgramWithStatusZero) {
+TEST(EventPump, QuitEventExitsWithStatusZeroAndStatistics) {
   GTEST_FLAG_SET(death_test_style, "threadsafe");
   EXPECT_EXIT(
       {
         testutil::GLWindow window(320, 240);
         SDL_Event quit{};
         quit.type = SDL_QUIT;
-        SDL_PushEvent(&quit);
-        dup2(2, 1);  // the statistics go to standard output
+        push(quit);
+        dup2(2, 1);
         processEvents();
       },
       ::testing::ExitedWithCode(0), "frames drawn: 0\n(.|\n)*calculated fps: 100");
