@@ -86,6 +86,7 @@ void reportAndShutDown() {
   uninitAudio();
   SDL_Quit();
   printStatisticsAfterShutdown();
+  fflush(stdout);  // the statistics reach a log even if something at exit kills the process
 }
 
 // ---------------------------------------------------------------- start-up stages

@@ -6,6 +6,7 @@
 
 #include <chrono>
 #include <cstdlib>
+#include <cstring>
 #include <string>
 #include <thread>
 
@@ -19,14 +20,27 @@ namespace {
 
 using testutil::ChildProcess;
 
+// The whole game runs here, so Mesa unloads its driver at exit and leaks inside
+// it come from an unknown module that no suppression can name: the leak check
+// stays with the in-process tests.
 ChildProcess::Options gameOptions(const std::string& dir) {
   ChildProcess::Options o;
   o.workdir = dir;
-  o.setEnv = {"SDL_AUDIODRIVER=dummy", "SDL_VIDEODRIVER=x11", "LIBGL_ALWAYS_SOFTWARE=1", testutil::leakCheckEnvironment()};
+  o.setEnv = {"SDL_AUDIODRIVER=dummy", "SDL_VIDEODRIVER=x11", "LIBGL_ALWAYS_SOFTWARE=1", "ASAN_OPTIONS=detect_leaks=0"};
   return o;
 }
 
 bool contains(const std::string& text, const std::string& part) { return text.find(part) != std::string::npos; }
+
+bool inOrder(const std::string& text, std::initializer_list<const char*> parts) {
+  size_t at = 0;
+  for (const char* part : parts) {
+    at = text.find(part, at);
+    if (at == std::string::npos) return false;
+    at += strlen(part);
+  }
+  return true;
+}
 
 TEST(Startup, DedicatedModeInitialisesAndExitsWithoutADisplay) {
   testutil::TempDir dir;
@@ -48,48 +62,15 @@ protected:
     testutil::mirrorDataFolder(VORTA_DATA_DIR, dir.path());
     testutil::writeFile(dir.file("sets.txt"), "screenwidth=640;\r\nscreenheight=480;\r\nfullscreen=0;\r\n[]\r\n");
   }
-  // Sends one key to the game's window; false if the window is not (or no longer) there.
-  bool sendKey(const std::string& key) {
-    return testutil::shell("xdotool search --name '^Vorta$' windowfocus --sync key " + key) == 0;
-  }
-  bool waitForWindow(ChildProcess& game, int ms) {
-    const auto end = std::chrono::steady_clock::now() + std::chrono::milliseconds(ms);
-    while (game.running() && std::chrono::steady_clock::now() < end) {
-      if (testutil::shell("xdotool search --name '^Vorta$'") == 0) return true;
-      std::this_thread::sleep_for(std::chrono::milliseconds(100));
-    }
-    return false;
-  }
-  // True when a screenshot of the game's window shows a picture: at least
-  // `enough` pixels differ from the first one.
-  bool windowHasPicture(int enough = 100) {
-    const std::string shot = dir.file("screen.xwd");
-    if (testutil::shell("xwd -name Vorta -silent -out " + shot) != 0) return false;
-    const std::string image = testutil::readFile(shot);
-    if (image.size() < 100) return false;
-    const size_t pixels = headerField(image, 0) + headerField(image, 19) * 12;  // header + colour table
-    const size_t bytesPerPixel = headerField(image, 11) / 8;
-    if (bytesPerPixel < 3 || pixels + bytesPerPixel > image.size()) return false;
-    int differing = 0;
-    for (size_t i = pixels; i + bytesPerPixel <= image.size(); i += bytesPerPixel)
-      if (image.compare(i, 3, image, pixels, 3) != 0 && ++differing >= enough) return true;
-    return false;
-  }
-  // XWD headers are big-endian 32-bit fields.
-  static size_t headerField(const std::string& image, int index) {
-    size_t value = 0;
-    for (int k = 0; k < 4; k++) value = value << 8 | static_cast<unsigned char>(image[index * 4 + k]);
-    return value;
-  }
   testutil::TempDir dir;
 };
 
 TEST_F(GameRun, EscapeQuitsWithStatusZeroAndStatistics) {
   ChildProcess game({VORTA_EXE}, gameOptions(dir.path()));
-  if (waitForWindow(game, 30000)) {
-    sendKey("space");  // skips the intro
+  if (testutil::waitForWindow("Vorta", [&] { return game.running(); }, 30000)) {
+    testutil::sendKey("Vorta", "space");  // skips the intro
     for (int i = 0; i < 50 && game.running(); i++) {
-      sendKey("Escape");
+      testutil::sendKey("Vorta", "Escape");
       std::this_thread::sleep_for(std::chrono::milliseconds(200));
     }
   }
@@ -98,25 +79,24 @@ TEST_F(GameRun, EscapeQuitsWithStatusZeroAndStatistics) {
   EXPECT_EQ(game.exitStatus(), 0) << out;
   EXPECT_TRUE(contains(out, "dedicated mode=false\n")) << out;
   EXPECT_TRUE(contains(out, "Initialized in 640x480 resolution\n")) << out;
-  EXPECT_TRUE(contains(out, "frames drawn: ")) << out;
-  EXPECT_TRUE(contains(out, ", calculated frames:")) << out;
-  EXPECT_TRUE(contains(out, "\ntime: ")) << out;
-  EXPECT_TRUE(contains(out, "\ndrawn fps: ")) << out;
-  EXPECT_TRUE(contains(out, "\ncalculated fps: 100\n")) << out;
+  EXPECT_TRUE(inOrder(out, {"\nframes drawn: ", "\nframes drawn: ", ", calculated frames:", "\ntime: ",
+                            " secs\ndrawn fps: ", "\ncalculated fps: 100\n"}))
+      << out;
 }
 
 TEST_F(GameRun, MainMenuIsDrawnAfterTheIntroIsSkipped) {
   ChildProcess game({VORTA_EXE}, gameOptions(dir.path()));
-  ASSERT_TRUE(waitForWindow(game, 30000)) << "no window; output:\n" << game.output();
-  sendKey("space");
+  ASSERT_TRUE(testutil::waitForWindow("Vorta", [&] { return game.running(); }, 30000))
+      << "no window; output:\n" << game.output();
+  testutil::sendKey("Vorta", "space");
   bool drawn = false;
   for (int i = 0; i < 40 && !drawn && game.running(); i++) {
     std::this_thread::sleep_for(std::chrono::milliseconds(250));
-    drawn = windowHasPicture();
+    drawn = testutil::windowHasPicture("Vorta", dir.file("screen.xwd"));
   }
   EXPECT_TRUE(drawn) << game.output();
   ASSERT_TRUE(game.running()) << "the game left before Escape:\n" << game.output();
-  sendKey("Escape");
+  testutil::sendKey("Vorta", "Escape");
   ASSERT_TRUE(game.waitExit(20000)) << game.output();
   EXPECT_EQ(game.exitStatus(), 0) << game.output();
 }

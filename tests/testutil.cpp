@@ -1,6 +1,7 @@
 #include "testutil.h"
 
 #include <SDL/SDL.h>
+#include <dlfcn.h>
 #include <fcntl.h>
 #include <signal.h>
 #include <sys/wait.h>
@@ -19,11 +20,11 @@
 
 namespace fs = std::filesystem;
 
-#define VORTA_LSAN_OPTIONS "suppressions=" VORTA_LSAN_SUPPRESSIONS ":print_suppressions=0"
-
 // Leaks inside the X and GL libraries are not ours: every test program loads
 // the project's suppressions, whatever its environment says.
-extern "C" const char* __lsan_default_options() { return VORTA_LSAN_OPTIONS; }
+extern "C" const char* __lsan_default_options() {
+  return "suppressions=" VORTA_LSAN_SUPPRESSIONS ":print_suppressions=0";
+}
 
 namespace testutil {
 
@@ -123,14 +124,58 @@ RunResult runProgram(const std::vector<std::string>& argv, const ChildProcess::O
   return {exited, child.exitStatus(), child.output()};
 }
 
-std::string leakCheckEnvironment() { return "LSAN_OPTIONS=" VORTA_LSAN_OPTIONS; }
-
 int shell(const std::string& command) {
   const int status = std::system((command + " >/dev/null 2>&1").c_str());
   return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
 }
 
+bool waitForWindow(const std::string& title, const std::function<bool()>& stillWorth, int timeoutMs) {
+  const auto end = std::chrono::steady_clock::now() + std::chrono::milliseconds(timeoutMs);
+  while (stillWorth() && std::chrono::steady_clock::now() < end) {
+    if (shell("xdotool search --name '^" + title + "$'") == 0) return true;
+    std::this_thread::sleep_for(std::chrono::milliseconds(100));
+  }
+  return false;
+}
+
+bool sendKey(const std::string& title, const std::string& key) {
+  return shell("xdotool search --name '^" + title + "$' windowfocus --sync key " + key) == 0;
+}
+
+namespace {
+
+// XWD headers are big-endian 32-bit fields.
+size_t xwdField(const std::string& image, int index) {
+  size_t value = 0;
+  for (int k = 0; k < 4; k++) value = value << 8 | static_cast<unsigned char>(image[index * 4 + k]);
+  return value;
+}
+
+}  // namespace
+
+bool windowHasPicture(const std::string& title, const std::string& shotPath, int enough) {
+  if (shell("xwd -name '" + title + "' -silent -out '" + shotPath + "'") != 0) return false;
+  const std::string image = readFile(shotPath);
+  if (image.size() < 100) return false;
+  const size_t pixels = xwdField(image, 0) + xwdField(image, 19) * 12;  // header, colour table
+  const size_t bytesPerPixel = xwdField(image, 11) / 8;
+  if (bytesPerPixel < 3 || pixels + bytesPerPixel > image.size()) return false;
+  int differing = 0;
+  for (size_t i = pixels; i + bytesPerPixel <= image.size(); i += bytesPerPixel)
+    if (image.compare(i, 3, image, pixels, 3) != 0 && ++differing >= enough) return true;
+  return false;
+}
+
+// Mesa unloads its driver when the window closes; leaks inside it would then be
+// reported from an unknown module that no suppression can name. Pinning the
+// software driver keeps it loaded and its frames readable.
+void pinSoftwareGLDriver() {
+  static void* const pinned = dlopen("/usr/lib/x86_64-linux-gnu/dri/swrast_dri.so", RTLD_LAZY | RTLD_NODELETE);
+  (void)pinned;
+}
+
 GLWindow::GLWindow(int width, int height) {
+  pinSoftwareGLDriver();
   if (SDL_InitSubSystem(SDL_INIT_VIDEO) != 0) return;
   SDL_GL_SetAttribute(SDL_GL_DOUBLEBUFFER, 1);
   SDL_GL_SetAttribute(SDL_GL_DEPTH_SIZE, 16);

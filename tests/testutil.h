@@ -4,6 +4,7 @@
 
 #include <sys/types.h>
 
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -90,11 +91,17 @@ struct RunResult {
 // Runs a program to its end or for at most timeoutMs (then kills it).
 RunResult runProgram(const std::vector<std::string>& argv, const ChildProcess::Options& options, int timeoutMs);
 
-// "LSAN_OPTIONS=..." with the project's suppressions, for sanitized child programs.
-std::string leakCheckEnvironment();
-
 // Runs a shell command line, returning its exit status; output is discarded.
 int shell(const std::string& command);
+
+// X helpers (xdotool, xwd) for end-to-end tests; windows are found by their exact title.
+// Waits until the window exists; gives up early when `stillWorth` turns false.
+bool waitForWindow(const std::string& title, const std::function<bool()>& stillWorth, int timeoutMs);
+// Focuses the window and sends one key (an xdotool key name such as "space" or "Escape").
+bool sendKey(const std::string& title, const std::string& key);
+// True when a screenshot of the window (kept at `shotPath`) shows a picture:
+// at least `enough` pixels differ from the first one.
+bool windowHasPicture(const std::string& title, const std::string& shotPath, int enough = 100);
 
 // An SDL OpenGL window for tests that draw; closes the video subsystem at scope exit.
 class GLWindow {
