@@ -107,6 +107,7 @@ void loadSettings() {
   ekakerta = 1;
   musiikkipaalla = sets.musics > 0;
   efektitpaalla = sets.efects > 0;
+  // Sound counts as on from here; initAudio later says whether the mixer really opened.
   if (musiikkipaalla || efektitpaalla) working = true;
   players = sets.playermaara;
 }
