@@ -121,7 +121,7 @@ SDL_Event keyEvent(Uint8 type, SDLKey sym) {
 
 TEST_F(Keyboard, EventPumpDeliversKeysAndResizes) {
   testutil::GLWindow window(320, 240);
-  ASSERT_TRUE(window.ok());
+  ASSERT_TRUE(window.ok()) << window.error();
   push(keyEvent(SDL_KEYDOWN, SDLK_UP));
   push(keyEvent(SDL_KEYDOWN, SDLK_d));
   push(keyEvent(SDL_KEYUP, SDLK_UP));

@@ -176,10 +176,22 @@ void pinSoftwareGLDriver() {
 
 GLWindow::GLWindow(int width, int height) {
   pinSoftwareGLDriver();
-  if (SDL_InitSubSystem(SDL_INIT_VIDEO) != 0) return;
-  SDL_GL_SetAttribute(SDL_GL_DOUBLEBUFFER, 1);
-  SDL_GL_SetAttribute(SDL_GL_DEPTH_SIZE, 16);
-  ok_ = SDL_SetVideoMode(width, height, 0, SDL_OPENGL) != nullptr;
+  // Test programs running side by side sometimes find the X server refusing a
+  // connection for a moment; a few tries ride that out.
+  for (int attempt = 0; attempt < 10 && !ok_; attempt++) {
+    if (attempt > 0) std::this_thread::sleep_for(std::chrono::milliseconds(100));
+    if (SDL_InitSubSystem(SDL_INIT_VIDEO) != 0) {
+      error_ = SDL_GetError();
+      continue;
+    }
+    SDL_GL_SetAttribute(SDL_GL_DOUBLEBUFFER, 1);
+    SDL_GL_SetAttribute(SDL_GL_DEPTH_SIZE, 16);
+    ok_ = SDL_SetVideoMode(width, height, 0, SDL_OPENGL) != nullptr;
+    if (!ok_) {
+      error_ = SDL_GetError();
+      SDL_QuitSubSystem(SDL_INIT_VIDEO);
+    }
+  }
 }
 
 GLWindow::~GLWindow() { SDL_QuitSubSystem(SDL_INIT_VIDEO); }

@@ -111,9 +111,11 @@ public:
   GLWindow(const GLWindow&) = delete;
   GLWindow& operator=(const GLWindow&) = delete;
   bool ok() const { return ok_; }
+  const std::string& error() const { return error_; }  // SDL's reason when not ok
 
 private:
   bool ok_ = false;
+  std::string error_;
 };
 
 // Writes a 16-bit mono PCM WAV file with a sine tone.
