@@ -109,6 +109,16 @@ void startMusic(Sound& s) {
   Mix_VolumeMusic(mixerVolume(s.volume));
 }
 
+// The mixer thread may be marking this very song as ended.
+void clearFinished(Sound& s) {
+  if (!working) {
+    s.finished = false;
+    return;
+  }
+  AudioLock lock;
+  s.finished = false;
+}
+
 void startSample(Sound& s) {
   s.channel = Mix_PlayChannel(-1, s.sample, s.loops ? -1 : 0);
   if (s.channel >= 0) Mix_Volume(s.channel, mixerVolume(s.volume));
@@ -169,7 +179,7 @@ void Sound::play() {
   printf("1\n");
   running = true;
   printf("2\n");
-  finished = false;
+  clearFinished(*this);
   printf("3\n");
   const bool live = working && (sample || music(this));
   printf("4\n");
