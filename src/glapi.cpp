@@ -1,18 +1,379 @@
-// SCAFFOLD: replaced by the OpenGL work.
+// OpenGL set-up, the texture table, team colours and the unit solids.
 #include "glapi.h"
+
+#include <GL/glu.h>
+#include <SDL/SDL.h>
+#include <SDL/SDL_image.h>
+
+#include <cmath>
+#include <cstdio>
+
+#include "Alus.h"
+#include "Main.h"
+#include "Sets.h"
+#include "aluspiirto.h"
+
 GLuint texture[tekstuureja];
 GLuint tiimitexture;
 GLuint list_int[listoja];
 GLuint list_alus[24];
 GLuint list_asteroid;
-void setupOpengl(int, int) {}
-void ReSizeGLScene(int, int) {}
-int LoadGLTextures() { return 1; }
-void LoadGLFont() {}
-void setLists() {}
-void generateTeamJuttu(GLuint*) {}
-void generateLightFlare(GLuint*) {}
-void generateLightNelio(GLuint*) {}
-void valitseVari(int) {}
-void drawCube() {}
-void drawTri() {}
+
+namespace {
+
+const int fonttiSlotti = 28;
+const int tiimiSlotti = 42;
+
+// Every image becomes tightly described 24-bit RGB in memory byte order R, G, B,
+// whatever the file held (palette, grey, RGBA, colour key).
+SDL_Surface* rgbKopio(SDL_Surface* kuva) {
+#if SDL_BYTEORDER == SDL_LIL_ENDIAN
+  const Uint32 r = 0x0000ff, g = 0x00ff00, b = 0xff0000;
+#else
+  const Uint32 r = 0xff0000, g = 0x00ff00, b = 0x0000ff;
+#endif
+  SDL_Surface* malli = SDL_CreateRGBSurface(SDL_SWSURFACE, 1, 1, 24, r, g, b, 0);
+  if (!malli) return nullptr;
+  SDL_Surface* rgb = SDL_ConvertSurface(kuva, malli->format, SDL_SWSURFACE);
+  SDL_FreeSurface(malli);
+  return rgb;
+}
+
+void linearFiltterit() {
+  glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MIN_FILTER, GL_LINEAR);
+  glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MAG_FILTER, GL_LINEAR);
+}
+
+// Loads one image into a new texture name; a missing or unreadable file is
+// reported and gives name 0, so whatever uses the slot draws untextured.
+GLuint lataaKuva(const char* tiedosto) {
+  SDL_Surface* kuva = IMG_Load(tiedosto);
+  if (!kuva) {
+    printf("Could not load texture \"%s\": %s\n", tiedosto, IMG_GetError());
+    return 0;
+  }
+  SDL_Surface* rgb = rgbKopio(kuva);
+  SDL_FreeSurface(kuva);
+  if (!rgb || rgb->w <= 0 || rgb->h <= 0) {
+    printf("Could not convert texture \"%s\" to RGB: %s\n", tiedosto, SDL_GetError());
+    if (rgb) SDL_FreeSurface(rgb);
+    return 0;
+  }
+  GLuint nimi = 0;
+  glGenTextures(1, &nimi);
+  glBindTexture(GL_TEXTURE_2D, nimi);
+  linearFiltterit();
+  // SDL pads every row to four bytes; the first row in memory is the top of
+  // the picture, so texture coordinate t = 0 is its top edge.
+  glPixelStorei(GL_UNPACK_ALIGNMENT, 4);
+  glPixelStorei(GL_UNPACK_ROW_LENGTH, 0);
+  glTexImage2D(GL_TEXTURE_2D, 0, GL_RGB, rgb->w, rgb->h, 0, GL_RGB, GL_UNSIGNED_BYTE, rgb->pixels);
+  SDL_FreeSurface(rgb);
+  return nimi;
+}
+
+// Reloads never leak: the slot's previous name is released first.
+void asetaSlotti(int slotti, GLuint nimi) {
+  if (texture[slotti] != 0) glDeleteTextures(1, &texture[slotti]);
+  texture[slotti] = nimi;
+}
+
+void lataaSlottiin(int slotti, const char* tiedosto) { asetaSlotti(slotti, lataaKuva(tiedosto)); }
+
+const char* kokoValinta(const char* pieni, const char* iso) { return sets.mode256 ? pieni : iso; }
+
+// The images in loading order; the font comes first and the generated ones
+// sit between them (see LoadGLTextures).
+struct KuvaSlotti {
+  int slotti;
+  const char* tiedosto;
+};
+const KuvaSlotti ekatKuvat[] = {
+    {8, "textures/tottero1.png"}, {4, "textures/pati0.png"},  {5, "textures/pati1.png"},
+    {6, "textures/jalki.png"},    {13, "textures/alus5_2.png"}, {14, "textures/sucker.png"},
+    {16, "textures/pikku.png"},   {17, "textures/pati6.png"},
+};
+const KuvaSlotti tokatKuvat[] = {
+    {19, "textures/pati20.png"}, {20, "textures/Ohjus.png"},   {21, "textures/pati8.png"},
+    {22, "textures/muna.png"},   {23, "textures/galax.png"},   {25, "textures/aukko.png"},
+    {26, "textures/galax2.png"}, {33, "textures/pati15.png"},  {34, "textures/alus20.png"},
+    {38, "textures/epati18.png"}, {39, "textures/meteor2.png"}, {40, "textures/electric.png"},
+    {41, "textures/epati20.png"}, {2, "textures/pati22.png"},
+};
+
+template <size_t N>
+void lataaKuvat(const KuvaSlotti (&kuvat)[N]) {
+  for (const KuvaSlotti& k : kuvat) lataaSlottiin(k.slotti, k.tiedosto);
+}
+
+void lataaIsotKuvat() {
+  lataaSlottiin(29, kokoValinta("textures/tausta2_256.png", "textures/tausta2.png"));
+  lataaSlottiin(30, kokoValinta("textures/tausta3_256.png", "textures/tausta3.png"));
+  lataaSlottiin(31, kokoValinta("textures/alkukuva_256.png", "textures/alkukuva.png"));
+}
+
+// Generated images are one-channel float luminance, clamped to [0, 1] by the GL.
+const int hehkuKoko = 64;
+const int nelioKoko = 16;
+float generoitu[hehkuKoko * hehkuKoko];
+
+void lataaLuminanssi(GLuint* nimi, int koko, const float* texelit) {
+  glGenTextures(1, nimi);
+  glBindTexture(GL_TEXTURE_2D, *nimi);
+  linearFiltterit();
+  glPixelStorei(GL_UNPACK_ALIGNMENT, 4);
+  glTexImage2D(GL_TEXTURE_2D, 0, GL_LUMINANCE, koko, koko, 0, GL_LUMINANCE, GL_FLOAT, texelit);
+}
+
+double etaisyys2(int i, int j) { return double((i - 32) * (i - 32) + (j - 32) * (j - 32)); }
+
+void generoiTekstuuri(int slotti, void (*generoi)(GLuint*)) {
+  GLuint nimi = 0;
+  generoi(&nimi);
+  asetaSlotti(slotti, nimi);
+}
+
+void asetaAlustenTekstuurit() {
+  alus[0].patitexture = texture[4];
+  alus[1].patitexture = texture[5];
+  alus[1].epatitexture = texture[4];
+  alus[2].patitexture = texture[4];
+  alus[3].patitexture = texture[4];
+  alus[3].epatitexture = texture[4];
+  alus[4].patitexture = texture[4];
+  alus[4].epatitexture = texture[14];
+  alus[4].texture2 = texture[13];
+  alus[5].patitexture = texture[17];
+  alus[5].epatitexture = texture[16];
+  alus[5].texture2 = texture[16];
+  alus[7].patitexture = texture[20];
+  alus[8].patitexture = texture[21];
+  alus[8].epatitexture = texture[22];
+  alus[9].epatitexture = texture[25];
+  alus[10].patitexture = texture[6];
+  alus[11].patitexture = texture[33];
+  alus[12].patitexture = texture[18];
+  alus[13].patitexture = texture[18];
+  alus[13].epatitexture = texture[18];
+  alus[14].patitexture = texture[33];
+  alus[15].texture = texture[8];
+  alus[15].patitexture = texture[36];  // slot 36 is never filled: this shot draws untextured
+  alus[16].patitexture = texture[18];
+  alus[16].epatitexture = texture[18];
+  alus[17].patitexture = texture[5];
+  alus[17].epatitexture = texture[38];
+  alus[18].texture2 = texture[40];
+  alus[19].patitexture = texture[18];
+  alus[20].patitexture = texture[19];
+  alus[20].epatitexture = texture[41];
+  alus[20].texture = texture[34];
+  alus[21].patitexture = texture[18];
+  alus[21].epatitexture = texture[18];
+  alus[22].patitexture = texture[2];
+  alus[22].epatitexture = texture[18];
+  alus[23].patitexture = texture[4];
+  alus[23].epatitexture = texture[2];
+}
+
+void asetaNakyma(int width, int height) {
+  if (height == 0) height = 1;
+  glViewport(0, 0, width, height);
+  glMatrixMode(GL_PROJECTION);
+  glLoadIdentity();
+  gluPerspective(45.0, double(width) / double(height), 1.0, 1024.0);
+  glMatrixMode(GL_MODELVIEW);
+  glLoadIdentity();
+}
+
+// One face of an extruded outline: the normal and four corners.
+void quad(float nx, float ny, float nz, const float (&v)[4][3]) {
+  glNormal3f(nx, ny, nz);
+  for (const auto& p : v) glVertex3f(p[0], p[1], p[2]);
+}
+
+// The menu cursor: a flat arrow pointing along +x, extruded in z so that it
+// shows its edge and its faces as it spins about x.
+const float nuoliPaksuus = 0.3f;
+const float nuoliReuna[][2] = {{-1.0f, -0.3f}, {0.1f, -0.3f}, {0.1f, -0.75f}, {1.0f, 0.0f},
+                               {0.1f, 0.75f},  {0.1f, 0.3f},  {-1.0f, 0.3f}};
+const int nuoliPisteita = sizeof(nuoliReuna) / sizeof(nuoliReuna[0]);
+
+void nuolenKyljet() {
+  const float t = nuoliPaksuus;
+  glBegin(GL_QUADS);
+  for (int i = 0; i < nuoliPisteita; i++) {
+    const float* a = nuoliReuna[i];
+    const float* b = nuoliReuna[(i + 1) % nuoliPisteita];
+    const float dx = b[0] - a[0], dy = b[1] - a[1];
+    const float pituus = std::sqrt(dx * dx + dy * dy);
+    quad(dy / pituus, -dx / pituus, 0,
+         {{a[0], a[1], -t}, {b[0], b[1], -t}, {b[0], b[1], t}, {a[0], a[1], t}});
+  }
+  glEnd();
+}
+
+// Front (z > 0) or back face: the shaft as a quad, the head as a triangle,
+// wound counter-clockwise as seen from outside.
+void nuolenPinta(float z) {
+  const auto& p = nuoliReuna;
+  const bool etu = z > 0;
+  glNormal3f(0, 0, etu ? 1.0f : -1.0f);
+  const int varsi[4] = {0, 1, 5, 6};
+  const int karki[3] = {2, 3, 4};
+  glBegin(GL_QUADS);
+  for (int k = 0; k < 4; k++) {
+    const int i = varsi[etu ? k : 3 - k];
+    glVertex3f(p[i][0], p[i][1], z);
+  }
+  glEnd();
+  glBegin(GL_TRIANGLES);
+  for (int k = 0; k < 3; k++) {
+    const int i = karki[etu ? k : 2 - k];
+    glVertex3f(p[i][0], p[i][1], z);
+  }
+  glEnd();
+}
+
+void piirraNuoli() {
+  nuolenPinta(nuoliPaksuus);
+  nuolenPinta(-nuoliPaksuus);
+  nuolenKyljet();
+}
+
+void poistaLista(GLuint& lista) {
+  if (lista != 0) glDeleteLists(lista, 1);
+  lista = 0;
+}
+
+}  // namespace
+
+void setupOpengl(int width, int height) {
+  glCullFace(GL_BACK);
+  glFrontFace(GL_CCW);
+  glEnable(GL_NORMALIZE);
+  glEnable(GL_LINE_SMOOTH);
+  glEnable(GL_TEXTURE_2D);
+  glDepthFunc(GL_LEQUAL);
+  glEnable(GL_LIGHTING);
+  glEnable(GL_COLOR_MATERIAL);
+  const GLfloat ambient[] = {0.35f, 0.35f, 0.35f, 1.0f};
+  glLightModeli(GL_LIGHT_MODEL_LOCAL_VIEWER, GL_TRUE);
+  glLightModeli(GL_LIGHT_MODEL_TWO_SIDE, GL_FALSE);
+  glLightModelfv(GL_LIGHT_MODEL_AMBIENT, ambient);
+  glClearColor(0, 0, 0, 1);
+  const GLfloat valkoinen[] = {1, 1, 1, 1};
+  glEnable(GL_LIGHT0);
+  glLightfv(GL_LIGHT0, GL_DIFFUSE, valkoinen);
+  glLightfv(GL_LIGHT0, GL_SPECULAR, valkoinen);
+  asetaNakyma(width, height);
+  LoadGLTextures();
+  setLists();
+}
+
+void ReSizeGLScene(int width, int height) {
+  asetaNakyma(width, height);
+  LoadGLTextures();
+  setLists();
+}
+
+void LoadGLFont() {
+  printf(sets.mode256 ? "loading 256*256 font\n" : "loading 1024*1024 font\n");
+  lataaSlottiin(fonttiSlotti, kokoValinta("textures/teksti_256.png", "textures/teksti.png"));
+}
+
+int LoadGLTextures() {
+  LoadGLFont();
+  lataaKuvat(ekatKuvat);
+  generoiTekstuuri(18, generateLightFlare);
+  generoiTekstuuri(15, generateLightNelio);
+  lataaKuvat(tokatKuvat);
+  lataaIsotKuvat();
+  generoiTekstuuri(tiimiSlotti, generateTeamJuttu);
+  tiimitexture = texture[tiimiSlotti];
+  asetaAlustenTekstuurit();
+  printf("moi!\n");
+  return 1;
+}
+
+void generateLightFlare(GLuint* name) {
+  for (int i = 0; i < hehkuKoko; i++)
+    for (int j = 0; j < hehkuKoko; j++)
+      generoitu[i * hehkuKoko + j] = float(std::exp(-etaisyys2(i, j) * 0.005) - 0.01);
+  lataaLuminanssi(name, hehkuKoko, generoitu);
+}
+
+void generateLightNelio(GLuint* name) {
+  for (int i = 0; i < nelioKoko * nelioKoko; i++) generoitu[i] = 1.0f;
+  lataaLuminanssi(name, nelioKoko, generoitu);
+}
+
+// A glow with a dark core: the flare, brighter, hollowed out inside radius 16.
+void generateTeamJuttu(GLuint* name) {
+  for (int i = 0; i < hehkuKoko; i++) {
+    for (int j = 0; j < hehkuKoko; j++) {
+      const double r2 = etaisyys2(i, j);
+      double arvo = (std::exp(-r2 * 0.005) - 0.01) * 1.5;
+      const double r = std::sqrt(r2);
+      if (r < 16) {
+        const double s = r * 0.0625;
+        arvo -= std::sqrt(1 - s) + 1 - s;
+        if (arvo <= 0) arvo = 0;
+      }
+      generoitu[i * hehkuKoko + j] = float(arvo);
+    }
+  }
+  lataaLuminanssi(name, hehkuKoko, generoitu);
+}
+
+void setLists() {
+  for (GLuint& lista : list_int) poistaLista(lista);
+  for (GLuint& lista : list_alus) poistaLista(lista);
+  poistaLista(list_asteroid);
+  list_int[24] = glGenLists(1);
+  glNewList(list_int[24], GL_COMPILE);
+  piirraNuoli();
+  glEndList();
+  rakennaMallit();
+}
+
+void valitseVari(int colour) {
+  // Alpha 2.0 in the first three is clamped by the GL.
+  static const GLfloat varit[16][4] = {
+      {1, 0.25f, 0.25f, 2.0f}, {0.25f, 0.25f, 1, 2.0f}, {0.25f, 1, 0.25f, 2.0f}, {0, 1, 1, 1},
+      {1, 1, 1, 1},            {1, 0, 1, 1},            {1, 1, 0, 1},            {1, 0.6f, 0.6f, 1},
+      {0.6f, 1, 0.6f, 1},      {0.6f, 0.6f, 1, 1},      {1, 0.6f, 1, 1},         {1, 1, 0.6f, 1},
+      {0.6f, 1, 1, 1},         {1, 0, 0, 1},            {0, 1, 0, 1},            {0, 0, 1, 1}};
+  if (colour < 0 || colour >= 16)
+    glColor4f(1, 0, 0, 1);
+  else
+    glColor4fv(varit[colour]);
+}
+
+void drawCube() {
+  glBegin(GL_QUADS);
+  quad(0, 0, 1, {{-1, -1, 1}, {1, -1, 1}, {1, 1, 1}, {-1, 1, 1}});
+  quad(0, 0, -1, {{-1, -1, -1}, {-1, 1, -1}, {1, 1, -1}, {1, -1, -1}});
+  quad(0, 1, 0, {{-1, 1, -1}, {-1, 1, 1}, {1, 1, 1}, {1, 1, -1}});
+  quad(0, -1, 0, {{-1, -1, -1}, {1, -1, -1}, {1, -1, 1}, {-1, -1, 1}});
+  quad(1, 0, 0, {{1, -1, -1}, {1, 1, -1}, {1, 1, 1}, {1, -1, 1}});
+  quad(-1, 0, 0, {{-1, -1, -1}, {-1, -1, 1}, {-1, 1, 1}, {-1, 1, -1}});
+  glEnd();
+}
+
+void drawTri() {
+  glBegin(GL_TRIANGLES);
+  glNormal3f(0, 0, 1);
+  glVertex3f(-1, -1, 1);
+  glVertex3f(1, -1, 1);
+  glVertex3f(0, 1, 1);
+  glNormal3f(0, 0, -1);
+  glVertex3f(-1, -1, -1);
+  glVertex3f(0, 1, -1);
+  glVertex3f(1, -1, -1);
+  glEnd();
+  glBegin(GL_QUADS);
+  quad(-1, 1, 0, {{-1, -1, -1}, {-1, -1, 1}, {0, 1, 1}, {0, 1, -1}});
+  quad(0, -1, 0, {{-1, -1, -1}, {1, -1, -1}, {1, -1, 1}, {-1, -1, 1}});
+  quad(1, 1, 0, {{1, -1, -1}, {0, 1, -1}, {0, 1, 1}, {1, -1, 1}});
+  glEnd();
+}
