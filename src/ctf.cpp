@@ -87,6 +87,7 @@ void alustaCPisteet() {
 }
 
 void aloitaCPisteet() {
+  if (!cpiste) return;
   for (int i = 0; i < cpisteita; ++i) {
     vieKotiin(i);
     cpiste[i].enabled = false;
@@ -97,6 +98,7 @@ void aloitaCPisteet() {
 }
 
 void laskeCPisteet() {
+  if (!cpiste) return;  // not set up yet
   for (int i = 0; i < cpisteita; ++i) {
     if (!cpiste[i].enabled) continue;
     const signed char tila = cpiste[i].player;

@@ -45,6 +45,7 @@ void alustaDPisteet() {
 }
 
 void laskeDPisteet() {
+  if (!dpiste) return;  // not set up yet
   for (int k = 0; k < dpisteita; ++k) {
     const int uusi = valtaaja(dpiste[k]);
     if (uusi >= 0) dpiste[k].tiimi = uusi;

@@ -39,6 +39,7 @@ void laskeSPisteet() {
   // Set once per call: after one mushroom is eaten, every later one in the
   // same step counts as eaten by that team too. Harmless with one mushroom.
   int syoja = -1;
+  if (!spiste) return;  // not set up yet
   for (int m = 0; m < spisteita; ++m) {
     for (int p = 0; p < pelaajia(); ++p) {
       if (!pelissa(p) || !lahella(p, spiste[m].x, spiste[m].y, syontiSade)) continue;
