@@ -4,7 +4,6 @@
 
 #include <GL/gl.h>
 
-#include "Player.h"
 #include "glapi.h"
 
 int cpisteita = 16;
@@ -134,28 +133,16 @@ static void piirraKoti(const CPiste& koti, int tiimi) {
   glDisable(GL_BLEND);
 }
 
-static void piirraKukka(float x, float y, float koko) {
-  glPushMatrix();
-  glTranslatef(x, y, -35);
-  glScalef(koko, koko, koko);
-  glRotatef(90, 1, 0, 0);
-  glCallList(list_int[22]);
-  glPopMatrix();
-}
-
 // A carried flower rides on its carrier's drawing.
 void piirraCPisteet() {
   if (cpiste == nullptr || alkupiste == nullptr) return;
-  glEnable(GL_DEPTH_TEST);
-  glEnable(GL_LIGHTING);
-  glDisable(GL_BLEND);
-  glDisable(GL_TEXTURE_2D);
+  valmisteleMallit();
   for (int i = 0; i < cpisteita; ++i) {
     const CPiste& kukka = cpiste[i];
     if (!kukka.enabled) continue;
     piirraKoti(alkupiste[i], i);
-    if (kukka.player == kukkaKotona) piirraKukka(alkupiste[i].x, alkupiste[i].y, 5);
-    else if (kukka.player == kukkaPudonnut) piirraKukka(kukka.x, kukka.y, 5);
+    if (kukka.player == kukkaKotona) piirraKenttaMalli(22, alkupiste[i].x, alkupiste[i].y, 5);
+    else if (kukka.player == kukkaPudonnut) piirraKenttaMalli(22, kukka.x, kukka.y, 5);
   }
 }
 

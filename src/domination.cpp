@@ -59,20 +59,12 @@ void laskeDPisteet() {
 // Each point is a big flower in its owner's colour, white while nobody holds it.
 void piirraDPisteet() {
   if (dpiste == nullptr) return;
-  glEnable(GL_DEPTH_TEST);
-  glEnable(GL_LIGHTING);
-  glDisable(GL_BLEND);
-  glDisable(GL_TEXTURE_2D);
+  valmisteleMallit();
   for (int i = 0; i < dpisteita; ++i) {
     const DPiste& p = dpiste[i];
     if (p.tiimi >= 0) valitseVari(p.tiimi);
     else glColor4f(1, 1, 1, 1);
-    glPushMatrix();
-    glTranslatef(p.x, p.y, -35);
-    glScalef(8, 8, 8);
-    glRotatef(90, 1, 0, 0);
-    glCallList(list_int[22]);
-    glPopMatrix();
+    piirraKenttaMalli(22, p.x, p.y, 8);
   }
 }
 

@@ -71,18 +71,16 @@ int peliloppu() {
 
 // Drawing (filled by the rendering work)
 
-static bool objektiivipeli() { return gamemode >= 2 && gamemode <= 4; }
-
 // The team of the last player that reached the score limit, -1 if none did.
 static int tavoitteenSaavuttanutTiimi() {
   int tiimi = -1;
-  for (int i = 0; i < players; ++i)
+  for (int i = 0; i < pelaajia(); ++i)
     if (player[i].pisteet >= fullcredits) tiimi = player[i].tiimi;
   return tiimi;
 }
 
 static bool onVoittaja(const Player& p, int voittotiimi) {
-  return objektiivipeli() ? p.tiimi == voittotiimi : p.pisteet >= 0;
+  return tavoitePeli() ? p.tiimi == voittotiimi : p.pisteet >= 0;
 }
 
 static void asetaVoittoNakyma() {
@@ -110,7 +108,7 @@ static void piirraVoittajat(int voittotiimi, int voittajia) {
   const float pienennys = voittajia < 5 ? 0.5f : 0.32f;
   glScalef(pienennys, pienennys, pienennys);
   int kohta = 0;
-  for (int i = 0; i < players; ++i) {
+  for (int i = 0; i < pelaajia(); ++i) {
     if (!onVoittaja(player[i], voittotiimi)) continue;
     player[i].piirra(4 - 4 * voittajia + 8 * kohta, -6, -3, 90, 0);
     ++kohta;
@@ -137,10 +135,10 @@ static void piirraVoittoTekstit(int naytettavaTiimi, bool krediitit, int krediit
 // one and the credits the survivors hold. The two numberings differ on purpose.
 void drawVictory(int tiimi) {
   asetaVoittoNakyma();
-  const int voittotiimi = objektiivipeli() ? tavoitteenSaavuttanutTiimi() : tiimi;
+  const int voittotiimi = tavoitePeli() ? tavoitteenSaavuttanutTiimi() : tiimi;
   int voittajia = 0;
   int krediittiSumma = 0;
-  for (int i = 0; i < players; ++i) {
+  for (int i = 0; i < pelaajia(); ++i) {
     if (!onVoittaja(player[i], voittotiimi)) continue;
     ++voittajia;
     krediittiSumma += player[i].pisteet + player[i].alus.pistemaara;  // truncated at each step
@@ -149,7 +147,7 @@ void drawVictory(int tiimi) {
   if (voittajia == 0) {
     glColor4f(1, 0, 0, 1);
     gl_println(-4, 0, -25, "draw");
-  } else if (objektiivipeli()) {
+  } else if (tavoitePeli()) {
     piirraVoittoTekstit(voittotiimi, false, 0);
   } else {
     piirraVoittoTekstit(tiimi + 1, true, krediittiSumma);

@@ -727,8 +727,6 @@ static void tulostaLuku(float x, float y, int luku, float koko) {
   gl_println(x, y, 0, teksti, koko);
 }
 
-static bool pelissa(const Player& p) { return p.pisteet >= 0 || !pistepeli; }
-
 static bool verkkopeli() { return hostpeli || joinpeli; }
 
 // The two in-plane axes of a quad that faces the tilted camera: the same
@@ -797,8 +795,7 @@ void asetaKameraJaValo() {
   glMatrixMode(GL_MODELVIEW);
   glLoadIdentity();
   if (sets.cammode == 0) {
-    // 3.14 rather than pi: the tilt has always been turned with it.
-    const double b = beta * 3.14 / 180.0, a2 = alfa2 * 3.14 / 180.0;
+    const double b = beta * kameranPii / 180.0, a2 = alfa2 * kameranPii / 180.0;
     gluLookAt(0.25 * camposx, 0.25 * camposy, camposz, camposx, camposy, kentanZ,
               std::cos(b) * std::cos(a2), std::cos(b) * std::sin(a2), -std::sin(b));
   } else {
@@ -865,10 +862,10 @@ static void piirraPelaaja(Player& p) {
 
 // Ships with everything they own, then the swirls of the ships waiting to come back.
 void piirraPelaajat() {
-  for (int i = 0; i < players; ++i)
-    if (pelissa(player[i]) && player[i].kuolema < 1) piirraPelaaja(player[i]);
-  for (int i = 0; i < players; ++i)
-    if (pelissa(player[i]) && player[i].kuolema >= 1 && player[i].kuolema <= 199)
+  for (int i = 0; i < pelaajia(); ++i)
+    if (pelissa(i) && player[i].kuolema < 1) piirraPelaaja(player[i]);
+  for (int i = 0; i < pelaajia(); ++i)
+    if (pelissa(i) && player[i].kuolema >= 1 && player[i].kuolema < uudestaanHetki)
       player[i].piirraAlkuSirpaleet();
 }
 
@@ -888,18 +885,26 @@ static const ReunanJakso reunanJaksot[4] = {
     {0, 12, 21, 0, 1, 0, 0.05f, -0.05f, 0},
 };
 
-static void piirraKulmaMalli(float x, float y, int lista) {
-  glPushAttrib(GL_ENABLE_BIT);
+void valmisteleMallit() {
   glEnable(GL_DEPTH_TEST);
   glEnable(GL_LIGHTING);
   glDisable(GL_BLEND);
   glDisable(GL_TEXTURE_2D);
+}
+
+void piirraKenttaMalli(int lista, float x, float y, float koko) {
   glPushMatrix();
   glTranslatef(x, y, kentanZ);
-  glScalef(5, 5, 5);
-  glRotatef(90, 1, 0, 0);
+  glScalef(koko, koko, koko);
+  glRotatef(90, 1, 0, 0);  // the models stand up along their y axis
   glCallList(list_int[lista]);
   glPopMatrix();
+}
+
+static void piirraKulmaMalli(float x, float y, int lista) {
+  glPushAttrib(GL_ENABLE_BIT);
+  valmisteleMallit();
+  piirraKenttaMalli(lista, x, y, 5);
   glPopAttrib();
 }
 
@@ -942,7 +947,7 @@ static void piirraTavoitteet() {
 static void piirraSirpaleetTekstuurilla(const Kasvot& kasvot, bool nelioina) {
   glBindTexture(GL_TEXTURE_2D, texture[nelioina ? 15 : 18]);
   glBegin(GL_QUADS);
-  for (int i = 0; i < sirpaleita && i < maxSirpaleita; ++i) {
+  for (int i = 0; i < kaytossaSirpaleita(); ++i) {
     const Sirpale& s = sirpale[i];
     if (s.aika <= 0 || (s.muoto == 10) != nelioina) continue;
     const double haalistus = s.aika / s.maxaika;
@@ -972,7 +977,7 @@ void piirraHud() {
   glMatrixMode(GL_MODELVIEW);
   glLoadIdentity();
   glTranslatef(0, 0, -30);
-  for (int i = 0; i < players; ++i) player[i].piirraGraffat();
+  for (int i = 0; i < pelaajia(); ++i) player[i].piirraGraffat();
   if (gamemode == 2) piirraDGraffat();
   else if (gamemode == 3) piirraCGraffat();
   else if (gamemode == 4) piirraSGraffat();
@@ -1180,17 +1185,13 @@ static void piirraPati(int laji, int kohta, const Pati& p, const Alus& a, const 
   }
 }
 
-static int kaytossa(double maara, int koko) {
-  return maara < 0 ? 0 : maara > koko ? koko : int(std::ceil(maara));
-}
-
 void Player::piirraPadit() {
   const int laji = alus.aselaji;
   if (onSade(laji) || pati == nullptr) return;  // beams are drawn as lines
   aloitaHiukkaset(alus.patitexture, GL_ONE);
   const Kasvot kasvot = kameranKasvot();
   glBegin(GL_QUADS);
-  const int maara = kaytossa(alus.maxpadit, maksimipadit);
+  const int maara = kaytettavatPaikat(alus.maxpadit, maksimipadit);
   for (int i = 0; i < maara; ++i)
     if (pati[i].aika > 0) piirraPati(laji, i, pati[i], alus, kasvot);
   glEnd();
@@ -1203,7 +1204,7 @@ void Player::piirraePadit() {
   const Kasvot kasvot = kameranKasvot();
   const float koko = float(std::fmax(alus.epatisade * 2, 0.8));
   glBegin(GL_QUADS);
-  const int maara = kaytossa(alus.maxepadit, maksimiepadit);
+  const int maara = kaytettavatPaikat(alus.maxepadit, maksimiepadit);
   for (int i = 0; i < maara; ++i) {
     const Pati& p = epati[i];
     if (p.aika <= 0) continue;
@@ -1381,7 +1382,7 @@ void piirraPistetaulu(const char* otsikko) {
   const int raja = verkkopeli() ? mpcredits : printedAsInt(fullcredits);
   int listatut[maxPlayers];
   int tiimeja = 0;
-  for (int i = 0; i < players && i < maxPlayers; ++i) {
+  for (int i = 0; i < pelaajia(); ++i) {
     const Player& p = player[i];
     bool jo = false;
     for (int t = 0; t < tiimeja; ++t) jo = jo || listatut[t] == p.tiimi;

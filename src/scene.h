@@ -70,6 +70,10 @@ void drawAlusValinta(int pelaaja, int kursori);
 int printedAsInt(double value);
 // The team score panel of the objective modes, under the given title.
 void piirraPistetaulu(const char* otsikko);
+// Models standing on the field (frame corners, flowers, mushrooms): the GL
+// state they are drawn in, and one model of list_int at (x, y) at a scale.
+void valmisteleMallit();
+void piirraKenttaMalli(int lista, float x, float y, float koko);
 // The steps of drawFrame, in drawing order (also timed on their own).
 void asetaKameraJaValo();
 void piirraTausta();

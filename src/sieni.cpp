@@ -5,8 +5,6 @@
 
 #include <GL/gl.h>
 
-#include "glapi.h"
-
 int spisteita = 1;
 SPiste* spiste = nullptr;
 float sienipisteet = 10, skuolemapisteet = 1;
@@ -56,19 +54,9 @@ void laskeSPisteet() {
 
 void piirraSPisteet() {
   if (spiste == nullptr) return;
-  glEnable(GL_DEPTH_TEST);
-  glEnable(GL_LIGHTING);
-  glDisable(GL_BLEND);
-  glDisable(GL_TEXTURE_2D);
+  valmisteleMallit();
   glColor4f(1, 1, 1, 1);
-  for (int i = 0; i < spisteita; ++i) {
-    glPushMatrix();
-    glTranslatef(spiste[i].x, spiste[i].y, -35);
-    glScalef(5, 5, 5);
-    glRotatef(90, 1, 0, 0);
-    glCallList(list_int[23]);
-    glPopMatrix();
-  }
+  for (int i = 0; i < spisteita; ++i) piirraKenttaMalli(23, spiste[i].x, spiste[i].y, 5);
 }
 
 void piirraSGraffat() { piirraPistetaulu("mushroom score"); }
