@@ -722,7 +722,7 @@ int printedAsInt(double value) {
 }
 
 static void tulostaLuku(float x, float y, int luku, float koko) {
-  char teksti[10];
+  char teksti[12];  // room for any int: a low word can print eleven characters
   std::snprintf(teksti, sizeof teksti, "%d", luku);
   gl_println(x, y, 0, teksti, koko);
 }
@@ -748,32 +748,79 @@ static Kasvot tasossa(float kulmaAsteina) {
   return {{float(std::cos(k)), float(std::sin(k)), 0}, {float(-std::sin(k)), float(std::cos(k)), 0}};
 }
 
-// One textured quad inside an open glBegin(GL_QUADS): half sizes `leveys`
-// along the first axis and `korkeus` along the second.
+// Particle quads are gathered into one static vertex array and drawn with a
+// single call: a call per quad costs the software renderer more than the quad.
+class NelioEra {
+public:
+  void vari(float r, float g, float b, float a) {
+    nykyinen[0] = r;
+    nykyinen[1] = g;
+    nykyinen[2] = b;
+    nykyinen[3] = a;
+  }
+
+  // Half sizes `leveys` along the first axis and `korkeus` along the second.
+  void lisaa(const Kasvot& k, float x, float y, float z, float leveys, float korkeus) {
+    if (maara == kapasiteetti) piirra();
+    const float ox = k.oikea[0] * leveys, oy = k.oikea[1] * leveys, oz = k.oikea[2] * leveys;
+    const float yx = k.ylos[0] * korkeus, yy = k.ylos[1] * korkeus, yz = k.ylos[2] * korkeus;
+    kulma(0, x - ox - yx, y - oy - yy, z - oz - yz, 0, 0);
+    kulma(1, x + ox - yx, y + oy - yy, z + oz - yz, 1, 0);
+    kulma(2, x + ox + yx, y + oy + yy, z + oz + yz, 1, 1);
+    kulma(3, x - ox + yx, y - oy + yy, z - oz + yz, 0, 1);
+    ++maara;
+  }
+
+  void piirra() {
+    if (maara == 0) return;
+    glPushClientAttrib(GL_CLIENT_VERTEX_ARRAY_BIT);
+    glEnableClientState(GL_VERTEX_ARRAY);
+    glEnableClientState(GL_TEXTURE_COORD_ARRAY);
+    glEnableClientState(GL_COLOR_ARRAY);
+    glVertexPointer(3, GL_FLOAT, 0, paikat);
+    glTexCoordPointer(2, GL_FLOAT, 0, tekstuuri);
+    glColorPointer(4, GL_FLOAT, 0, varit);
+    glDrawArrays(GL_QUADS, 0, maara * 4);
+    glPopClientAttrib();
+    maara = 0;
+  }
+
+private:
+  static const int kapasiteetti = 2048;
+  float paikat[kapasiteetti * 4 * 3];
+  float tekstuuri[kapasiteetti * 4 * 2];
+  float varit[kapasiteetti * 4 * 4];
+  float nykyinen[4] = {1, 1, 1, 1};
+  int maara = 0;
+
+  void kulma(int nurkka, float x, float y, float z, float u, float v) {
+    const int k = maara * 4 + nurkka;
+    float* paikka = &paikat[k * 3];
+    paikka[0] = x;
+    paikka[1] = y;
+    paikka[2] = z;
+    tekstuuri[k * 2] = u;
+    tekstuuri[k * 2 + 1] = v;
+    std::memcpy(&varit[k * 4], nykyinen, sizeof nykyinen);
+  }
+};
+
+static NelioEra era;
+
 static void nelio(const Kasvot& k, float x, float y, float z, float leveys, float korkeus) {
-  const float ox = k.oikea[0] * leveys, oy = k.oikea[1] * leveys, oz = k.oikea[2] * leveys;
-  const float yx = k.ylos[0] * korkeus, yy = k.ylos[1] * korkeus, yz = k.ylos[2] * korkeus;
-  glTexCoord2f(0, 0);
-  glVertex3f(x - ox - yx, y - oy - yy, z - oz - yz);
-  glTexCoord2f(1, 0);
-  glVertex3f(x + ox - yx, y + oy - yy, z + oz - yz);
-  glTexCoord2f(1, 1);
-  glVertex3f(x + ox + yx, y + oy + yy, z + oz + yz);
-  glTexCoord2f(0, 1);
-  glVertex3f(x - ox + yx, y - oy + yy, z - oz + yz);
+  era.lisaa(k, x, y, z, leveys, korkeus);
 }
 
 static void nelio(const Kasvot& k, float x, float y, float z, float puolikas) {
-  nelio(k, x, y, z, puolikas, puolikas);
+  era.lisaa(k, x, y, z, puolikas, puolikas);
 }
 
+// An untextured rectangle inside an open glBegin(GL_QUADS).
 static void tasoNelio(float x1, float y1, float x2, float y2) {
-  glBegin(GL_QUADS);
   glVertex2f(x1, y1);
   glVertex2f(x2, y1);
   glVertex2f(x2, y2);
   glVertex2f(x1, y2);
-  glEnd();
 }
 
 // A flat, unlit, additive state for particles; the caller's state comes back
@@ -813,20 +860,19 @@ void asetaKameraJaValo() {
 
 static void piirraGalaksi(GLuint tekstuuri, float x, float y, float puolikas) {
   glBindTexture(GL_TEXTURE_2D, tekstuuri);
-  glBegin(GL_QUADS);
+  era.vari(1, 1, 1, 1);
   nelio(tasossa(0), x, y, -235, puolikas);
-  glEnd();
+  era.piirra();
 }
 
 static void piirraTahdet() {
   const Kasvot suoraan = tasossa(0);
   glBindTexture(GL_TEXTURE_2D, texture[18]);
-  glBegin(GL_QUADS);
   for (const Star& s : star) {
-    glColor4f(s.r, s.g, s.b, 1);
+    era.vari(s.r, s.g, s.b, 1);
     nelio(suoraan, s.x, s.y, s.z + kentanZ, s.koko);
   }
-  glEnd();
+  era.piirra();
 }
 
 // Galaxies and stars, as far as the detail level allows.
@@ -835,7 +881,6 @@ void piirraTausta() {
   glPushAttrib(GL_ENABLE_BIT | GL_CURRENT_BIT | GL_TEXTURE_BIT);
   glDisable(GL_LIGHTING);
   glEnable(GL_TEXTURE_2D);
-  glColor4f(1, 1, 1, 1);
   if (sets.detail > 1) piirraGalaksi(texture[23], 272, -60, 12);
   piirraGalaksi(texture[26], -112, -40, 8);
   piirraTahdet();
@@ -923,16 +968,15 @@ void piirraKentanReuna() {
   glEnable(GL_BLEND);
   glBlendFunc(GL_ONE, GL_ONE);
   glBindTexture(GL_TEXTURE_2D, texture[18]);
-  glBegin(GL_QUADS);
   for (const ReunanJakso& j : reunanJaksot) {
     for (int i = 1; i < 20; ++i) {
-      glColor4f(j.r0 + j.r1 * i, j.g0 + j.g1 * i, j.b0 + j.b1 * i, 0.8f);
+      era.vari(j.r0 + j.r1 * i, j.g0 + j.g1 * i, j.b0 + j.b1 * i, 0.8f);
       nelio(kasvot, x + j.dx * i, y + j.dy * i, kentanZ, 6);
     }
     x += 20 * j.dx;
     y += 20 * j.dy;
   }
-  glEnd();
+  era.piirra();
   glPopAttrib();
 }
 
@@ -946,15 +990,14 @@ static void piirraTavoitteet() {
 
 static void piirraSirpaleetTekstuurilla(const Kasvot& kasvot, bool nelioina) {
   glBindTexture(GL_TEXTURE_2D, texture[nelioina ? 15 : 18]);
-  glBegin(GL_QUADS);
   for (int i = 0; i < kaytossaSirpaleita(); ++i) {
     const Sirpale& s = sirpale[i];
     if (s.aika <= 0 || (s.muoto == 10) != nelioina) continue;
     const double haalistus = s.aika / s.maxaika;
-    glColor4f(s.red * haalistus, s.green * haalistus, s.blue * haalistus, 1);
+    era.vari(s.red * haalistus, s.green * haalistus, s.blue * haalistus, 1);
     nelio(kasvot, s.x, s.y, s.z + kentanZ, s.koko);
   }
-  glEnd();
+  era.piirra();
 }
 
 // Explosion debris, fading as it ages. With additive blending the order does
@@ -1173,7 +1216,7 @@ static void piirraPati(int laji, int kohta, const Pati& p, const Alus& a, const 
     default:
       break;
   }
-  glColor4f(v.r, v.g, v.b, 1);
+  era.vari(v.r, v.g, v.b, 1);
   if (laji == 7 || laji == 14) {
     nelio(tasossa(p.kulma), p.x, p.y, kentanZ, koko * 1.2f, koko * 0.6f);
   } else if (laji == 21) {
@@ -1190,11 +1233,10 @@ void Player::piirraPadit() {
   if (onSade(laji) || pati == nullptr) return;  // beams are drawn as lines
   aloitaHiukkaset(alus.patitexture, GL_ONE);
   const Kasvot kasvot = kameranKasvot();
-  glBegin(GL_QUADS);
   const int maara = kaytettavatPaikat(alus.maxpadit, maksimipadit);
   for (int i = 0; i < maara; ++i)
     if (pati[i].aika > 0) piirraPati(laji, i, pati[i], alus, kasvot);
-  glEnd();
+  era.piirra();
   lopetaHiukkaset();
 }
 
@@ -1203,16 +1245,15 @@ void Player::piirraePadit() {
   aloitaHiukkaset(alus.epatitexture, GL_ONE);
   const Kasvot kasvot = kameranKasvot();
   const float koko = float(std::fmax(alus.epatisade * 2, 0.8));
-  glBegin(GL_QUADS);
   const int maara = kaytettavatPaikat(alus.maxepadit, maksimiepadit);
   for (int i = 0; i < maara; ++i) {
     const Pati& p = epati[i];
     if (p.aika <= 0) continue;
     const Vari v = laukauksenVari(alus.easelaji, p);
-    glColor4f(v.r, v.g, v.b, 1);
+    era.vari(v.r, v.g, v.b, 1);
     nelio(kasvot, p.x, p.y, kentanZ, koko);
   }
-  glEnd();
+  era.piirra();
   lopetaHiukkaset();
 }
 
@@ -1220,15 +1261,14 @@ void Player::piirraePadit() {
 void Player::piirraLimat() {
   if (lima == nullptr) return;
   aloitaHiukkaset(texture[18], GL_ONE);
-  glColor4f(0.1f, 0.7f, 0.1f, 1.0f);
+  era.vari(0.1f, 0.7f, 0.1f, 1.0f);
   glPushMatrix();
   glTranslatef(x, y, kentanZ);
   glRotatef(kulma - 90, 0, 0, 1);
   const Kasvot suoraan = tasossa(0);
-  glBegin(GL_QUADS);
   for (int i = 0; i < limoja; ++i)
     if (lima[i].aika > 0) nelio(suoraan, lima[i].x, lima[i].y, 0, 0.5f);
-  glEnd();
+  era.piirra();
   glPopMatrix();
   lopetaHiukkaset();
 }
@@ -1236,7 +1276,7 @@ void Player::piirraLimat() {
 static void piirraSavut(const Kaasujalki* jalki, float puolikas) {
   for (int i = 0; i < kaasujalkia; ++i) {
     if (jalki[i].alpha <= 0) continue;
-    glColor4f(1, 0, 0, jalki[i].alpha);
+    era.vari(1, 0, 0, jalki[i].alpha);
     nelio(tasossa(0), jalki[i].x, jalki[i].y, kentanZ, puolikas);
   }
 }
@@ -1245,11 +1285,10 @@ void Player::piirraKaasujaljet() {
   const int tyyppi = alus.numero;
   if (tyyppi == 16 || tyyppi == 22 || kaasujalki == nullptr) return;
   aloitaHiukkaset(texture[18], GL_SRC_ALPHA);
-  glBegin(GL_QUADS);
   const float puolikas = float(2 * alus.jalkikoko);
   piirraSavut(kaasujalki, puolikas);
   if ((tyyppi == 4 || tyyppi == 23) && kaasujalki2 != nullptr) piirraSavut(kaasujalki2, puolikas);
-  glEnd();
+  era.piirra();
   lopetaHiukkaset();
 }
 
@@ -1285,15 +1324,14 @@ void Player::piirraAlkuSirpaleet() {
   glBlendFunc(GL_SRC_ALPHA, GL_ONE);
   glBindTexture(GL_TEXTURE_2D, texture[18]);
   const Kasvot suoraan = tasossa(0);
-  glBegin(GL_QUADS);
   for (int i = 0; i < alkusirpaleMaara; ++i) {
     const Sirpale& s = alkusirpale[i];
     if (s.aika <= 0) continue;
     const double ika = 1 - s.aika / s.maxaika;
-    glColor4f(s.red, s.green, s.blue, 1 - ika * ika);
+    era.vari(s.red, s.green, s.blue, 1 - ika * ika);
     nelio(suoraan, x + s.x, y + s.y, kentanZ + s.z + 1, s.koko);
   }
-  glEnd();
+  era.piirra();
   glBlendFunc(GL_SRC_COLOR, GL_ONE_MINUS_SRC_COLOR);
 }
 
@@ -1343,11 +1381,13 @@ static void piirraKrediitit(const Player& p) {
 static void piirraPaneelinPalkit(const Player& p) {
   glDisable(GL_TEXTURE_2D);
   glTranslatef(2, 0, 0);
+  glBegin(GL_QUADS);
   glColor4f(0.25f, 0.25f, 0, 0.5f);
   tasoNelio(-1.05f, 0.2f, 1.05f, 0.46f);
   tasoNelio(-1.05f, -0.25f, 1.05f, 0.01f);
   piirraPalkki(0.23f, 0.43f, float(p.energia / p.alus.energia));
   piirraPalkki(-0.22f, -0.02f, float(p.fuel / p.alus.fuel));
+  glEnd();
   glColor4f(0.2f, 0.5f, 0.2f, 0.5f);
   glEnable(GL_TEXTURE_2D);
 }
