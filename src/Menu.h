@@ -9,3 +9,10 @@ void mainmenu();
 void drawmenu(int item);
 void asetusmenu();
 void playerMenu();
+
+// One pass of menu input from player 0's flags and the Enter and Escape keys:
+// moves `item` over 0..last with wrap-around and returns true when it is chosen
+// (Escape chooses `last`). Each flag it acts on is cleared.
+bool valikonSyote(int& item, int last);
+// Forgets keys still held when a screen returns to the menu.
+void unohdaNapit();

@@ -117,8 +117,9 @@ const int hehkuKoko = 64;
 const int nelioKoko = 16;
 float generoitu[hehkuKoko * hehkuKoko];
 
+// A name of 0 gets a new texture name; any other is refilled in place.
 void lataaLuminanssi(GLuint* nimi, int koko, const float* texelit) {
-  glGenTextures(1, nimi);
+  if (*nimi == 0) glGenTextures(1, nimi);
   glBindTexture(GL_TEXTURE_2D, *nimi);
   linearFiltterit();
   glPixelStorei(GL_UNPACK_ALIGNMENT, 4);
@@ -127,11 +128,6 @@ void lataaLuminanssi(GLuint* nimi, int koko, const float* texelit) {
 
 double etaisyys2(int i, int j) { return double((i - 32) * (i - 32) + (j - 32) * (j - 32)); }
 
-void generoiTekstuuri(int slotti, void (*generoi)(GLuint*)) {
-  GLuint nimi = 0;
-  generoi(&nimi);
-  asetaSlotti(slotti, nimi);
-}
 
 void asetaAlustenTekstuurit() {
   alus[0].patitexture = texture[4];
@@ -192,10 +188,12 @@ void quad(float nx, float ny, float nz, const float (&v)[4][3]) {
 }
 
 // The menu cursor: a flat arrow pointing along +x, extruded in z so that it
-// shows its edge and its faces as it spins about x.
-const float nuoliPaksuus = 0.3f;
-const float nuoliReuna[][2] = {{-1.0f, -0.3f}, {0.1f, -0.3f}, {0.1f, -0.75f}, {1.0f, 0.0f},
-                               {0.1f, 0.75f},  {0.1f, 0.3f},  {-1.0f, 0.3f}};
+// shows its edge and its faces as it spins about x. Its tip lies right of the
+// origin and its tail left of it, so that the menu's placement keeps it clear of
+// the labels on a 4:3 screen.
+const float nuoliPaksuus = 0.2f;
+const float nuoliReuna[][2] = {{-0.5f, -0.22f}, {0.25f, -0.22f}, {0.25f, -0.55f}, {0.9f, 0.0f},
+                               {0.25f, 0.55f},  {0.25f, 0.22f},  {-0.5f, 0.22f}};
 const int nuoliPisteita = sizeof(nuoliReuna) / sizeof(nuoliReuna[0]);
 
 void nuolenKyljet() {
@@ -284,11 +282,11 @@ void LoadGLFont() {
 int LoadGLTextures() {
   LoadGLFont();
   lataaKuvat(ekatKuvat);
-  generoiTekstuuri(18, generateLightFlare);
-  generoiTekstuuri(15, generateLightNelio);
+  generateLightFlare(&texture[18]);
+  generateLightNelio(&texture[15]);
   lataaKuvat(tokatKuvat);
   lataaIsotKuvat();
-  generoiTekstuuri(tiimiSlotti, generateTeamJuttu);
+  generateTeamJuttu(&texture[tiimiSlotti]);
   tiimitexture = texture[tiimiSlotti];
   asetaAlustenTekstuurit();
   printf("moi!\n");

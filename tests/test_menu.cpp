@@ -1,0 +1,166 @@
+// The main menu: cursor rules, leaving it, and what its frame shows.
+#include <GL/gl.h>
+#include <GL/glu.h>
+#include <SDL/SDL.h>
+#include <gtest/gtest.h>
+
+#include "Main.h"
+#include "Menu.h"
+#include "Player.h"
+#include "glapi.h"
+#include "net.h"
+
+namespace {
+
+class MenuInput : public ::testing::Test {
+ protected:
+  void SetUp() override { unohdaNapit(); }
+  void TearDown() override { unohdaNapit(); }
+  Player& p = player[0];
+};
+
+TEST_F(MenuInput, CursorWrapsBothWays) {
+  struct Case {
+    int from, last;
+    bool up;
+    int to;
+  };
+  for (const Case& c : {Case{0, 4, true, 4}, Case{4, 4, false, 0}, Case{0, 4, false, 1}, Case{3, 4, true, 2},
+                        Case{5, 5, false, 0}, Case{0, 5, true, 5}}) {
+    int item = c.from;
+    (c.up ? p.pylos : p.palas) = true;
+    EXPECT_FALSE(valikonSyote(item, c.last));
+    EXPECT_EQ(item, c.to) << c.from << (c.up ? " up" : " down");
+    EXPECT_FALSE(p.pylos || p.palas);  // each press moves once
+  }
+}
+
+TEST_F(MenuInput, OnlyTheFirstMatchingKeyActsInAPass) {
+  int item = 2;
+  entterpressed = p.pylos = p.palas = escpressed = true;
+  EXPECT_TRUE(valikonSyote(item, 4));  // Enter chooses the current item
+  EXPECT_EQ(item, 2);
+  EXPECT_FALSE(entterpressed);
+  EXPECT_TRUE(p.pylos && p.palas && escpressed);
+  EXPECT_FALSE(valikonSyote(item, 4));  // then up, alone
+  EXPECT_EQ(item, 1);
+  EXPECT_TRUE(p.palas && escpressed);
+  EXPECT_FALSE(valikonSyote(item, 4));  // then down
+  EXPECT_EQ(item, 2);
+  EXPECT_TRUE(escpressed);
+}
+
+TEST_F(MenuInput, EscapeAlwaysChoosesQuit) {
+  for (int start = 0; start <= 4; start++) {
+    int item = start;
+    escpressed = true;
+    EXPECT_TRUE(valikonSyote(item, 4));
+    EXPECT_EQ(item, 4);
+    EXPECT_FALSE(escpressed);
+  }
+}
+
+TEST_F(MenuInput, KeysHeldWhenAScreenEndsDoNotActInTheMenu) {
+  int item = 3;
+  entterpressed = escpressed = true;
+  p.pylos = p.palas = p.pleft = p.pright = p.pfire = true;
+  unohdaNapit();
+  EXPECT_FALSE(valikonSyote(item, 4));
+  EXPECT_EQ(item, 3);
+  EXPECT_FALSE(p.pleft || p.pright || p.pfire);
+}
+
+TEST_F(MenuInput, EscapeLeavesTheMainMenuAsALocalGame) {
+  saavalita = false;
+  hostpeli = joinpeli = true;
+  escpressed = true;
+  mainmenu();  // returns without drawing: Quit is chosen in the first pass
+  EXPECT_TRUE(saavalita);
+  EXPECT_FALSE(hostpeli);
+  EXPECT_FALSE(joinpeli);
+  EXPECT_FALSE(escpressed);
+}
+
+// --- The drawn frame. The software GL swaps by copying, so the back buffer still
+// holds the frame after the swap (the front buffer of an Xvfb window reads back black).
+
+class MenuFrame : public ::testing::Test {
+ protected:
+  static void SetUpTestSuite() {
+    ASSERT_EQ(SDL_Init(SDL_INIT_VIDEO), 0) << SDL_GetError();
+    ASSERT_NE(SDL_SetVideoMode(W, H, 0, SDL_OPENGL), nullptr) << SDL_GetError();
+    testing::internal::CaptureStdout();
+    setupOpengl(W, H);  // no images here: the labels draw as solid glyph squares
+    testing::internal::GetCapturedStdout();
+    // A dark blue background picture in slot 31.
+    const GLubyte blue[3] = {0, 0, 90};
+    glGenTextures(1, &texture[31]);
+    glBindTexture(GL_TEXTURE_2D, texture[31]);
+    glTexImage2D(GL_TEXTURE_2D, 0, GL_RGB, 1, 1, 0, GL_RGB, GL_UNSIGNED_BYTE, blue);
+    glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MIN_FILTER, GL_NEAREST);
+  }
+
+  void SetUp() override { nuolirot = 0; }
+
+  // The window row of a point seen with the menu's identity model-view.
+  static int rowOf(float x, float y, float z) {
+    GLdouble mv[16], pr[16], wx, wy, wz;
+    GLint vp[4];
+    glMatrixMode(GL_MODELVIEW);
+    glLoadIdentity();
+    glGetDoublev(GL_MODELVIEW_MATRIX, mv);
+    glGetDoublev(GL_PROJECTION_MATRIX, pr);
+    glGetIntegerv(GL_VIEWPORT, vp);
+    gluProject(x, y, z, mv, pr, vp, &wx, &wy, &wz);
+    return int(wy);
+  }
+  static int labelRow(float y) { return rowOf(0, y, -40); }
+
+  static std::vector<GLubyte> frameRow(int y) {
+    std::vector<GLubyte> row(W * 3);
+    glReadBuffer(GL_BACK);
+    glPixelStorei(GL_PACK_ALIGNMENT, 1);
+    glReadPixels(0, y, W, 1, GL_RGB, GL_UNSIGNED_BYTE, row.data());
+    return row;
+  }
+
+  static int redPixels(const std::vector<GLubyte>& row) {
+    int n = 0;
+    for (int x = 0; x < W; x++) n += row[x * 3] > 200 && row[x * 3 + 1] < 100 && row[x * 3 + 2] < 100;
+    return n;
+  }
+
+  static const int W = 320, H = 240;
+};
+
+TEST_F(MenuFrame, LabelsAreRedOnTheirRowsAndNowhereElse) {
+  drawmenu(0);
+  for (int i = 0; i < 5; i++) EXPECT_GT(redPixels(frameRow(labelRow(4.0f - 2.0f * i))), 10) << i;
+  EXPECT_EQ(redPixels(frameRow(labelRow(6.0f))), 0);   // above the first label
+  EXPECT_EQ(redPixels(frameRow(labelRow(-6.0f))), 0);  // below "Quit"
+  // The labels start at the left and stay on the panel's side of the screen.
+  const auto row = frameRow(labelRow(4.0f));
+  for (int x = W * 3 / 4; x < W; x++) EXPECT_FALSE(row[x * 3] > 200 && row[x * 3 + 1] < 100) << x;
+  // The background shows right of the panel, dimmed to its left.
+  const auto mid = frameRow(H / 2);
+  EXPECT_NEAR(mid[(W - 5) * 3 + 2], 90, 3);
+  EXPECT_LT(mid[5 * 3 + 2], 50);
+}
+
+TEST_F(MenuFrame, CursorArrowsFollowTheItem) {
+  // The arrows are gold, neither red label nor blue background: count them on the item's row.
+  auto goldOn = [](float arrowY) {
+    const auto row = frameRow(rowOf(-6.5f, arrowY, -12));
+    int n = 0;
+    for (int x = 0; x < W; x++) n += row[x * 3 + 1] > 60 && row[x * 3 + 2] < row[x * 3 + 1] / 2;
+    return n;
+  };
+  drawmenu(0);
+  EXPECT_GT(goldOn(1.0f), 2);
+  EXPECT_EQ(goldOn(1.0f - 0.55f * 3), 0);
+  drawmenu(3);
+  EXPECT_GT(goldOn(1.0f - 0.55f * 3), 2);
+  EXPECT_EQ(goldOn(1.0f), 0);
+}
+
+}  // namespace
