@@ -78,57 +78,64 @@ void rajahdysaani(Player& p) {
   soita(alus[2].eampumisaani);
 }
 
-// Fills up to `maara` free world shards (aika < 1) from index 0 with `alusta`.
-template <class Alustus>
-void laitaSirpaleet(int maara, Alustus alusta) {
+// One kind of explosion debris. Every random value has the form
+// random(alue) / jako + perus, as the explosions were tuned that way.
+struct Arpa {
+  double alue, jako, perus;
+  double arvo() const { return random(alue) / jako + perus; }
+};
+
+struct SirpaleResepti {
+  int perus, tarkkuudelta;  // detail * tarkkuudelta + perus shards
+  Arpa nopeus;
+  bool (*kelpaa)(const Sirpale&);  // a velocity outside is drawn again
+  double maxaika;
+  Arpa aika, koko, puna, vihrea, sini;
+};
+
+bool aluksenSirpaleNopeus(const Sirpale& s) {
+  return std::sqrt(s.xv * s.xv + s.yv * s.yv + s.zv * s.zv) <= 0.6399999856948853;
+}
+
+// The middle term is yv + yv, not yv squared: the cloud leans towards
+// negative y, which is how asteroid explosions are meant to look.
+bool asteroidinSirpaleNopeus(const Sirpale& s) {
+  return s.xv * s.xv + (s.yv + s.yv) + s.zv * s.zv <= 0.09000000357627869;
+}
+
+const SirpaleResepti aluksenRajahdys = {
+    200, 100, {1500, 1000, -0.75}, aluksenSirpaleNopeus, 400, {200, 1, 200},
+    {200, 100, 0.6000000238418579}, {50, 100, 0.5}, {100, 100, 0}, {100, 100, 0},
+};
+const SirpaleResepti asteroidinRajahdys = {
+    35, 15, {200, 500, -0.2}, asteroidinSirpaleNopeus, 250, {200, 1, 50},
+    {30, 100, 0.2}, {20, 100, 0.5}, {20, 100, 0.5}, {15, 100, 0.35},
+};
+
+// Fills free world shards (aika < 1) from index 0 on with debris at (x, y).
+void rajahdys(const SirpaleResepti& r, float x, float y) {
+  int maara = sets.detail * r.tarkkuudelta + r.perus;
   const int n = kaytossaSirpaleita();
-  for (int s = 0; s < n && maara > 0; ++s) {
-    if (sirpale[s].aika >= 1) continue;
-    alusta(sirpale[s]);
+  for (int i = 0; i < n && maara > 0; ++i) {
+    Sirpale& s = sirpale[i];
+    if (s.aika >= 1) continue;
+    s.x = x;
+    s.y = y;
+    s.z = 0;
+    do {
+      s.xv = r.nopeus.arvo();
+      s.yv = r.nopeus.arvo();
+      s.zv = r.nopeus.arvo();
+    } while (!r.kelpaa(s));
+    s.maxaika = r.maxaika;
+    s.aika = static_cast<int>(r.aika.arvo());
+    s.muoto = 0;
+    s.koko = r.koko.arvo();
+    s.red = r.puna.arvo();
+    s.green = r.vihrea.arvo();
+    s.blue = r.sini.arvo();
     --maara;
   }
-}
-
-void aluksenSirpaleet(float x, float y) {
-  laitaSirpaleet(sets.detail * 100 + 200, [x, y](Sirpale& s) {
-    s.x = x;
-    s.y = y;
-    s.z = 0;
-    do {
-      s.xv = random(1500) / 1000 - 0.75;
-      s.yv = random(1500) / 1000 - 0.75;
-      s.zv = random(1500) / 1000 - 0.75;
-    } while (std::sqrt(s.xv * s.xv + s.yv * s.yv + s.zv * s.zv) > 0.6399999856948853);
-    s.maxaika = 400;
-    s.aika = static_cast<int>(random(200) + 200);
-    s.muoto = 0;
-    s.koko = random(200) / 100 + 0.6000000238418579;
-    s.red = random(50) / 100 + 0.5;
-    s.green = random(100) / 100;
-    s.blue = random(100) / 100;
-  });
-}
-
-void asteroidinSirpaleet(float x, float y) {
-  laitaSirpaleet(sets.detail * 15 + 35, [x, y](Sirpale& s) {
-    s.x = x;
-    s.y = y;
-    s.z = 0;
-    // The middle term is yv + yv, not yv squared: the cloud leans towards
-    // negative y, which is how asteroid explosions are meant to look.
-    do {
-      s.xv = random(200) / 500 - 0.2;
-      s.yv = random(200) / 500 - 0.2;
-      s.zv = random(200) / 500 - 0.2;
-    } while (s.xv * s.xv + (s.yv + s.yv) + s.zv * s.zv > 0.09000000357627869);
-    s.maxaika = 250;
-    s.aika = static_cast<int>(random(200) + 50);
-    s.muoto = 0;
-    s.koko = random(30) / 100 + 0.2;
-    s.red = random(20) / 100 + 0.5;
-    s.green = random(20) / 100 + 0.5;
-    s.blue = random(15) / 100 + 0.35;
-  });
 }
 
 // --- Asteroids -------------------------------------------------------------
@@ -208,14 +215,41 @@ void asteroidiJaAlus(Pati& a, Player& p) {
   }
 }
 
+// The live shot slots of every player, gathered once per asteroid step so that
+// twenty asteroids do not each walk thousands of empty slots.
+const int padinPaikkoja = 10000;
+struct ElavatPadit {
+  unsigned short indeksi[padinPaikkoja];
+  int maara;
+};
+ElavatPadit elavat[maxPlayers][2];
+
+void kokoaElavat(ElavatPadit& e, const Pati* padit, double raja, int koko) {
+  e.maara = 0;
+  if (!padit) return;
+  const int paikkoja = kaytettavatPaikat(raja, std::min(koko, padinPaikkoja));
+  for (int k = 0; k < paikkoja; ++k)
+    if (padit[k].aika > 0) e.indeksi[e.maara++] = static_cast<unsigned short>(k);
+}
+
+void kokoaElavatPadit() {
+  for (int p = 0; p < pelaajaLkm(); ++p) {
+    const Player& pl = player[p];
+    const bool mukana = pelissa(p);
+    // Ship 9's special shots pass through asteroids.
+    kokoaElavat(elavat[p][0], mukana ? pl.pati : nullptr, pl.alus.maxpadit, maksimipadit);
+    kokoaElavat(elavat[p][1], mukana && pl.alus.numero != 9 ? pl.epati : nullptr, pl.alus.maxepadit, maksimiepadit);
+  }
+}
+
 // Live shots of one array that reach the asteroid's next position hurt it and are spent.
-void asteroidiJaPadit(Pati& a, Pati* padit, int maara, double sade, double vahinko) {
-  if (!padit || asiakas()) return;
+void asteroidiJaPadit(Pati& a, Pati* padit, const ElavatPadit& e, double sade, double vahinko) {
+  if (asiakas()) return;
   const float ax = a.x + a.xv, ay = a.y + a.yv;
   const float raja = kosketusraja(a.koko + sade);
-  for (int k = 0; k < maara; ++k) {
-    Pati& s = padit[k];
-    if (s.aika <= 0) continue;
+  for (int n = 0; n < e.maara; ++n) {
+    Pati& s = padit[e.indeksi[n]];
+    if (s.aika <= 0) continue;  // spent on an earlier asteroid
     const float dx = s.x - ax, dy = s.y - ay;
     if (dx * dx + dy * dy >= raja * raja) continue;
     a.energia -= vahinko;
@@ -241,19 +275,16 @@ void laskeAsteroidi(int i) {
   const float r2 = a.x * a.x + a.y * a.y;
   if (r2 < 81 && !asiakas()) a.energia = 0;
   for (int j = i + 1; j < asteroideja; ++j) asteroidiJaAsteroidi(a, asteroidi[j]);
-  for (int p = 0; p < pelaajia(); ++p) {
+  for (int p = 0; p < pelaajaLkm(); ++p) {
     if (!pelissa(p)) continue;
     Player& pl = player[p];
     asteroidiJaAlus(a, pl);
-    asteroidiJaPadit(a, pl.pati, kaytettavatPaikat(pl.alus.maxpadit, maksimipadit), pl.alus.patisade,
-                     pl.alus.damage);
-    if (pl.alus.numero != 9)
-      asteroidiJaPadit(a, pl.epati, kaytettavatPaikat(pl.alus.maxepadit, maksimiepadit), pl.alus.epatisade,
-                       pl.alus.edamage);
+    asteroidiJaPadit(a, pl.pati, elavat[p][0], pl.alus.patisade, pl.alus.damage);
+    asteroidiJaPadit(a, pl.epati, elavat[p][1], pl.alus.epatisade, pl.alus.edamage);
   }
   asteroidinPlaneetta(a, r2);
   if (a.energia > 0 || asiakas()) return;
-  asteroidinSirpaleet(a.x, a.y);
+  rajahdys(asteroidinRajahdys, a.x, a.y);
   asteroidiuudestaan[i] = true;
   asteroidirajahtaa = true;
   arajahdys[0] = a.x;
@@ -300,7 +331,7 @@ void asetaValo() {
 
 void laskeKameranKeskipiste() {
   float maxx = -160, maxy = -120, minx = 160, miny = 120;
-  for (int i = 0; i < pelaajia(); ++i) {
+  for (int i = 0; i < pelaajaLkm(); ++i) {
     if (!pelissa(i)) continue;
     maxx = std::max(maxx, player[i].x);
     minx = std::min(minx, player[i].x);
@@ -313,9 +344,9 @@ void laskeKameranKeskipiste() {
 
 void laskeKameranEtaisyys() {
   float dx = 0, dy = 0;
-  for (int i = 0; i < pelaajia(); ++i) {
+  for (int i = 0; i < pelaajaLkm(); ++i) {
     if (!pelissa(i)) continue;
-    for (int j = i + 1; j < pelaajia(); ++j) {
+    for (int j = i + 1; j < pelaajaLkm(); ++j) {
       if (!pelissa(j)) continue;
       dx = std::max(dx, std::fabs(player[i].x - player[j].x));
       dy = std::max(dy, std::fabs(player[i].y - player[j].y));
@@ -347,12 +378,12 @@ void laskeKameranKulmat() {
 
 void tietokonePilotit() {
   if (asiakas()) return;
-  for (int i = 0; i < pelaajia(); ++i)
+  for (int i = 0; i < pelaajaLkm(); ++i)
     if (pelissa(i) && !player[i].ihmispelaaja) player[i].ailiiku();
 }
 
 void liikuta() {
-  for (int i = 0; i < pelaajia(); ++i) {
+  for (int i = 0; i < pelaajaLkm(); ++i) {
     Player& p = player[i];
     if (!pelissa(i) || p.kuolema >= 1) continue;
     p.liiku();
@@ -364,7 +395,7 @@ void liikuta() {
 }
 
 void alkusirpaleet() {
-  for (int i = 0; i < pelaajia(); ++i)
+  for (int i = 0; i < pelaajaLkm(); ++i)
     if (pelissa(i) && player[i].kuolema >= 1 && player[i].kuolema < uudestaanHetki) player[i].laskeAlkuSirpaleet();
 }
 
@@ -399,7 +430,7 @@ void planeetta(Player& p) {
 
 void planeetat() {
   if (asiakas()) return;
-  for (int i = 0; i < pelaajia(); ++i)
+  for (int i = 0; i < pelaajaLkm(); ++i)
     if (pelissa(i)) planeetta(player[i]);
 }
 
@@ -433,7 +464,7 @@ void ostaSatunnainenAlus(Player& p) {
 
 void pistepelinAlku() {
   if (pistepeli && ekapisteframe) {
-    for (int i = 0; i < pelaajia(); ++i) {
+    for (int i = 0; i < pelaajaLkm(); ++i) {
       if (saavalita)
         valitseAlus(i);
       else
@@ -445,7 +476,7 @@ void pistepelinAlku() {
 
 void kuolemaAjastimet() {
   if (asiakas()) return;
-  for (int i = 0; i < pelaajia(); ++i) {
+  for (int i = 0; i < pelaajaLkm(); ++i) {
     Player& p = player[i];
     if (!pelissa(i) || p.kuolema <= 0) continue;
     // The host holds the timer here until its network loop has respawned the ship.
@@ -456,11 +487,11 @@ void kuolemaAjastimet() {
 
 void asiakkaanRajahdykset() {
   if (!asiakas()) return;
-  for (int i = 0; i < pelaajia(); ++i) {
+  for (int i = 0; i < pelaajaLkm(); ++i) {
     if (!playerrajahtaa[i]) continue;
     rajahdysaani(player[i]);
     playerrajahtaa[i] = false;
-    aluksenSirpaleet(prajahdys[i][0], prajahdys[i][1]);
+    rajahdys(aluksenRajahdys, prajahdys[i][0], prajahdys[i][1]);
   }
 }
 
@@ -471,7 +502,7 @@ void kuolema(int i) {
     prajahdys[i][0] = p.x;
     prajahdys[i][1] = p.y;
   }
-  if (!asiakas()) aluksenSirpaleet(p.x, p.y);
+  if (!asiakas()) rajahdys(aluksenRajahdys, p.x, p.y);
   p.suojapaalla = false;
   if (p.alus.easelaji == 12 && random(100) >= 50) {
     if (!asiakas()) p.uudestaan(alus[12]);
@@ -483,7 +514,7 @@ void kuolema(int i) {
 }
 
 void kuolemat() {
-  for (int i = 0; i < pelaajia(); ++i)
+  for (int i = 0; i < pelaajaLkm(); ++i)
     if (pelissa(i) && player[i].energia <= 0 && player[i].kuolema < 1) kuolema(i);
 }
 
@@ -543,7 +574,7 @@ void paikallinenUusiAlus(int i) {
 }
 
 void uudestaanSyntymat() {
-  for (int i = 0; i < pelaajia(); ++i) {
+  for (int i = 0; i < pelaajaLkm(); ++i) {
     if (!pelissa(i) || player[i].kuolema != uudestaanHetki) continue;
     // A local capture-the-flower death is charged here and again in the
     // request below: the double penalty is part of the local game's balance.
@@ -555,7 +586,7 @@ void uudestaanSyntymat() {
 
 void elvytykset() {
   if (asiakas()) return;
-  for (int i = 0; i < pelaajia(); ++i) {
+  for (int i = 0; i < pelaajaLkm(); ++i) {
     Player& p = player[i];
     if (!pelissa(i) || p.kuolema != 1) continue;
     p.energia = p.alus.energia;
@@ -612,12 +643,12 @@ void raportoiPikkumies(int i) {
 
 // --- Shared helpers ----------------------------------------------------------
 
-int pelaajia() { return std::clamp(players, 0, maxPlayers); }
+int pelaajaLkm() { return std::clamp(players, 0, maxPlayers); }
 
 bool pelissa(int i) { return !pistepeli || player[i].pisteet >= 0; }
 
 void tiimillePisteita(int tiimi, float maara) {
-  for (int i = 0; i < pelaajia(); ++i)
+  for (int i = 0; i < pelaajaLkm(); ++i)
     if (pelissa(i) && player[i].tiimi == tiimi) player[i].pisteet += maara;
 }
 
@@ -679,8 +710,9 @@ void calculateFrame(int frame) {
 void laskeAsteroidit() {
   if (asiakas() && asteroidirajahtaa) {
     asteroidirajahtaa = false;
-    asteroidinSirpaleet(arajahdys[0], arajahdys[1]);
+    rajahdys(asteroidinRajahdys, arajahdys[0], arajahdys[1]);
   }
+  if (!asiakas()) kokoaElavatPadit();
   for (int i = 0; i < asteroideja; ++i) laskeAsteroidi(i);
 }
 
@@ -691,7 +723,7 @@ void laskePikkumiehet() {
     --m.aika;
     if (m.ampumisviive < 1) {
       // Every ship over the little man gets him: overlapping ships both gain.
-      for (int p = 0; p < pelaajia(); ++p) {
+      for (int p = 0; p < pelaajaLkm(); ++p) {
         if (!pelissa(p) || !lahella(p, m.x, m.y, player[p].alus.sade)) continue;
         player[p].energia += 1.0f;
         m.aika = 0;

@@ -4,6 +4,7 @@
 #include <cmath>
 #include <cstdlib>
 #include <set>
+#include <string>
 
 #include "Main.h"
 #include "Menu.h"
@@ -267,35 +268,28 @@ TEST_F(Respawn, HostHoldsTheTimerAt200) {
   EXPECT_EQ(player[0].kuolema, 200);
 }
 
-TEST_F(Respawn, LocalCaptureTheFlowerChargesTheTeamTwiceAndTheHostOnce) {
-  gamemode = 3;
-  ckuolemapisteet = 1.5f;
-  player[1].tiimi = 0;
-  kuoleeJaUudestaan(0);
-  EXPECT_FLOAT_EQ(player[0].pisteet, -3);
-  EXPECT_FLOAT_EQ(player[1].pisteet, -3);
-  EXPECT_FLOAT_EQ(player[2].pisteet, 0);
-
-  SetUp();
-  hostpeli = true;
-  gamemode = 3;
-  ckuolemapisteet = 1.5f;
-  kuoleeJaUudestaan(2);
-  EXPECT_FLOAT_EQ(player[2].pisteet, -1.5f);
-  EXPECT_EQ(playeruudestaan[2], 1);
-  ckuolemapisteet = 1;
-}
-
-TEST_F(Respawn, MushroomDeathChargesTheTeamOnce) {
-  gamemode = 4;
-  skuolemapisteet = 2;
-  player[3].tiimi = 1;
-  kuoleeJaUudestaan(1);
-  EXPECT_FLOAT_EQ(player[1].pisteet, -2);
-  EXPECT_FLOAT_EQ(player[3].pisteet, -2);
-  EXPECT_FLOAT_EQ(player[0].pisteet, 0);
-  EXPECT_EQ(playeruudestaan[1], 1);
-  skuolemapisteet = 1;
+TEST_F(Respawn, ObjectiveDeathsChargeTheTeamAndLocalFlowerDeathsTwice) {
+  struct Tapaus {
+    int tila;
+    bool isanta;
+    float sakkoja;
+  } tapaukset[] = {{3, false, 2}, {3, true, 1}, {4, false, 1}, {4, true, 1}};
+  for (const Tapaus& t : tapaukset) {
+    SetUp();
+    gamemode = t.tila;
+    hostpeli = t.isanta;
+    ckuolemapisteet = 1.5f;
+    skuolemapisteet = 2.5f;
+    const float sakko = t.tila == 3 ? ckuolemapisteet : skuolemapisteet;
+    player[3].tiimi = 1;
+    kuoleeJaUudestaan(1);
+    const std::string tapaus = "mode " + std::to_string(t.tila) + (t.isanta ? " host" : " local");
+    EXPECT_FLOAT_EQ(player[1].pisteet, -t.sakkoja * sakko) << tapaus;
+    EXPECT_FLOAT_EQ(player[3].pisteet, -t.sakkoja * sakko) << tapaus;
+    EXPECT_FLOAT_EQ(player[0].pisteet, 0) << tapaus;
+    EXPECT_EQ(playeruudestaan[1], 1) << tapaus;
+  }
+  ckuolemapisteet = skuolemapisteet = 1;
 }
 
 TEST_F(Respawn, EliminationPriceIsTooPoorLocallyButEnoughOnAHost) {
