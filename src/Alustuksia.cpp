@@ -2,6 +2,7 @@
 #include "Alustuksia.h"
 
 #include <cstdio>
+#include <iterator>
 
 #include "Alus.h"
 #include "Main.h"
@@ -17,11 +18,13 @@ namespace {
 // Values written as (double)x.xf are single-precision constants widened to double:
 // the balance was tuned with them, so they are kept bit for bit.
 
-struct Runko {
-  double nopeus, paino, kaantonopeus, energia, damage, sade, fuel, tankkaus, jalkikoko, pistemaara;
-};
-
-const Runko rungot[alustyyppeja] = {
+// Each table is one row per ship; the column lists below name the field of each column
+// (flags, written 1/0, come last).
+double Alus::*const runkoSarakkeet[] = {&Alus::nopeus,   &Alus::paino,    &Alus::kaantonopeus,
+                                        &Alus::energia,  &Alus::damage,   &Alus::sade,
+                                        &Alus::fuel,     &Alus::tankkaus, &Alus::jalkikoko,
+                                        &Alus::pistemaara};
+const double rungot[alustyyppeja][std::size(runkoSarakkeet)] = {
     // nopeus   paino  kaantonopeus   energia damage       sade          fuel  tankkaus jalkikoko pistemaara
     {0.0015,    200, 1,              50, 1,            (double)2.6f, 100, 0.17,  0.13, 19},  // 0
     {0.003,     100, 2,              15, 20,           (double)2.4f, 60,  0.04,  0.12, 16},  // 1
@@ -49,12 +52,12 @@ const Runko rungot[alustyyppeja] = {
     {0.0025,    240, 1.7,            24, 1.5,          (double)3.9f, 40,  0.035, 0.16, 24},  // 23
 };
 
-struct Paaase {
-  double patienergia, ampumisnopeus, patiaika, maxpadit, patinopeus, patisade, patipotkasu, patifuel;
-  bool patihajottaa, patiVoiHajota;
-};
-
-const Paaase paaaseet[alustyyppeja] = {
+double Alus::*const paaaseSarakkeet[] = {&Alus::patienergia, &Alus::ampumisnopeus,
+                                         &Alus::patiaika,    &Alus::maxpadit,
+                                         &Alus::patinopeus,  &Alus::patisade,
+                                         &Alus::patipotkasu, &Alus::patifuel};
+bool Alus::*const paaaseLiput[] = {&Alus::patihajottaa, &Alus::patiVoiHajota};
+const double paaaseet[alustyyppeja][std::size(paaaseSarakkeet) + std::size(paaaseLiput)] = {
     // energia nopeus aika  padit patinopeus      patisade      potkasu fuel  hajottaa voiHajota
     {3,   8,   80,   40,  (double)0.3f,   0.4,          0.01,  5,   1, 1},  // 0
     {100, 70,  70,   5,   0.4,            1.8,          1,     30,  1, 1},  // 1
@@ -82,14 +85,15 @@ const Paaase paaaseet[alustyyppeja] = {
     {16,  3,   800,  100, 0.65,           0.5,          0.2,   3,   1, 1},  // 23
 };
 
-struct Erikoisase {
-  double epatienergia, edamage, epatisade, maxepadit, epatipotkasu, easefuel, easekesto,
-      easenopeus, easevauhti;
-  bool epatihajottaa, epatiVoiHajota;
-};
+double Alus::*const erikoisSarakkeet[] = {&Alus::epatienergia, &Alus::edamage,
+                                          &Alus::epatisade,    &Alus::maxepadit,
+                                          &Alus::epatipotkasu, &Alus::easefuel,
+                                          &Alus::easekesto,    &Alus::easenopeus,
+                                          &Alus::easevauhti};
+bool Alus::*const erikoisLiput[] = {&Alus::epatihajottaa, &Alus::epatiVoiHajota};
 
 // easevauhti 0 on ships 0, 2, 10, 11 and 12: their specials launch nothing that moves.
-const Erikoisase erikoisaseet[alustyyppeja] = {
+const double erikoisaseet[alustyyppeja][std::size(erikoisSarakkeet) + std::size(erikoisLiput)] = {
     // energia edamage      epatisade      padit potkasu fuel  kesto  nopeus vauhti hajottaa voiHajota
     {0,   0,            0,             0,    0,    27,   125,   50,  0,      0, 0},  // 0
     {1,   1,            (double)0.3f,  100,  0.05, 43,   50,    100, 0.5,    1, 1},  // 1
@@ -199,45 +203,24 @@ void jaaLainatutAanet(int n) {
   }
 }
 
+// Copies one table row into the ship: the numbers, then (if any) the flags.
+template <size_t L>
+void kirjoitaRivi(Alus& a, const double* rivi, double Alus::*const (&luvut)[L]) {
+  for (size_t c = 0; c < L; ++c) a.*luvut[c] = rivi[c];
+}
+
+template <size_t L, size_t F>
+void kirjoitaRivi(Alus& a, const double* rivi, double Alus::*const (&luvut)[L],
+                  bool Alus::*const (&liput)[F]) {
+  kirjoitaRivi(a, rivi, luvut);
+  for (size_t c = 0; c < F; ++c) a.*liput[c] = rivi[L + c] != 0;
+}
+
 void taytaAlus(int n) {
   Alus& a = alus[n];
-  const Runko& r = rungot[n];
-  a.nopeus = r.nopeus;
-  a.paino = r.paino;
-  a.kaantonopeus = r.kaantonopeus;
-  a.energia = r.energia;
-  a.damage = r.damage;
-  a.sade = r.sade;
-  a.fuel = r.fuel;
-  a.tankkaus = r.tankkaus;
-  a.jalkikoko = r.jalkikoko;
-  a.pistemaara = r.pistemaara;
-
-  const Paaase& p = paaaseet[n];
-  a.patienergia = p.patienergia;
-  a.ampumisnopeus = p.ampumisnopeus;
-  a.patiaika = p.patiaika;
-  a.maxpadit = p.maxpadit;
-  a.patinopeus = p.patinopeus;
-  a.patisade = p.patisade;
-  a.patipotkasu = p.patipotkasu;
-  a.patifuel = p.patifuel;
-  a.patihajottaa = p.patihajottaa;
-  a.patiVoiHajota = p.patiVoiHajota;
-
-  const Erikoisase& e = erikoisaseet[n];
-  a.epatienergia = e.epatienergia;
-  a.edamage = e.edamage;
-  a.epatisade = e.epatisade;
-  a.maxepadit = e.maxepadit;
-  a.epatipotkasu = e.epatipotkasu;
-  a.easefuel = e.easefuel;
-  a.easekesto = e.easekesto;
-  a.easenopeus = e.easenopeus;
-  a.easevauhti = e.easevauhti;
-  a.epatihajottaa = e.epatihajottaa;
-  a.epatiVoiHajota = e.epatiVoiHajota;
-
+  kirjoitaRivi(a, rungot[n], runkoSarakkeet);
+  kirjoitaRivi(a, paaaseet[n], paaaseSarakkeet, paaaseLiput);
+  kirjoitaRivi(a, erikoisaseet[n], erikoisSarakkeet, erikoisLiput);
   std::snprintf(a.nimi, sizeof a.nimi, "%s", (n == 14 || n == 23) ? "tolmu" : "Tolmu");
   a.aselaji = n;
   a.easelaji = n;

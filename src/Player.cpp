@@ -107,6 +107,19 @@ void alustaHanta(Player& p) {
   }
 }
 
+// What taking a ship and respawning share: latches cleared, the tail laid out anew
+// and the sound copies swapped for the new ship's.
+void aloitaAlus(Player& p) {
+  p.ampumispuoli = 1;
+  p.teleportattu = false;
+  p.suojapaalla = false;
+  p.limacount = 0;
+  p.ampumisjuttu = 0;
+  alustaHanta(p);
+  vapautaAanet(p);
+  kopioiAanet(p);
+}
+
 void varaaRuudukot();
 
 }  // namespace
@@ -141,7 +154,6 @@ Player::~Player() {
 
 void Player::asetaAlus(Alus a) {
   laseraani = false;
-  suojapaalla = false;
   alus = a;
   energia = (float)a.energia;
   fuel = (float)a.fuel;
@@ -155,14 +167,7 @@ void Player::asetaAlus(Alus a) {
   viivat = new Viivakasa[viivoja]();
   varaaRuudukot();
 
-  ampumispuoli = 1;
-  teleportattu = false;
-  limacount = 0;
-  ampumisjuttu = 0;
-  alustaHanta(*this);
-
-  vapautaAanet(*this);
-  kopioiAanet(*this);
+  aloitaAlus(*this);
 }
 
 void Player::uudestaan(Alus a) {
@@ -183,21 +188,12 @@ void Player::uudestaan(Alus a) {
   for (int i = 0, n = patiRaja(*this); i < n; ++i) pati[i].aika = 0;
   for (int i = 0; lima && i < limoja; ++i) lima[i].aika = 0;
   for (int i = 0, n = epatiRaja(*this); i < n; ++i) epati[i].aika = 0;
-  limacount = 0;
   for (int i = 0; viivat && i < viivoja; ++i) {
     viivat[i].x1 = 100;
     viivat[i].aika = 0;
   }
-
-  ampumispuoli = 1;
-  teleportattu = false;
-  suojapaalla = false;
-  ampumisjuttu = 0;
   fcounter = 0;
-  alustaHanta(*this);
-
-  vapautaAanet(*this);
-  kopioiAanet(*this);
+  aloitaAlus(*this);
 }
 
 // The special weapons fill this.
@@ -1249,8 +1245,8 @@ void Player::liikutaPadit() {
 namespace {
 
 struct Ruudukko {
-  static const int sivu = 32;  // cells per side
-  static constexpr double alku = -320, solu = 20;
+  static const int sivu = 64;  // cells per side, 10 units each; the edge cells take the rest
+  static constexpr double alku = -320, perSolu = 1.0 / 10;
 
   int paa[sivu * sivu];
   unsigned leima[sivu * sivu];  // a head is valid only when stamped with `sukupolvi`
@@ -1260,7 +1256,7 @@ struct Ruudukko {
   int eloisia = 0;
 
   static int sarake(double v) {
-    const double c = (v - alku) / solu;
+    const double c = (v - alku) * perSolu;
     if (!(c >= 0)) return 0;  // also NaN: such a shot touches nothing anyway
     return c >= sivu - 1 ? sivu - 1 : (int)c;
   }
