@@ -2,10 +2,21 @@
 
 #include <algorithm>
 #include <cmath>
-
-float luminance(Rgb c) { return 0.299f * c.r + 0.587f * c.g + 0.114f * c.b; }
+#include <thread>
 
 Image::Image(int width, int height) : w(width), h(height), px(static_cast<size_t>(width) * height) {}
+
+void Image::forEachRow(const std::function<void(int)>& row) const {
+    const int workers = static_cast<int>(std::clamp(std::thread::hardware_concurrency(), 1u, 16u));
+    std::vector<std::thread> threads;
+    // Interleaved rows keep the load even when one part of the image costs more than another.
+    for (int t = 1; t < workers; ++t)
+        threads.emplace_back([&, t] {
+            for (int y = t; y < h; y += workers) row(y);
+        });
+    for (int y = 0; y < h; y += workers) row(y);
+    for (std::thread& thread : threads) thread.join();
+}
 
 Rgb Image::sample(float x, float y) const {
     x = std::clamp(x, 0.0f, static_cast<float>(w - 1));

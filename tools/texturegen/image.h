@@ -1,7 +1,8 @@
 // A floating-point RGB image, the canvas every generated texture is painted on.
 #pragma once
 
-#include <string>
+#include <cstddef>
+#include <functional>
 #include <vector>
 
 struct Rgb {
@@ -14,7 +15,6 @@ inline Rgb operator*(Rgb a, float k) { return {a.r * k, a.g * k, a.b * k}; }
 inline Rgb operator*(Rgb a, Rgb b) { return {a.r * b.r, a.g * b.g, a.b * b.b}; }
 inline Rgb& operator+=(Rgb& a, Rgb b) { return a = a + b; }
 inline Rgb mix(Rgb a, Rgb b, float t) { return a + (b - a) * t; }
-float luminance(Rgb c);
 
 class Image {
 public:
@@ -28,14 +28,17 @@ public:
     // Bilinear sample at pixel-centre coordinates, clamped to the border.
     Rgb sample(float x, float y) const;
 
-    // Calls f(x, y) for every pixel and stores what it returns.
+    // Calls f(x, y) for every pixel and stores what it returns. Rows are shared out among
+    // the processor's cores, so f must only read shared state.
     template <class F> void fill(F f) {
-        for (int y = 0; y < h; ++y)
+        forEachRow([&](int y) {
             for (int x = 0; x < w; ++x) at(x, y) = f(x, y);
+        });
     }
     template <class F> void apply(F f) {
-        for (int y = 0; y < h; ++y)
+        forEachRow([&](int y) {
             for (int x = 0; x < w; ++x) at(x, y) = f(at(x, y), x, y);
+        });
     }
 
     // Box-filtered reduction by a whole factor (supersampled drawing, the _256 variants).
@@ -46,6 +49,8 @@ public:
     std::vector<unsigned char> bytes() const;
 
 private:
+    void forEachRow(const std::function<void(int)>& row) const;
+
     int w, h;
     std::vector<Rgb> px;
 };

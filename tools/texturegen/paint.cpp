@@ -3,12 +3,13 @@
 #include <algorithm>
 #include <vector>
 
+namespace {
+
+// Temperature-like star tint, t in [0, 1] from hot blue to cool orange.
 Rgb starColour(float t) {
     const Rgb blue{0.70f, 0.80f, 1.00f}, white{1.00f, 0.98f, 0.95f}, orange{1.00f, 0.78f, 0.55f};
     return t < 0.5f ? mix(blue, white, t * 2) : mix(white, orange, t * 2 - 1);
 }
-
-namespace {
 
 void addDot(Image& img, float cx, float cy, float radius, Rgb colour, float spikes) {
     const int reach = static_cast<int>(std::ceil(radius * (spikes > 0 ? 8 : 3)));
@@ -35,7 +36,7 @@ void addStars(Image& img, uint32_t seed, float density, float brightness) {
         const float power = std::pow(rng.uniform(), 6.0f);
         const float radius = 0.45f + 1.1f * power;
         const Rgb colour = starColour(rng.uniform()) * (brightness * (0.25f + 1.6f * power));
-        addDot(img, x, y, radius, colour, power > 0.45f ? 0.35f : 0.0f);
+        addDot(img, x, y, radius, colour, power > 0.7f ? 0.3f : 0.0f);
     }
 }
 
@@ -74,15 +75,17 @@ void addNebula(Image& img, uint32_t seed, Rgb first, Rgb second, Rgb dust, float
     const Noise warpNoise(seed), cloudNoise(seed + 1), dustNoise(seed + 2);
     img.apply([&](Rgb c, int px, int py) {
         const float x = px / scale, y = py / scale;
+        // Broad envelopes decide where each gas glows; finer warped detail fills them in.
+        const float envelopeA = smoothstep(-0.35f, 0.75f, cloudNoise.fbm(x * 0.45f, y * 0.45f, 7.5f, 3));
+        const float envelopeB = smoothstep(-0.2f, 0.8f, cloudNoise.fbm(x * 0.4f + 13, y * 0.4f, 9.5f, 3));
         // Domain warp: offsetting the lookup by another noise bends the clouds into wisps.
-        const float wx = x + 0.9f * warpNoise.fbm(x * 0.7f, y * 0.7f, 0.3f, 4);
-        const float wy = y + 0.9f * warpNoise.fbm(x * 0.7f + 5.2f, y * 0.7f + 1.3f, 0.8f, 4);
-        const float a = smoothstep(-0.15f, 0.9f, cloudNoise.fbm(wx, wy, 0.5f, 6));
-        const float b = smoothstep(0.0f, 1.0f, cloudNoise.fbm(wx * 1.3f + 11, wy * 1.3f, 2.5f, 6));
-        const float lanes = dustNoise.ridged(wx * 1.6f, wy * 1.6f, 0.5f, 4);
-        const float dark = 1 - 0.75f * smoothstep(0.55f, 0.95f, lanes);
-        const float glowAmount = 0.55f * a * a + 0.45f * b * b * b;
-        return c + (first * (0.6f * a * a) + second * (0.7f * b * b * b) + dust * (0.25f * a * b)) * dark +
-               Rgb{1, 1, 1} * (0.12f * glowAmount * glowAmount);
+        const float wx = x + 0.45f * warpNoise.fbm(x * 0.8f, y * 0.8f, 0.3f, 4);
+        const float wy = y + 0.45f * warpNoise.fbm(x * 0.8f + 5.2f, y * 0.8f + 1.3f, 0.8f, 4);
+        const float a = 0.5f + 0.5f * cloudNoise.fbm(wx * 1.2f, wy * 1.2f, 0.5f, 6);
+        const float b = 0.5f + 0.5f * cloudNoise.fbm(wx * 1.6f + 11, wy * 1.6f, 2.5f, 6);
+        const float dark = 1 - 0.6f * smoothstep(0.05f, 0.6f, dustNoise.fbm(wx * 0.9f, wy * 0.9f, 0.5f, 5));
+        const float gasA = envelopeA * (0.15f + 0.85f * a * a), gasB = envelopeB * (0.1f + 0.9f * b * b * b);
+        const float hot = std::pow(std::max(a, b), 6.0f) * std::max(envelopeA, envelopeB);  // bright knots
+        return c + (first * (1.4f * gasA) + second * (1.5f * gasB) + dust * (0.8f * gasA * gasB) + Rgb{1, 1, 1} * (0.5f * hot)) * dark;
     });
 }

@@ -24,6 +24,8 @@ template <class F> Image renderCentred(int size, int samples, F f) {
     return img;
 }
 
+inline float radius(float u, float v) { return std::sqrt(u * u + v * v); }
+
 // Bell-shaped glow: 1 at the centre, about 0.37 at distance `radius`.
 inline float glow(float distance, float radius) {
     const float t = distance / radius;
@@ -36,9 +38,6 @@ inline float edgeFade(float distance, float start = 0.75f) { return 1 - smoothst
 // Scatters stars: tiny soft dots, colours from blue-white to orange, a few bright ones
 // with a faint cross of diffraction spikes. `density` is stars per 10 000 pixels.
 void addStars(Image& img, uint32_t seed, float density, float brightness);
-
-// Temperature-like star tint, t in [0, 1] from hot blue to cool orange.
-Rgb starColour(float t);
 
 // Gaussian blur with standard deviation sigma (pixels), edges clamped: soft glows around shapes.
 Image blurred(const Image& img, float sigma);

@@ -10,8 +10,6 @@ namespace {
 
 const Rgb kWhite{1, 1, 1};
 
-float radius(float u, float v) { return std::sqrt(u * u + v * v); }
-
 // Distance from p to the segment a-b.
 float segmentDistance(float px, float py, float ax, float ay, float bx, float by) {
     const float dx = bx - ax, dy = by - ay;
@@ -22,6 +20,11 @@ float segmentDistance(float px, float py, float ax, float ay, float bx, float by
 // White-hot core inside a coloured halo, the common recipe of energy shots.
 Rgb hotGlow(float r, float coreRadius, Rgb inner, float innerRadius, Rgb halo, float haloRadius) {
     return kWhite * glow(r, coreRadius) + inner * glow(r, innerRadius) + halo * (0.6f * glow(r, haloRadius));
+}
+
+// Noise that depends on the angle alone and closes on itself after a full turn.
+float aroundCircle(const Noise& noise, float angle, float frequency, float z) {
+    return noise.at(std::cos(angle) * frequency, std::sin(angle) * frequency, z);
 }
 
 }  // namespace
@@ -71,8 +74,11 @@ Image makeSuckerVortex() {
 }
 
 Image makeLittleMan() {
-    return renderCentred(128, 4, [](float u, float v) {
-        // Distance to a stick figure waving both arms, in a 0.8-wide frame.
+    return renderCentred(128, 4, [](float imageU, float imageV) {
+        // The game turns this quad a quarter turn clockwise, so the figure is drawn lying
+        // with its head to the left of the image to stand upright on screen.
+        const float u = -imageV, v = imageU;
+        // Distance to a stick figure waving both arms.
         const float head = radius(u, v + 0.5f) - 0.15f;
         float limbs = segmentDistance(u, v, 0, -0.32f, 0, 0.18f) - 0.09f;                  // body
         limbs = std::min(limbs, segmentDistance(u, v, 0, -0.22f, -0.38f, -0.42f) - 0.055f);  // left arm up
@@ -91,8 +97,8 @@ Image makeSunFlare() {
     return renderCentred(128, 3, [&](float u, float v) {
         const float r = radius(u, v);
         const float angle = std::atan2(v, u);
-        // Rays of uneven length: noise sampled around a circle so the pattern closes.
-        const float reach = 0.35f + 0.45f * (0.5f + 0.5f * noise.at(std::cos(angle) * 2.2f, std::sin(angle) * 2.2f, 0.5f));
+        const float n = 0.5f + 0.5f * aroundCircle(noise, angle, 4, 0.5f);  // rays of uneven length
+        const float reach = 0.15f + 0.75f * n * n;
         const float rays = std::pow(std::fabs(std::cos(angle * 6)), 18.0f) * glow(r, reach);
         const float ring = 0.25f * glow(r - 0.62f, 0.035f);
         const Rgb c = hotGlow(r, 0.18f, {1.0f, 0.8f, 0.3f}, 0.34f, {1.0f, 0.5f, 0.1f}, 0.6f) +
@@ -167,8 +173,8 @@ Image makeBlackHole() {
     return renderCentred(128, 3, [&](float u, float v) {
         const float r = radius(u, v);
         const float angle = std::atan2(v, u);
-        // Streaks drawn out along the orbit: noise stretched in angle, periodic around the ring.
-        const float streaks = 0.55f + 0.45f * noise.at(std::cos(angle) * 1.5f, std::sin(angle) * 1.5f, r * 14);
+        // Streaks drawn out along the orbit: slow change with angle, fast with radius.
+        const float streaks = 0.55f + 0.45f * aroundCircle(noise, angle, 1.5f, r * 14);
         const float disc = smoothstep(0.3f, 0.38f, r) * edgeFade(r, 0.45f);
         const float beaming = 0.65f + 0.35f * std::cos(angle + 0.6f);  // the approaching side is brighter
         const float photonRing = glow(r - 0.31f, 0.018f);
@@ -192,7 +198,7 @@ Image makeToxicBlob() {
     return renderCentred(128, 3, [&](float u, float v) {
         const float r = radius(u, v);
         const float angle = std::atan2(v, u);
-        const float wobble = 0.45f + 0.1f * noise.at(std::cos(angle) * 1.8f, std::sin(angle) * 1.8f, 2.5f);
+        const float wobble = 0.45f + 0.1f * aroundCircle(noise, angle, 1.8f, 2.5f);
         const float blob = 1 - smoothstep(wobble - 0.06f, wobble + 0.02f, r);
         const float bubbles = 0.5f + 0.5f * noise.fbm(u * 4, v * 4, 3.5f, 3);
         const Rgb slime{0.55f, 1.0f, 0.15f}, bright{0.95f, 1.0f, 0.6f};

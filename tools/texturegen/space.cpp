@@ -7,8 +7,6 @@
 
 namespace {
 
-float radius(float u, float v) { return std::sqrt(u * u + v * v); }
-
 // Brightness of a two-armed logarithmic spiral at polar (r, angle), 0..1.
 float spiralArms(float r, float angle, float wobble) {
     const float winding = 2.6f;  // how tightly the arms wrap around the bulge
@@ -24,20 +22,20 @@ Image makeGalaxy(uint32_t seed, Rgb armColour, Rgb coreColour, float tilt) {
     const float cs = std::cos(turn), sn = std::sin(turn);
     Image img = renderCentred(256, 2, [&](float u, float v) {
         // Into the galaxy's own plane: rotate, then undo the inclination's squash.
-        const float gx = (u * cs - v * sn) * 1.15f, gy = (u * sn + v * cs) * 1.15f / tilt;
+        const float gx = (u * cs - v * sn) * 0.85f, gy = (u * sn + v * cs) * 0.85f / tilt;
         const float r = radius(gx, gy), angle = std::atan2(gy, gx);
         const float dust = noise.fbm(gx * 4, gy * 4, 0.5f, 5);
         const float arms = spiralArms(r, angle, 1.2f * dust);
         const float lanes = spiralArms(r, angle - 0.35f, dust);  // dark dust trails the bright arms
-        const float disc = std::exp(-r / 0.28f);
+        const float disc = std::exp(-r / 0.4f);
         const float knots = smoothstep(0.55f, 0.8f, noise.at(gx * 22, gy * 22, 3.5f)) * arms;  // star-forming regions
-        Rgb c = armColour * (disc * (0.25f + 1.2f * arms * (0.7f + 0.5f * dust))) * (1 - 0.5f * lanes * smoothstep(0.08f, 0.3f, r));
+        Rgb c = armColour * (disc * (0.2f + 2.0f * arms * (0.7f + 0.5f * dust))) * (1 - 0.5f * lanes * smoothstep(0.08f, 0.3f, r));
         c += Rgb{1.0f, 0.55f, 0.75f} * (0.5f * knots * disc);
-        c += coreColour * (1.3f * glow(r, 0.1f)) + Rgb{1, 1, 1} * (0.6f * glow(r, 0.035f));
+        c += coreColour * (1.1f * glow(r, 0.09f)) + Rgb{1, 1, 1} * (0.6f * glow(r, 0.035f));
         return c * edgeFade(radius(u, v), 0.55f);
     });
     Image stars(img.width(), img.height());
-    addStars(stars, seed + 100, 14, 0.9f);
+    addStars(stars, seed + 100, 6, 0.7f);
     img.apply([&](Rgb c, int x, int y) {
         const float u = (x + 0.5f) / 128 - 1, v = (y + 0.5f) / 128 - 1;
         return c + stars.at(x, y) * edgeFade(radius(u, v), 0.5f);  // the quad's border stays black
@@ -70,10 +68,9 @@ void paintPlanet(Image& img, const Sphere& s) {
         const float d = radius(x, y);
         const float lit = std::clamp((x * lx + y * ly) / std::max(d, 1e-4f), -1.0f, 1.0f);
         const Rgb sky{0.35f, 0.6f, 1.0f};
-        if (d >= 1) {
-            const float halo = glow(d - 1, 0.05f) + 0.35f * glow(d - 1, 0.16f);
-            return c * smoothstep(1.0f, 1.01f, d) + sky * (halo * smoothstep(-0.7f, 0.5f, lit));
-        }
+        const float halo = glow(std::max(d - 1, 0.0f), 0.05f) + 0.35f * glow(std::max(d - 1, 0.0f), 0.16f);
+        const Rgb air = sky * (halo * smoothstep(-0.7f, 0.5f, lit));
+        if (d >= 1) return c + air;
         const float z = std::sqrt(1 - d * d);
         const float diffuse = std::max(0.0f, x * lx + y * ly + z * lz);
         const float h = land.fbm(x * 2.2f, y * 2.2f, z * 2.2f + 4, 6);
@@ -84,8 +81,8 @@ void paintPlanet(Image& img, const Sphere& s) {
         const float rim = std::pow(1 - z, 3.0f);  // thicker air towards the limb
         const Rgb day = mix(surface, sky, 0.55f * rim) * (0.08f + 1.1f * smoothstep(0.0f, 0.6f, diffuse));
         const Rgb cityLights = Rgb{1.0f, 0.7f, 0.3f} * (h > 0.25f ? 0.12f * (1 - smoothstep(-0.05f, 0.1f, diffuse)) : 0.0f);
-        const float edge = 1 - smoothstep(0.985f, 1.0f, d);
-        return mix(c, day + cityLights + sky * (0.5f * rim * smoothstep(-0.3f, 0.4f, lit)), edge);
+        const float coverage = 1 - smoothstep(1 - 1.5f / s.radius, 1.0f, d);  // one soft pixel at the limb
+        return mix(c + air, day + cityLights + sky * (0.5f * rim * smoothstep(-0.3f, 0.4f, lit)), coverage);
     });
 }
 
@@ -108,12 +105,14 @@ void paintShip(Image& img, float cx, float cy, float size) {
 
 // "Vorta" in large glowing letters centred on (cx, baseline).
 void paintName(Image& img, const Typeface& font, float cx, float baseline) {
-    const int size = 190;
+    const int size = 136;
     const std::string name = "Vorta";
     const float tracking = 6;
     Image mask(img.width(), img.height());
     font.drawLine(mask, name, cx - font.lineWidth(name, size, tracking) / 2, baseline, size, tracking);
-    const Image wideGlow = blurred(mask, 26), tightGlow = blurred(mask, 6);
+    // The wide glow is smooth, so it is blurred at a quarter of the size and scaled back up.
+    const Image wideGlow = blurred(mask.shrunk(4), 6.5f).resized(mask.width(), mask.height());
+    const Image tightGlow = blurred(mask, 6);
     const float top = baseline - size * 0.75f;
     img.apply([&](Rgb c, int x, int y) {
         const float cover = std::min(mask.at(x, y).r, 1.0f);
@@ -131,9 +130,9 @@ Image makeTitlePicture(const Typeface& font) {
     addNebula(img, 31, {0.35f, 0.15f, 0.7f}, {0.1f, 0.45f, 0.8f}, {0.7f, 0.25f, 0.35f}, 300);
     img.apply([](Rgb c, int, int) { return c * 0.8f; });  // the menu text must stay readable over it
     addStars(img, 31, 8, 1.0f);
-    paintPlanet(img, {800, 900, 420});
-    paintShip(img, 905, 395, 34);
-    paintName(img, font, 752, 290);
+    paintPlanet(img, {830, 1010, 520});
+    paintShip(img, 930, 420, 42);
+    paintName(img, font, 752, 270);
     // Laid out at 4:3, stored square: the menu stretches it back to 4:3 with circles round.
     return img.resized(1024, 1024);
 }
