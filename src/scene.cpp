@@ -939,9 +939,9 @@ static void piirraPelaaja(Player& p) {
 
 // Ships with everything they own, then the swirls of the ships waiting to come back.
 void piirraPelaajat() {
-  for (int i = 0; i < pelaajia(); ++i)
+  for (int i = 0; i < pelaajaLkm(); ++i)
     if (pelissa(i) && player[i].kuolema < 1) piirraPelaaja(player[i]);
-  for (int i = 0; i < pelaajia(); ++i)
+  for (int i = 0; i < pelaajaLkm(); ++i)
     if (pelissa(i) && player[i].kuolema >= 1 && player[i].kuolema < uudestaanHetki)
       player[i].piirraAlkuSirpaleet();
 }
@@ -1052,7 +1052,7 @@ void piirraHud() {
   glMatrixMode(GL_MODELVIEW);
   glLoadIdentity();
   glTranslatef(0, 0, -30);
-  for (int i = 0; i < pelaajia(); ++i) player[i].piirraGraffat();
+  for (int i = 0; i < pelaajaLkm(); ++i) player[i].piirraGraffat();
   if (gamemode == 2) piirraDGraffat();
   else if (gamemode == 3) piirraCGraffat();
   else if (gamemode == 4) piirraSGraffat();
@@ -1454,7 +1454,7 @@ void piirraPistetaulu(const char* otsikko) {
   const int raja = verkkopeli() ? mpcredits : printedAsInt(fullcredits);
   int listatut[maxPlayers];
   int tiimeja = 0;
-  for (int i = 0; i < pelaajia(); ++i) {
+  for (int i = 0; i < pelaajaLkm(); ++i) {
     const Player& p = player[i];
     bool jo = false;
     for (int t = 0; t < tiimeja; ++t) jo = jo || listatut[t] == p.tiimi;
