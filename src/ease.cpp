@@ -343,16 +343,35 @@ void syoksy(Player& p) {  // 14: a lunge forward to ram
 void tera(Player& p) { p.ampumispuoli = 2; }       // 19: the blade runs in liiku
 void rengas(Player& p) { p.ampumispuoli = 3; }     // 20: the ring leaves from liiku
 
-void haulikko(Player& p) {  // 16: a cone of pellets of uneven speed and reach
+// 16: a cone of pellets. They start apart and fly at speeds in proportion to their
+// distance from the ship, so the cloud only spreads and never wears itself down.
+const int haulejaEnintaan = 40;
+const double haulikonSyvyys = 6, haulikonKulma = 30;
+
+bool vapaaKohta(Pati* const* haulit, int n, double x, double y, double vali) {
+  for (int k = 0; k < n; ++k)
+    if (etaisyys(x, y, haulit[k]->x, haulit[k]->y) < vali) return false;
+  return true;
+}
+
+void haulikko(Player& p) {
   if (!isanta()) return;
-  for (int k = 0; k < 40; ++k) {
-    const double suunta = p.kulma + random(60) - 30;
-    laukaiseRungosta(p, suunta, 0.5, p.alus.easevauhti * (0.6 + random(0.4)),
-                     p.alus.easekesto * (0.8 + random(0.2)));
+  Pati* haulit[haulejaEnintaan];
+  const double lahin = p.alus.sade + 0.5, kaukaisin = lahin + haulikonSyvyys;
+  const double vali = 2 * p.alus.epatisade * kosketus + 0.01;
+  int n = 0;
+  for (int yritys = 0; yritys < 4 * haulejaEnintaan && n < haulejaEnintaan; ++yritys) {
+    const double suunta = p.kulma + random(2 * haulikonKulma) - haulikonKulma;
+    const double d = lahin + random(haulikonSyvyys), a = rad(suunta);
+    const double x = p.x + std::cos(a) * d, y = p.y + std::sin(a) * d;
+    if (!vapaaKohta(haulit, n, x, y, vali)) continue;
+    Pati* s = laukaise(p, x, y, suunta, p.alus.easevauhti * d / kaukaisin, p.alus.easekesto);
+    if (!s) return;
+    haulit[n++] = s;
   }
 }
 
-void limapallo(Player& p) {  // 17: a slowing glob of slime
+void limapallo(Player& p) {  // 17: a glob of slime
   if (isanta()) laukaiseRungosta(p, p.kulma, p.alus.epatisade, p.alus.easevauhti, p.alus.easekesto);
 }
 
@@ -518,12 +537,6 @@ bool hakeutuva(Player& o, Pati& s) {  // 13
   return true;
 }
 
-bool jarruttava(Player&, Pati& s) {  // 17: slime globs lose speed
-  vaimenna(s.xv, 0.008);
-  vaimenna(s.yv, 0.008);
-  return true;
-}
-
 const double jakautumisKulma = 12;
 
 bool jakautuva(Player& o, Pati& s) {  // 21
@@ -531,10 +544,16 @@ bool jakautuva(Player& o, Pati& s) {  // 21
   s.ampumisviive = jakautumisVali;
   if (!isanta()) return true;
   const double vauhti = std::hypot(s.xv, s.yv), suunta = aste(std::atan2(s.yv, s.xv));
+  // The twins start side by side just clear of each other, since they can break each other.
+  const double sivuun = o.alus.epatisade * kosketus + 0.01, a = rad(suunta + 90);
+  const double sx = std::cos(a) * sivuun, sy = std::sin(a) * sivuun;
   const Pati vanha = s;
+  s.x = (float)(vanha.x + sx);
+  s.y = (float)(vanha.y + sy);
   s.xv = (float)(std::cos(rad(suunta + jakautumisKulma)) * vauhti);
   s.yv = (float)(std::sin(rad(suunta + jakautumisKulma)) * vauhti);
-  if (Pati* kaksonen = laukaise(o, vanha.x, vanha.y, suunta - jakautumisKulma, vauhti, vanha.aika, false)) {
+  Pati* kaksonen = laukaise(o, vanha.x - sx, vanha.y - sy, suunta - jakautumisKulma, vauhti, vanha.aika, false);
+  if (kaksonen) {
     kaksonen->energia = vanha.energia;
     kaksonen->alku = vanha.alku;
     kaksonen->ampumisviive = jakautumisVali;
@@ -554,7 +573,6 @@ Lento lento(int laji) {
     case 8: return kimpoileva;
     case 9: return kiertava;
     case 13: return hakeutuva;
-    case 17: return jarruttava;
     case 21: return jakautuva;
     case 23: return palava;
     default: return suoraan;

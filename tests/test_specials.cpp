@@ -330,8 +330,11 @@ TEST_F(Specials, SplittersBouncersSeekersAndDrones) {
   Player& o = laita(0, 21, -100, 80);
   laita(1, 1, 100, -100);
   o.ease();
-  for (int f = 0; f < 76; ++f) o.liikutaePadit();
-  EXPECT_EQ(elavat(o), 8);  // split three times
+  for (int f = 0; f < 76; ++f) {
+    o.liikutaePadit();
+    o.tarkistaHajosikoPadit();
+  }
+  EXPECT_EQ(elavat(o), 8);  // split three times, the twins clear of each other
 
   Player& b = laita(0, 8, 0, 80);
   erikoinen(0, 0, 159.9f, 80, 0.4f, 0);
@@ -350,6 +353,24 @@ TEST_F(Specials, SplittersBouncersSeekersAndDrones) {
   EXPECT_EQ(elavat(s), 4);
   for (int f = 0; f < 50; ++f) s.liikutaePadit();
   EXPECT_NEAR(std::hypot(s.epati[0].x - s.x, s.epati[0].y - s.y), s.alus.sade * 2 + 3, 0.01);
+}
+
+TEST_F(Specials, BurstsOfShotsThatBreakShotsDoNotWearThemselvesDown) {
+  for (int n : {1, 3, 16, 22}) {
+    for (unsigned siemen = 1; siemen < 6; ++siemen) {
+      simscene::maailma(2, 0, siemen);
+      Player& p = laita(0, n, -100, 80, 30.0f * siemen);
+      laita(1, 1, 100, -100);
+      p.ease();
+      const int alussa = elavat(p);
+      EXPECT_GE(alussa, n == 16 ? 20 : 5) << "kind " << n;
+      for (int f = 0; f < 45; ++f) {
+        p.liikutaePadit();
+        p.tarkistaHajosikoPadit();
+      }
+      EXPECT_EQ(elavat(p), alussa) << "kind " << n << " seed " << siemen;
+    }
+  }
 }
 
 TEST_F(Specials, EveryKindHasAPilotHint) {
