@@ -1,11 +1,15 @@
 // Special weapons: triggers, the special shots' flight and hits, slime, little men,
 // the client's part, and a long battle of every kind pressing its special.
+#include <GL/gl.h>
+#include <SDL/SDL.h>
 #include <gtest/gtest.h>
+#include <unistd.h>
 
 #include <cmath>
 
 #include "Main.h"
 #include "ease.h"
+#include "glapi.h"
 #include "simscene.h"
 
 namespace {
@@ -383,6 +387,57 @@ TEST_F(Specials, EveryKindHasAPilotHint) {
   }
   EXPECT_EQ(erikoisenKaytto(-1), ErikoisKaytto::Ei);
   EXPECT_EQ(erikoisenKaytto(24), ErikoisKaytto::Ei);
+}
+
+// Drawing, read back from a software GL context looking straight down at the field.
+class SpecialsDrawing : public ::testing::Test {
+protected:
+  static void SetUpTestSuite() {
+    ASSERT_EQ(chdir(VORTA_DATA_DIR), 0);
+    ASSERT_EQ(SDL_Init(SDL_INIT_VIDEO), 0) << SDL_GetError();
+    ASSERT_NE(SDL_SetVideoMode(512, 384, 0, SDL_OPENGL), nullptr) << SDL_GetError();
+    setupOpengl(512, 384);
+  }
+  void SetUp() override {
+    simscene::maailma(2, 0, 7);
+    sets.cammode = 1;
+    camposx = camposy = 0;
+    camposz = 120;
+  }
+  static int lit(Player& p) {
+    static GLubyte kuva[384][512][4];
+    glClearColor(0, 0, 0, 0);
+    glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);
+    asetaKameraJaValo();
+    p.piirraePadit();
+    EXPECT_EQ(glGetError(), (GLenum)GL_NO_ERROR);
+    glReadBuffer(GL_BACK);
+    glReadPixels(0, 0, 512, 384, GL_RGBA, GL_UNSIGNED_BYTE, kuva);
+    int n = 0;
+    for (auto& rivi : kuva)
+      for (auto& px : rivi) n += px[0] + px[1] + px[2] > 60;
+    return n;
+  }
+};
+
+TEST_F(SpecialsDrawing, EveryKindShowsItsShotsAndEffects) {
+  camposx = -60;
+  for (int n = 0; n < alustyyppeja; ++n) {
+    Player& p = laita(0, n, -60, 0);
+    laita(1, 1, 100, -100);
+    p.liikutaePadit();  // the button was up
+    EXPECT_EQ(lit(p), 0) << "kind " << n << " before its special";
+    p.pease = true;
+    for (int f = 0; f < 20; ++f) {
+      p.liiku();
+      p.liikutaePadit();
+      p.pease = false;
+    }
+    const bool nakyy = elavat(p) > 0 || n == 0 || n == 10 || n == 15 || n == 19;
+    if (nakyy) {
+      EXPECT_GT(lit(p), 5) << "kind " << n;
+    }
+  }
 }
 
 TEST(SpecialsBattle, EveryKindPressesItsSpecialFor20000Frames) {
