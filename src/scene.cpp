@@ -258,7 +258,7 @@ void asteroidiJaPadit(Pati& a, Pati* padit, const ElavatPadit& e, double sade, d
 }
 
 void asteroidinPlaneetta(Pati& a, float r2) {
-  if (r2 > 0) {
+  if (r2 > 0) {  // at the very centre there is no direction to pull in
     a.xv -= (a.x / r2) * 0.1f;
     a.yv -= (a.y / r2) * 0.1f;
   }

@@ -3,6 +3,8 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <cstdlib>
+#include <new>
 #include <set>
 
 #include "Main.h"
@@ -10,6 +12,21 @@
 #include "ctf.h"
 #include "domination.h"
 #include "simscene.h"
+
+// Counts the allocations made while the world step runs: it must make none.
+namespace {
+bool laskeVaraukset = false;
+long varauksia = 0;
+}  // namespace
+
+void* operator new(std::size_t koko) {
+  if (laskeVaraukset) ++varauksia;
+  if (void* p = std::malloc(koko ? koko : 1)) return p;
+  throw std::bad_alloc();
+}
+// Kept out of line: inlined, the compiler would see free() meet operator new.
+[[gnu::noinline]] void operator delete(void* p) noexcept { std::free(p); }
+void operator delete(void* p, std::size_t) noexcept { ::operator delete(p); }
 
 namespace {
 
@@ -103,7 +120,9 @@ TEST_F(Battle, SixteenShipsFightAHundredThousandFramesWithoutFault) {
     if (f % tilanVali == 0) aloitaTila(f / tilanVali);
     if (f % vaihdonVali == 0) vaihdaAlukset(f / vaihdonVali);
     painaNappeja(f);
+    laskeVaraukset = true;
     calculateFrame(f + 1);
+    laskeVaraukset = false;
     if (gamemode == 2) pisteitaVallattu = pisteitaVallattu || dpiste[0].tiimi >= 0 || dpiste[1].tiimi >= 0;
     ASSERT_NO_FATAL_FAILURE(tarkistaAlukset(f));
     if (f % 25 == 0) {
@@ -114,6 +133,7 @@ TEST_F(Battle, SixteenShipsFightAHundredThousandFramesWithoutFault) {
   EXPECT_GT(kuolemia, 20);  // ships did meet and fight
   EXPECT_GT(laukauksiaEnintaan, 10);
   EXPECT_TRUE(pisteitaVallattu);
+  EXPECT_EQ(varauksia, 0);
 }
 
 }  // namespace
