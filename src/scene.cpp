@@ -754,7 +754,7 @@ int printedAsInt(double value) {
 }
 
 static void tulostaLuku(float x, float y, int luku, float koko) {
-  char teksti[10];
+  char teksti[12];  // room for any int: a low word can print eleven characters
   std::snprintf(teksti, sizeof teksti, "%d", luku);
   gl_println(x, y, 0, teksti, koko);
 }
@@ -780,32 +780,79 @@ static Kasvot tasossa(float kulmaAsteina) {
   return {{float(std::cos(k)), float(std::sin(k)), 0}, {float(-std::sin(k)), float(std::cos(k)), 0}};
 }
 
-// One textured quad inside an open glBegin(GL_QUADS): half sizes `leveys`
-// along the first axis and `korkeus` along the second.
+// Particle quads are gathered into one static vertex array and drawn with a
+// single call: a call per quad costs the software renderer more than the quad.
+class NelioEra {
+public:
+  void vari(float r, float g, float b, float a) {
+    nykyinen[0] = r;
+    nykyinen[1] = g;
+    nykyinen[2] = b;
+    nykyinen[3] = a;
+  }
+
+  // Half sizes `leveys` along the first axis and `korkeus` along the second.
+  void lisaa(const Kasvot& k, float x, float y, float z, float leveys, float korkeus) {
+    if (maara == kapasiteetti) piirra();
+    const float ox = k.oikea[0] * leveys, oy = k.oikea[1] * leveys, oz = k.oikea[2] * leveys;
+    const float yx = k.ylos[0] * korkeus, yy = k.ylos[1] * korkeus, yz = k.ylos[2] * korkeus;
+    kulma(0, x - ox - yx, y - oy - yy, z - oz - yz, 0, 0);
+    kulma(1, x + ox - yx, y + oy - yy, z + oz - yz, 1, 0);
+    kulma(2, x + ox + yx, y + oy + yy, z + oz + yz, 1, 1);
+    kulma(3, x - ox + yx, y - oy + yy, z - oz + yz, 0, 1);
+    ++maara;
+  }
+
+  void piirra() {
+    if (maara == 0) return;
+    glPushClientAttrib(GL_CLIENT_VERTEX_ARRAY_BIT);
+    glEnableClientState(GL_VERTEX_ARRAY);
+    glEnableClientState(GL_TEXTURE_COORD_ARRAY);
+    glEnableClientState(GL_COLOR_ARRAY);
+    glVertexPointer(3, GL_FLOAT, 0, paikat);
+    glTexCoordPointer(2, GL_FLOAT, 0, tekstuuri);
+    glColorPointer(4, GL_FLOAT, 0, varit);
+    glDrawArrays(GL_QUADS, 0, maara * 4);
+    glPopClientAttrib();
+    maara = 0;
+  }
+
+private:
+  static const int kapasiteetti = 2048;
+  float paikat[kapasiteetti * 4 * 3];
+  float tekstuuri[kapasiteetti * 4 * 2];
+  float varit[kapasiteetti * 4 * 4];
+  float nykyinen[4] = {1, 1, 1, 1};
+  int maara = 0;
+
+  void kulma(int nurkka, float x, float y, float z, float u, float v) {
+    const int k = maara * 4 + nurkka;
+    float* paikka = &paikat[k * 3];
+    paikka[0] = x;
+    paikka[1] = y;
+    paikka[2] = z;
+    tekstuuri[k * 2] = u;
+    tekstuuri[k * 2 + 1] = v;
+    std::memcpy(&varit[k * 4], nykyinen, sizeof nykyinen);
+  }
+};
+
+static NelioEra era;
+
 static void nelio(const Kasvot& k, float x, float y, float z, float leveys, float korkeus) {
-  const float ox = k.oikea[0] * leveys, oy = k.oikea[1] * leveys, oz = k.oikea[2] * leveys;
-  const float yx = k.ylos[0] * korkeus, yy = k.ylos[1] * korkeus, yz = k.ylos[2] * korkeus;
-  glTexCoord2f(0, 0);
-  glVertex3f(x - ox - yx, y - oy - yy, z - oz - yz);
-  glTexCoord2f(1, 0);
-  glVertex3f(x + ox - yx, y + oy - yy, z + oz - yz);
-  glTexCoord2f(1, 1);
-  glVertex3f(x + ox + yx, y + oy + yy, z + oz + yz);
-  glTexCoord2f(0, 1);
-  glVertex3f(x - ox + yx, y - oy + yy, z - oz + yz);
+  era.lisaa(k, x, y, z, leveys, korkeus);
 }
 
 static void nelio(const Kasvot& k, float x, float y, float z, float puolikas) {
-  nelio(k, x, y, z, puolikas, puolikas);
+  era.lisaa(k, x, y, z, puolikas, puolikas);
 }
 
+// An untextured rectangle inside an open glBegin(GL_QUADS).
 static void tasoNelio(float x1, float y1, float x2, float y2) {
-  glBegin(GL_QUADS);
   glVertex2f(x1, y1);
   glVertex2f(x2, y1);
   glVertex2f(x2, y2);
   glVertex2f(x1, y2);
-  glEnd();
 }
 
 // A flat, unlit, additive state for particles; the caller's state comes back
@@ -845,20 +892,19 @@ void asetaKameraJaValo() {
 
 static void piirraGalaksi(GLuint tekstuuri, float x, float y, float puolikas) {
   glBindTexture(GL_TEXTURE_2D, tekstuuri);
-  glBegin(GL_QUADS);
+  era.vari(1, 1, 1, 1);
   nelio(tasossa(0), x, y, -235, puolikas);
-  glEnd();
+  era.piirra();
 }
 
 static void piirraTahdet() {
   const Kasvot suoraan = tasossa(0);
   glBindTexture(GL_TEXTURE_2D, texture[18]);
-  glBegin(GL_QUADS);
   for (const Star& s : star) {
-    glColor4f(s.r, s.g, s.b, 1);
+    era.vari(s.r, s.g, s.b, 1);
     nelio(suoraan, s.x, s.y, s.z + kentanZ, s.koko);
   }
-  glEnd();
+  era.piirra();
 }
 
 // Galaxies and stars, as far as the detail level allows.
@@ -867,7 +913,6 @@ void piirraTausta() {
   glPushAttrib(GL_ENABLE_BIT | GL_CURRENT_BIT | GL_TEXTURE_BIT);
   glDisable(GL_LIGHTING);
   glEnable(GL_TEXTURE_2D);
-  glColor4f(1, 1, 1, 1);
   if (sets.detail > 1) piirraGalaksi(texture[23], 272, -60, 12);
   piirraGalaksi(texture[26], -112, -40, 8);
   piirraTahdet();
@@ -955,16 +1000,15 @@ void piirraKentanReuna() {
   glEnable(GL_BLEND);
   glBlendFunc(GL_ONE, GL_ONE);
   glBindTexture(GL_TEXTURE_2D, texture[18]);
-  glBegin(GL_QUADS);
   for (const ReunanJakso& j : reunanJaksot) {
     for (int i = 1; i < 20; ++i) {
-      glColor4f(j.r0 + j.r1 * i, j.g0 + j.g1 * i, j.b0 + j.b1 * i, 0.8f);
+      era.vari(j.r0 + j.r1 * i, j.g0 + j.g1 * i, j.b0 + j.b1 * i, 0.8f);
       nelio(kasvot, x + j.dx * i, y + j.dy * i, kentanZ, 6);
     }
     x += 20 * j.dx;
     y += 20 * j.dy;
   }
-  glEnd();
+  era.piirra();
   glPopAttrib();
 }
 
@@ -978,15 +1022,14 @@ static void piirraTavoitteet() {
 
 static void piirraSirpaleetTekstuurilla(const Kasvot& kasvot, bool nelioina) {
   glBindTexture(GL_TEXTURE_2D, texture[nelioina ? 15 : 18]);
-  glBegin(GL_QUADS);
   for (int i = 0; i < kaytossaSirpaleita(); ++i) {
     const Sirpale& s = sirpale[i];
     if (s.aika <= 0 || (s.muoto == 10) != nelioina) continue;
     const double haalistus = s.aika / s.maxaika;
-    glColor4f(s.red * haalistus, s.green * haalistus, s.blue * haalistus, 1);
+    era.vari(s.red * haalistus, s.green * haalistus, s.blue * haalistus, 1);
     nelio(kasvot, s.x, s.y, s.z + kentanZ, s.koko);
   }
-  glEnd();
+  era.piirra();
 }
 
 // Explosion debris, fading as it ages. With additive blending the order does
@@ -1205,7 +1248,7 @@ static void piirraPati(int laji, int kohta, const Pati& p, const Alus& a, const 
     default:
       break;
   }
-  glColor4f(v.r, v.g, v.b, 1);
+  era.vari(v.r, v.g, v.b, 1);
   if (laji == 7 || laji == 14) {
     nelio(tasossa(p.kulma), p.x, p.y, kentanZ, koko * 1.2f, koko * 0.6f);
   } else if (laji == 21) {
@@ -1222,11 +1265,10 @@ void Player::piirraPadit() {
   if (onSade(laji) || pati == nullptr) return;  // beams are drawn as lines
   aloitaHiukkaset(alus.patitexture, GL_ONE);
   const Kasvot kasvot = kameranKasvot();
-  glBegin(GL_QUADS);
   const int maara = kaytettavatPaikat(alus.maxpadit, maksimipadit);
   for (int i = 0; i < maara; ++i)
     if (pati[i].aika > 0) piirraPati(laji, i, pati[i], alus, kasvot);
-  glEnd();
+  era.piirra();
   lopetaHiukkaset();
 }
 
@@ -1257,17 +1299,17 @@ static void piirraErikoinen(int laji, const Pati& p, const Alus& a, const Kasvot
   switch (laji) {
     case 4:  // a gravity well: three arms turning round a dark heart
       for (int k = 0; k < 3; ++k) {
-        glColor4f(v.r * 0.7f, v.g * 0.7f, v.b * 0.7f, 1);
+        era.vari(v.r * 0.7f, v.g * 0.7f, v.b * 0.7f, 1);
         nelio(tasossa(p.aika * 6.0f + k * 120), p.x, p.y, kentanZ, koko * 2.2f, koko * 0.35f);
       }
       break;
     case 13: case 21:  // streaks along the flight
-      glColor4f(v.r, v.g, v.b, 1);
+      era.vari(v.r, v.g, v.b, 1);
       nelio(tasossa(suuntaAsteina(p)), p.x, p.y, kentanZ, koko * 1.6f, koko * 0.6f);
       return;
     case 17: {  // slime wobbles
       const float heilahdus = 1 + 0.15f * float(std::sin(p.aika * 0.3));
-      glColor4f(v.r, v.g, v.b, 1);
+      era.vari(v.r, v.g, v.b, 1);
       nelio(kasvot, p.x, p.y, kentanZ, koko * heilahdus, koko / heilahdus);
       return;
     }
@@ -1277,27 +1319,8 @@ static void piirraErikoinen(int laji, const Pati& p, const Alus& a, const Kasvot
     default:
       break;
   }
-  glColor4f(v.r * kirkkaus, v.g * kirkkaus, v.b * kirkkaus, 1);
+  era.vari(v.r * kirkkaus, v.g * kirkkaus, v.b * kirkkaus, 1);
   nelio(kasvot, p.x, p.y, kentanZ, koko);
-}
-
-// Effects of the ship itself: the shield's bubble, the boost's flame, the blade
-// and the pulse's ring.
-static void piirraSuojakupla(const Player& p, const Kasvot& kasvot) {
-  const float hiipuu = std::fmin(1.0f, p.easekesto / 25.0f);  // fades in its last quarter second
-  const float syke = 0.85f + 0.15f * float(std::sin(p.easekesto * 0.4));
-  glColor4f(0.3f * hiipuu, 0.6f * hiipuu, 1.0f * hiipuu, 1);
-  nelio(kasvot, p.x, p.y, kentanZ, float(p.alus.sade * 1.6) * syke);
-}
-
-static void piirraTehostin(const Player& p) {
-  const float taakse = p.kulma + 180;
-  const double a = taakse * asteRadiaaneina;
-  const float pituus = float(p.alus.sade) * (1.4f + 0.3f * float(std::sin(p.fcounter + p.x)));
-  const float x = p.x + float(std::cos(a)) * (float(p.alus.sade) + pituus * 0.5f);
-  const float y = p.y + float(std::sin(a)) * (float(p.alus.sade) + pituus * 0.5f);
-  glColor4f(1, 0.55f, 0.15f, 1);
-  nelio(tasossa(taakse), x, y, kentanZ, pituus, float(p.alus.sade) * 0.4f);
 }
 
 // The blade points where the heading, taken as radians, points (see liiku).
@@ -1307,7 +1330,7 @@ static void piirraTera(const Player& p) {
   const float pituus = float(2 * d + p.alus.sade) * 0.5f;
   const float suunta = float(p.kulma / asteRadiaaneina);
   const float x = p.x + float(std::cos(p.kulma)) * pituus, y = p.y + float(std::sin(p.kulma)) * pituus;
-  glColor4f(0.9f, 0.9f, 1, 1);
+  era.vari(0.9f, 0.9f, 1, 1);
   nelio(tasossa(suunta), x, y, kentanZ, pituus, 0.35f);
 }
 
@@ -1316,23 +1339,18 @@ static void piirraPulssi(const Player& p, const Kasvot& kasvot) {
   const float kesto = 30;
   if (kulunut < 0 || kulunut > kesto) return;
   const float sade = float(p.alus.epatisade) * kulunut / kesto, hiipuu = 1 - kulunut / kesto;
-  glColor4f(1 * hiipuu, 0.9f * hiipuu, 0.6f * hiipuu, 1);
+  era.vari(1 * hiipuu, 0.9f * hiipuu, 0.6f * hiipuu, 1);
   for (int k = 0; k < 32; ++k) {
     const double a = k * 2 * M_PI / 32;
     nelio(kasvot, p.x + float(std::cos(a)) * sade, p.y + float(std::sin(a)) * sade, kentanZ, 1.2f);
   }
 }
 
+// Effects of the ship itself (the ship model draws the shield and the boost's flame).
 static void piirraErikoisTila(const Player& p, const Kasvot& kasvot) {
   switch (p.alus.easelaji) {
-    case 0:
-      if (p.suojapaalla) piirraSuojakupla(p, kasvot);
-      break;
     case 10:
       if (p.easeviive > 0) piirraPulssi(p, kasvot);
-      break;
-    case 15:
-      if (p.suojapaalla) piirraTehostin(p);
       break;
     case 19:
       if (p.easeviive > 0 && p.ampumispuoli >= 2) piirraTera(p);
@@ -1346,15 +1364,13 @@ void Player::piirraePadit() {
   const int laji = alus.easelaji;
   aloitaHiukkaset(alus.epatitexture != 0 ? alus.epatitexture : texture[18], GL_ONE);
   const Kasvot kasvot = kameranKasvot();
-  glBegin(GL_QUADS);
   const int maara = epati ? kaytettavatPaikat(alus.maxepadit, maksimiepadit) : 0;
   for (int i = 0; i < maara; ++i)
     if (epati[i].aika > 0) piirraErikoinen(laji, epati[i], alus, kasvot);
-  glEnd();
+  era.piirra();
   glBindTexture(GL_TEXTURE_2D, texture[18]);  // the ship's own effects glow
-  glBegin(GL_QUADS);
   piirraErikoisTila(*this, kasvot);
-  glEnd();
+  era.piirra();
   lopetaHiukkaset();
 }
 
@@ -1362,15 +1378,14 @@ void Player::piirraePadit() {
 void Player::piirraLimat() {
   if (lima == nullptr) return;
   aloitaHiukkaset(texture[18], GL_ONE);
-  glColor4f(0.1f, 0.7f, 0.1f, 1.0f);
+  era.vari(0.1f, 0.7f, 0.1f, 1.0f);
   glPushMatrix();
   glTranslatef(x, y, kentanZ);
   glRotatef(kulma - 90, 0, 0, 1);
   const Kasvot suoraan = tasossa(0);
-  glBegin(GL_QUADS);
   for (int i = 0; i < limoja; ++i)
     if (lima[i].aika > 0) nelio(suoraan, lima[i].x, lima[i].y, 0, 0.5f);
-  glEnd();
+  era.piirra();
   glPopMatrix();
   lopetaHiukkaset();
 }
@@ -1378,7 +1393,7 @@ void Player::piirraLimat() {
 static void piirraSavut(const Kaasujalki* jalki, float puolikas) {
   for (int i = 0; i < kaasujalkia; ++i) {
     if (jalki[i].alpha <= 0) continue;
-    glColor4f(1, 0, 0, jalki[i].alpha);
+    era.vari(1, 0, 0, jalki[i].alpha);
     nelio(tasossa(0), jalki[i].x, jalki[i].y, kentanZ, puolikas);
   }
 }
@@ -1387,11 +1402,10 @@ void Player::piirraKaasujaljet() {
   const int tyyppi = alus.numero;
   if (tyyppi == 16 || tyyppi == 22 || kaasujalki == nullptr) return;
   aloitaHiukkaset(texture[18], GL_SRC_ALPHA);
-  glBegin(GL_QUADS);
   const float puolikas = float(2 * alus.jalkikoko);
   piirraSavut(kaasujalki, puolikas);
   if ((tyyppi == 4 || tyyppi == 23) && kaasujalki2 != nullptr) piirraSavut(kaasujalki2, puolikas);
-  glEnd();
+  era.piirra();
   lopetaHiukkaset();
 }
 
@@ -1427,15 +1441,14 @@ void Player::piirraAlkuSirpaleet() {
   glBlendFunc(GL_SRC_ALPHA, GL_ONE);
   glBindTexture(GL_TEXTURE_2D, texture[18]);
   const Kasvot suoraan = tasossa(0);
-  glBegin(GL_QUADS);
   for (int i = 0; i < alkusirpaleMaara; ++i) {
     const Sirpale& s = alkusirpale[i];
     if (s.aika <= 0) continue;
     const double ika = 1 - s.aika / s.maxaika;
-    glColor4f(s.red, s.green, s.blue, 1 - ika * ika);
+    era.vari(s.red, s.green, s.blue, 1 - ika * ika);
     nelio(suoraan, x + s.x, y + s.y, kentanZ + s.z + 1, s.koko);
   }
-  glEnd();
+  era.piirra();
   glBlendFunc(GL_SRC_COLOR, GL_ONE_MINUS_SRC_COLOR);
 }
 
@@ -1485,11 +1498,13 @@ static void piirraKrediitit(const Player& p) {
 static void piirraPaneelinPalkit(const Player& p) {
   glDisable(GL_TEXTURE_2D);
   glTranslatef(2, 0, 0);
+  glBegin(GL_QUADS);
   glColor4f(0.25f, 0.25f, 0, 0.5f);
   tasoNelio(-1.05f, 0.2f, 1.05f, 0.46f);
   tasoNelio(-1.05f, -0.25f, 1.05f, 0.01f);
   piirraPalkki(0.23f, 0.43f, float(p.energia / p.alus.energia));
   piirraPalkki(-0.22f, -0.02f, float(p.fuel / p.alus.fuel));
+  glEnd();
   glColor4f(0.2f, 0.5f, 0.2f, 0.5f);
   glEnable(GL_TEXTURE_2D);
 }

@@ -1,0 +1,192 @@
+// Sound over the mixer: fields only with the library off; with it on, real
+// output through SDL's disk audio driver, the music stop callback and sharing.
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <cstdint>
+#include <cstdlib>
+#include <cstring>
+#include <string>
+#include <thread>
+
+#include "audio.h"
+#include "testutil.h"
+
+namespace {
+
+int callbackCalls = 0;
+void countCall(Sound*) { callbackCalls++; }
+
+bool listed(const Sound* s) {
+  for (soundlist* node = allsounds; node; node = node->next)
+    if (node->sound == s) return true;
+  return false;
+}
+
+// Calls updateAudio as a game loop would, for `ms`.
+void pumpAudio(int ms) {
+  const auto end = std::chrono::steady_clock::now() + std::chrono::milliseconds(ms);
+  while (std::chrono::steady_clock::now() < end && callbackCalls == 0) {
+    updateAudio();
+    std::this_thread::sleep_for(std::chrono::milliseconds(10));
+  }
+  updateAudio();
+}
+
+void quietPlay(Sound& s) {
+  testing::internal::CaptureStdout();
+  s.play();
+  testing::internal::GetCapturedStdout();
+}
+
+TEST(SoundOff, TypeByEndingAndFieldOnlyOperations) {
+  working = false;
+  callbackCalls = 0;
+  const std::pair<const char*, int> endings[] = {{"a.MP3", 2}, {"b.ogg", 2}, {"sounds\\a_0.wav", 3}, {"d.RAW", 3},
+                                                 {"e.s3m", 1}, {"f.Xm", 1},  {"g.it", 1},  {"h.mid", 1},
+                                                 {"k.mod", 1}, {"l.txt", 0}, {"noending", 0}};
+  for (const auto& [file, type] : endings) EXPECT_EQ(Sound(file).type, type) << file;
+  EXPECT_EQ(Sound("anything.bin", 2).type, 2);
+
+  Sound s("boom.wav", true);
+  EXPECT_EQ(s.sample, nullptr);
+  EXPECT_FLOAT_EQ(s.volume, 1.0f);
+  s.setVolume(0.25f);
+  s.setStopCallback(countCall);
+  testing::internal::CaptureStdout();
+  s.play();
+  EXPECT_EQ(testing::internal::GetCapturedStdout(), "1\n2\n3\n4\n5\n6\n7\n8\n");
+  EXPECT_TRUE(s.running);
+  s.setFinished();
+  updateAudio();
+  EXPECT_EQ(callbackCalls, 0);  // nothing is ever finished without the library
+
+  Sound* copy = new Sound(&s);
+  EXPECT_EQ(allsounds->sound, copy);  // pushed at the front
+  EXPECT_TRUE(copy->loops && copy->volume == 0.25f && copy->stopcallback == countCall);
+  delete copy;
+  EXPECT_FALSE(listed(copy));
+  EXPECT_TRUE(listed(&s));
+}
+
+class SoundOn : public ::testing::Test {
+protected:
+  void SetUp() override {
+    setenv("SDL_AUDIODRIVER", "disk", 1);
+    setenv("SDL_DISKAUDIOFILE", output.c_str(), 1);
+    callbackCalls = 0;
+    initAudio();
+    ASSERT_TRUE(working);
+    testutil::writeToneWav(tone, 0.3);
+  }
+  void TearDown() override {
+    uninitAudio();
+    setenv("SDL_AUDIODRIVER", "dummy", 1);
+  }
+  // Largest absolute 16-bit sample the mixer has written so far.
+  int loudestOutput() const {
+    const std::string raw = testutil::readFile(output);
+    int loudest = 0;
+    for (size_t i = 0; i + 1 < raw.size(); i += 2) {
+      int16_t v;
+      memcpy(&v, raw.data() + i, 2);
+      loudest = std::max(loudest, std::abs(static_cast<int>(v)));
+    }
+    return loudest;
+  }
+  testutil::TempDir dir;
+  std::string output = dir.file("mixer.raw"), tone = dir.file("tone.wav");
+};
+
+TEST_F(SoundOn, EffectIsHeardAndNeverCallsBack) {
+  std::this_thread::sleep_for(std::chrono::milliseconds(200));
+  EXPECT_LT(loudestOutput(), 10);  // silence before
+  Sound effect(tone.c_str());
+  effect.setStopCallback(countCall);
+  quietPlay(effect);
+  EXPECT_GE(effect.channel, 0);
+  EXPECT_FALSE(effect.running);
+  pumpAudio(700);
+  EXPECT_GT(loudestOutput(), 1000);
+  EXPECT_EQ(callbackCalls, 0);
+}
+
+TEST_F(SoundOn, StreamEndCallsItsStopCallbackOnce) {
+  Sound song(tone.c_str(), 2);
+  ASSERT_NE(song.stream, nullptr);
+  song.setStopCallback(countCall);
+  quietPlay(song);
+  pumpAudio(5000);
+  EXPECT_EQ(callbackCalls, 1);
+  EXPECT_FALSE(song.running);
+  pumpAudio(100);
+  EXPECT_EQ(callbackCalls, 1);
+}
+
+TEST_F(SoundOn, StoppingTheWatchedMusicCountsAsItsEnd) {
+  Sound song(tone.c_str(), 2, true);
+  song.setStopCallback(countCall);
+  quietPlay(song);
+  song.stop();
+  quietPlay(song);  // start-up plays, stops and plays the intro music
+  updateAudio();
+  EXPECT_EQ(callbackCalls, 0);
+  song.stop();
+  updateAudio();
+  EXPECT_EQ(callbackCalls, 1);
+}
+
+TEST_F(SoundOn, VolumesAreFactorsOfFullScale) {
+  Sound loop(tone.c_str(), true);
+  Sound song(tone.c_str(), 2, true);
+  quietPlay(loop);
+  song.setVolume(0.25f);
+  quietPlay(song);
+  EXPECT_TRUE(loop.running);  // a looping effect stays running
+  loop.setVolume(0.5f);
+  EXPECT_EQ(Mix_Volume(loop.channel, -1), MIX_MAX_VOLUME / 2);
+  loop.setVolume(100);
+  EXPECT_EQ(Mix_Volume(loop.channel, -1), MIX_MAX_VOLUME);
+  EXPECT_EQ(Mix_VolumeMusic(-1), MIX_MAX_VOLUME / 4);
+  loop.stop();
+  EXPECT_EQ(Mix_Playing(loop.channel), 0);
+}
+
+TEST_F(SoundOn, SharedSampleOutlivesWhicheverSoundGoesFirst) {
+  Sound* original = new Sound(tone.c_str());
+  Sound* copy = new Sound(original);
+  ASSERT_EQ(copy->sample, original->sample);
+  delete copy;
+  quietPlay(*original);  // the sanitizer would catch a freed chunk
+  copy = new Sound(original);
+  delete original;
+  quietPlay(*copy);
+  EXPECT_GE(copy->channel, 0);
+  delete copy;  // the last holder frees it, or the leak checker complains
+}
+
+TEST_F(SoundOn, UnloadableFilesAreReportedAndPlayNothing) {
+  testutil::writeFile(dir.file("bad.wav"), std::string("RIFF\xff\xff\xff\x7fWAVEfmt ", 16) + std::string(64, '\xee'));
+  testing::internal::CaptureStdout();
+  Sound missing("no-such-dir/boom.wav");
+  Sound missingSong("no-such-dir/song.ogg");
+  Sound bad(dir.file("bad.wav").c_str());
+  missing.play();
+  missingSong.play();
+  const std::string out = testing::internal::GetCapturedStdout();
+  EXPECT_TRUE(missing.sample == nullptr && missingSong.stream == nullptr && bad.sample == nullptr);
+  EXPECT_NE(out.find("\"no-such-dir/boom.wav\""), std::string::npos);
+  EXPECT_NE(out.find("\"no-such-dir/song.ogg\""), std::string::npos);
+  EXPECT_EQ(missing.channel, -1);
+}
+
+TEST(SoundInit, FailureLeavesTheGameSilent) {
+  setenv("SDL_AUDIODRIVER", "no-such-driver", 1);
+  testing::internal::CaptureStdout();
+  initAudio();
+  EXPECT_EQ(testing::internal::GetCapturedStdout(), "Audio system not initialized\r\n");
+  setenv("SDL_AUDIODRIVER", "dummy", 1);
+  EXPECT_FALSE(working);
+}
+
+}  // namespace
