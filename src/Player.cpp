@@ -196,12 +196,8 @@ void Player::uudestaan(Alus a) {
   aloitaAlus(*this);
 }
 
-// The special weapons fill this.
-void Player::ease() {}
 // The computer pilot fills this.
 void Player::ailiiku() {}
-// The special weapons fill this.
-void Player::liikutaePadit() {}
 
 // ==== Flight =======================================================================
 

@@ -1276,19 +1276,104 @@ void Player::piirraPadit() {
   lopetaHiukkaset();
 }
 
-void Player::piirraePadit() {
-  if (epati == nullptr) return;
-  aloitaHiukkaset(alus.epatitexture, GL_ONE);
-  const Kasvot kasvot = kameranKasvot();
-  const float koko = float(std::fmax(alus.epatisade * 2, 0.8));
-  const int maara = kaytettavatPaikat(alus.maxepadit, maksimiepadit);
-  for (int i = 0; i < maara; ++i) {
-    const Pati& p = epati[i];
-    if (p.aika <= 0) continue;
-    const Vari v = laukauksenVari(alus.easelaji, p);
-    era.vari(v.r, v.g, v.b, 1);
-    nelio(kasvot, p.x, p.y, kentanZ, koko);
+// Special shots and effects. Colours per special kind; shots that carry a colour
+// of their own keep it.
+static const float erikoisVarit[alustyyppeja][3] = {
+    {0.3f, 0.6f, 1},    {1, 0.85f, 0.4f}, {1, 0.5f, 0.1f},  {0.4f, 0.9f, 1},   {0.7f, 0.3f, 1},
+    {0.5f, 1, 0.5f},    {0.5f, 0.8f, 1},  {0.75f, 0.6f, 1}, {1, 0.55f, 0.2f},  {0.9f, 1, 0.9f},
+    {1, 0.9f, 0.6f},    {0.2f, 0.3f, 1},  {1, 1, 1},        {1, 0.4f, 0.3f},   {1, 0.7f, 0.3f},
+    {1, 0.5f, 0.2f},    {1, 0.8f, 0.5f},  {0.2f, 0.9f, 0.1f}, {1, 0.95f, 0.4f}, {0.9f, 0.9f, 1},
+    {0.7f, 1, 0.4f},    {1, 0.6f, 1},     {0.6f, 1, 1},     {1, 0.15f, 0.1f},
+};
+
+static Vari erikoisenVari(int laji, const Pati& p) {
+  if (p.r != 0 || p.g != 0 || p.b != 0) return {p.r, p.g, p.b};
+  const float* v = erikoisVarit[laji >= 0 && laji < alustyyppeja ? laji : 0];
+  return {v[0], v[1], v[2]};
+}
+
+static float suuntaAsteina(const Pati& p) { return float(std::atan2(p.yv, p.xv) / asteRadiaaneina); }
+
+// One live special shot, drawn by kind; sizes follow the shot radius (the flare
+// fades at about half its width, so twice the radius shows the shot's own size).
+static void piirraErikoinen(int laji, const Pati& p, const Alus& a, const Kasvot& kasvot) {
+  const Vari v = erikoisenVari(laji, p);
+  const float koko = float(std::fmax(a.epatisade * 2, 0.8));
+  float kirkkaus = 1;
+  switch (laji) {
+    case 4:  // a gravity well: three arms turning round a dark heart
+      for (int k = 0; k < 3; ++k) {
+        era.vari(v.r * 0.7f, v.g * 0.7f, v.b * 0.7f, 1);
+        nelio(tasossa(p.aika * 6.0f + k * 120), p.x, p.y, kentanZ, koko * 2.2f, koko * 0.35f);
+      }
+      break;
+    case 13: case 21:  // streaks along the flight
+      era.vari(v.r, v.g, v.b, 1);
+      nelio(tasossa(suuntaAsteina(p)), p.x, p.y, kentanZ, koko * 1.6f, koko * 0.6f);
+      return;
+    case 17: {  // slime wobbles
+      const float heilahdus = 1 + 0.15f * float(std::sin(p.aika * 0.3));
+      era.vari(v.r, v.g, v.b, 1);
+      nelio(kasvot, p.x, p.y, kentanZ, koko * heilahdus, koko / heilahdus);
+      return;
+    }
+    case 23:  // a charge blinks faster as its time runs out
+      kirkkaus = (p.aika / std::max(4, p.aika / 8)) % 2 == 0 ? 1.0f : 0.3f;
+      break;
+    default:
+      break;
   }
+  era.vari(v.r * kirkkaus, v.g * kirkkaus, v.b * kirkkaus, 1);
+  nelio(kasvot, p.x, p.y, kentanZ, koko);
+}
+
+// The blade points where the heading, taken as radians, points (see liiku).
+static void piirraTera(const Player& p) {
+  const double n = p.alus.easenopeus, e = p.easeviive;
+  const double d = e < n * 0.5 ? e / 20 : (n - e) / 20;
+  const float pituus = float(2 * d + p.alus.sade) * 0.5f;
+  const float suunta = float(p.kulma / asteRadiaaneina);
+  const float x = p.x + float(std::cos(p.kulma)) * pituus, y = p.y + float(std::sin(p.kulma)) * pituus;
+  era.vari(0.9f, 0.9f, 1, 1);
+  nelio(tasossa(suunta), x, y, kentanZ, pituus, 0.35f);
+}
+
+static void piirraPulssi(const Player& p, const Kasvot& kasvot) {
+  const float kulunut = float(p.alus.easenopeus - p.easeviive);
+  const float kesto = 30;
+  if (kulunut < 0 || kulunut > kesto) return;
+  const float sade = float(p.alus.epatisade) * kulunut / kesto, hiipuu = 1 - kulunut / kesto;
+  era.vari(1 * hiipuu, 0.9f * hiipuu, 0.6f * hiipuu, 1);
+  for (int k = 0; k < 32; ++k) {
+    const double a = k * 2 * M_PI / 32;
+    nelio(kasvot, p.x + float(std::cos(a)) * sade, p.y + float(std::sin(a)) * sade, kentanZ, 1.2f);
+  }
+}
+
+// Effects of the ship itself (the ship model draws the shield and the boost's flame).
+static void piirraErikoisTila(const Player& p, const Kasvot& kasvot) {
+  switch (p.alus.easelaji) {
+    case 10:
+      if (p.easeviive > 0) piirraPulssi(p, kasvot);
+      break;
+    case 19:
+      if (p.easeviive > 0 && p.ampumispuoli >= 2) piirraTera(p);
+      break;
+    default:
+      break;
+  }
+}
+
+void Player::piirraePadit() {
+  const int laji = alus.easelaji;
+  aloitaHiukkaset(alus.epatitexture != 0 ? alus.epatitexture : texture[18], GL_ONE);
+  const Kasvot kasvot = kameranKasvot();
+  const int maara = epati ? kaytettavatPaikat(alus.maxepadit, maksimiepadit) : 0;
+  for (int i = 0; i < maara; ++i)
+    if (epati[i].aika > 0) piirraErikoinen(laji, epati[i], alus, kasvot);
+  era.piirra();
+  glBindTexture(GL_TEXTURE_2D, texture[18]);  // the ship's own effects glow
+  piirraErikoisTila(*this, kasvot);
   era.piirra();
   lopetaHiukkaset();
 }
