@@ -1,8 +1,25 @@
-// SCAFFOLD: replaced by the shell work.
+// Start-up, the exit path, the SDL event pump, the keyboard map, the music
+// playlist callback and the frame clock that every loop of the game runs on.
 #include "Main.h"
-#include "Sets.h"
+
+#include <SDL/SDL_net.h>
+#include <glob.h>
+#include <sys/time.h>
+
+#include <algorithm>
+#include <cstdio>
 #include <cstdlib>
 #include <cstring>
+
+#include "Alus.h"
+#include "Alustuksia.h"
+#include "Menu.h"
+#include "Player.h"
+#include "Sets.h"
+#include "audio.h"
+#include "glapi.h"
+#include "lippu.h"
+#include "netpeli.h"
 
 int screenwidth = 1024, screenheight = 768, screenbpp = 0;
 bool fullscreen = true;
@@ -37,16 +54,419 @@ char tcpnick[16][16][11];
 Sets sets;
 
 double random(double max) { return rand() * max / 2147483647.0; }
+
+// strncmp stops at a shared end, so two strings that end together match.
 bool compare(const char* a, const char* b, int n) { return strncmp(a, b, n) == 0; }
-int vortaMain(int, char**) { return 0; }
-void processEvents() {}
-void exitProgram(int status) { exit(status); }
-void handleKeydown(SDL_keysym*) {}
-void handleKeyup(SDL_keysym*) {}
-void test(Sound*) {}
-static Uint32 realTicks() { return SDL_GetTicks(); }
-static void realDelay(Uint32 ms) { SDL_Delay(ms); }
+
+namespace {
+
+const char* const startMusic = "musics/StartMusic/start.mp3";
+const int introFps = 150;
+
+// random(n) can return n itself; an index drawn from it must still stay inside.
+int randomIndex(int n) { return std::min(static_cast<int>(random(n)), n - 1); }
+
+// ---------------------------------------------------------------- exit path
+
+void printStatisticsAfterShutdown() {
+  printf("frames drawn: %i, calculated frames:%i\n", drawedframes, calculatedframes);
+  printf("time: %i secs\n", currenttime / 1000);
+  // With no calculated frame yet this prints a non-finite rate, which is fine.
+  printf("drawn fps: %f\n", static_cast<double>(drawedframes) / calculatedframes * calculatefps);
+  printf("calculated fps: %i\n", static_cast<int>(calculatefps));
+  if (results > 0)
+    printf("received %i bytes gamedata in %i packets %i bytes/packet\n", results, packets,
+           packets > 0 ? results / packets : 0);
+}
+
+// The first statistics line comes before the libraries go down, the rest after.
+void reportAndShutDown() {
+  printf("frames drawn: %i\n", framesdrawn);
+  SDLNet_Quit();
+  uninitAudio();
+  SDL_Quit();
+  printStatisticsAfterShutdown();
+}
+
+// ---------------------------------------------------------------- start-up stages
+
+void scanArguments(int argc, char** argv) {
+  for (int i = 1; i < argc; i++)
+    if (strcmp(argv[i], "-d") == 0) dserver = true;
+  printf(dserver ? "dedicated mode=true\n" : "dedicated mode=false\n");
+}
+
+void loadSettings() {
+  sets.loadFile("sets.txt");
+  screenwidth = sets.width;
+  screenheight = sets.height;
+  ai = sets.ai;
+  fullcredits = sets.credits;
+  entterpressed = escpressed = spacepressed = false;
+  ekakerta = 1;
+  musiikkipaalla = sets.musics > 0;
+  efektitpaalla = sets.efects > 0;
+  if (musiikkipaalla || efektitpaalla) working = true;
+  players = sets.playermaara;
+}
+
+void initLibraries() {
+  if (!dserver) SDL_Init(SDL_INIT_VIDEO);
+  if (SDLNet_Init() == -1) {
+    printf("SDLNet_Init: %s\n", SDLNet_GetError());
+    exit(2);
+  }
+}
+
+// Index 0 never blocks a later fitting mode: the first fitting index above 0 wins.
+void listFullScreenModes() {
+  modes = SDL_ListModes(nullptr, SDL_FULLSCREEN | SDL_HWSURFACE);
+  if (modes == nullptr) {
+    printf("No full-screen modes available!\n");
+  } else if (modes == reinterpret_cast<SDL_Rect**>(-1)) {
+    printf("All resolutions available.\n");
+  } else {
+    printf("Available Modes\n");
+    for (int i = 0; modes[i]; i++) {
+      printf("  %d x %d\n", modes[i]->w, modes[i]->h);
+      if (modes[i]->w <= screenwidth && modenumber == 0) modenumber = i;
+    }
+  }
+}
+
+void setWindowIcon() {
+  SDL_Surface* icon = SDL_LoadBMP_RW(SDL_RWFromFile("icon.bmp", "rb"), 1);
+  if (!icon) {
+    printf("Window icon icon.bmp not loaded: %s\n", SDL_GetError());
+    return;
+  }
+  SDL_WM_SetIcon(icon, nullptr);
+  SDL_FreeSurface(icon);
+}
+
+void prepareVideo() {
+  const SDL_VideoInfo* info = SDL_GetVideoInfo();
+  if (!info) {
+    printf("Could not get video info with SDL: %s.\n", SDL_GetError());
+    exitProgram(2);
+  }
+  listFullScreenModes();
+  screenbpp = info->vfmt->BitsPerPixel;
+  printf("Video memory available %i kb, color depth:%i\n", static_cast<int>(info->video_mem), screenbpp);
+  SDL_GL_SetAttribute(SDL_GL_RED_SIZE, 5);
+  SDL_GL_SetAttribute(SDL_GL_GREEN_SIZE, 5);
+  SDL_GL_SetAttribute(SDL_GL_BLUE_SIZE, 5);
+  SDL_GL_SetAttribute(SDL_GL_DEPTH_SIZE, 16);
+  SDL_GL_SetAttribute(SDL_GL_DOUBLEBUFFER, 1);
+  SDL_GL_SetAttribute(SDL_GL_STENCIL_SIZE, 1);
+  SDL_WM_SetCaption("Vorta", nullptr);
+  setWindowIcon();
+}
+
+SDL_Surface* trySetVideoMode(int width, int height, Uint32 extraFlags) {
+  SDL_Surface* surface = SDL_SetVideoMode(width, height, screenbpp, SDL_OPENGL | SDL_RESIZABLE | extraFlags);
+  if (!surface)
+    fprintf(stderr, "Couldn't set %i*%i*%i opengl video mode: %s\n", width, height, screenbpp, SDL_GetError());
+  return surface;
+}
+
+// A full-screen mode that fails falls back to 640 x 480 in a window, and the
+// settings remember that so a later save keeps a mode that works.
+void openWindow() {
+  SDL_Surface* surface;
+  if (sets.fullscreen > 0) {
+    surface = trySetVideoMode(screenwidth, screenheight, SDL_FULLSCREEN);
+    if (!surface) {
+      surface = trySetVideoMode(640, 480, 0);
+      if (!surface) exitProgram(-1);
+      sets.width = screenwidth = 640;
+      sets.height = screenheight = 480;
+      sets.fullscreen = 0;
+    }
+    SDL_ShowCursor(SDL_DISABLE);
+  } else {
+    surface = trySetVideoMode(screenwidth, screenheight, 0);
+    if (!surface) exitProgram(-1);
+  }
+  printf("Initialized in %ix%i resolution\n", surface->w, surface->h);
+}
+
+// Only the millisecond part of the time of day seeds the generator.
+void startClock() {
+  timeval now;
+  gettimeofday(&now, nullptr);
+  srand(static_cast<unsigned>(now.tv_usec / 1000));
+  starttime = static_cast<int>(SDL_GetTicks());
+  oldframecounter = 0;
+  framesdrawn = 0;
+  calculatefps = static_cast<float>(sets.fps);
+}
+
+void failMusicSearch(int code) {
+  fprintf(stderr, "Ei muistia tai jotain muuta hassua tuli (%d)? :(\n", code);
+  exit(255);
+}
+
+void findMusic() {
+  static const char* const patterns[] = {"musics/*.mp3", "musics/*.s3m", "musics/*.ogg",
+                                         "musics/*.xm",  "musics/*.mod", "musics/*.it"};
+  glob_t found{};
+  int code = 0;
+  bool first = true;
+  for (const char* pattern : patterns) {
+    code |= glob(pattern, first ? 0 : GLOB_APPEND, nullptr, &found);
+    first = false;
+  }
+  if (code != 0 && code != GLOB_NOMATCH) failMusicSearch(code);
+  count = static_cast<int>(found.gl_pathc);
+  names = new char*[count];
+  for (int i = 0; i < count; i++) {
+    names[i] = strdup(found.gl_pathv[i]);
+    if (!names[i]) failMusicSearch(0);
+    printf(" %s\r\n", names[i]);
+  }
+  globfree(&found);
+}
+
+// Play, stop and play again: the start music is kicked twice on purpose.
+void startIntroMusic() {
+  backgroundsong = new Sound(startMusic);
+  backgroundsong->setVolume(sets.musicvolume / 100);
+  backgroundsong->setStopCallback(test);
+  backgroundsong->play();
+  backgroundsong->stop();
+  backgroundsong->play();
+}
+
+void runIntro() {
+  calculatefps = introFps;
+  AlotaLippu();
+  calculatefps = static_cast<float>(sets.fps);
+}
+
+// The first song is only loaded here; its volume is the raw settings value
+// (not divided by 100), unlike the intro music and the playlist callback.
+void chooseFirstSong() {
+  printf("Starting musics, Song:");
+  const int i = randomIndex(count);
+  if (count > 0) {
+    printf("%s", names[i]);
+    backgroundsong = new Sound(names[i]);
+    backgroundsong->setStopCallback(test);
+    backgroundsong->setVolume(sets.musicvolume);
+  }
+  printf("\n");
+}
+
+void seatPlayers() {
+  for (int i = 0; i < maxPlayers; i++) {
+    const double r = random(1000);
+    player[i].asetaAlus(alus[1]);
+    player[i].uudestaan(alus[std::min(static_cast<int>(r / 1000 * alustyyppeja), alustyyppeja - 1)]);
+    player[i].numero = i;
+    snprintf(netnick[i], sizeof netnick[i], "player %i", i + 1);
+    for (int j = 0; j < maxPlayers; j++) snprintf(tcpnick[i][j], sizeof tcpnick[i][j], "player %i", j + 1);
+  }
+}
+
+bool musicAllowed() { return musiikkipaalla && !dserver; }
+
+void startUp(int argc, char** argv) {
+  scanArguments(argc, argv);
+  maksimipadit = maksimiepadit = 10000;
+  loadSettings();
+  printf("musics:%i, effects:%i", musiikkipaalla ? 1 : 0, efektitpaalla ? 1 : 0);
+  initLibraries();
+  if (!dserver) prepareVideo();
+  atexit(SDL_Quit);
+  if (!dserver) openWindow();
+  startClock();
+  if (!dserver) {
+    findMusic();
+    initAudio();
+  }
+  alota();
+  if (!dserver) LoadGLFont();
+  alotettu = false;
+  if (musicAllowed()) startIntroMusic();
+  if (!dserver) runIntro();
+  if (musicAllowed()) backgroundsong->stop();
+  alotettu = true;
+  if (!dserver) setupOpengl(screenwidth, screenheight);
+  framecounter = 0;
+  nykymusa = 1;
+  camposx = camposy = 0;
+  camposz = 20;
+  if (musicAllowed()) chooseFirstSong();
+  seatPlayers();
+  entterpressed = escpressed = pistepeli = false;
+}
+
+// ---------------------------------------------------------------- keyboard
+
+// One control input of one local player; a key works only while `players`
+// reaches its count (player 1's keys, and the releases of left Shift and left
+// Ctrl, need no count).
+struct KeyBinding {
+  SDLKey key;
+  int slot;
+  bool Player::*input;
+  int pressNeeds;
+  int releaseNeeds;
+};
+
+const KeyBinding keyMap[] = {
+    {SDLK_UP, 0, &Player::pylos, 0, 0},      {SDLK_DOWN, 0, &Player::palas, 0, 0},
+    {SDLK_LEFT, 0, &Player::pleft, 0, 0},    {SDLK_RIGHT, 0, &Player::pright, 0, 0},
+    {SDLK_RSHIFT, 0, &Player::pfire, 0, 0},  {SDLK_RCTRL, 0, &Player::pease, 0, 0},
+    {SDLK_w, 1, &Player::pylos, 2, 2},       {SDLK_s, 1, &Player::palas, 2, 2},
+    {SDLK_a, 1, &Player::pleft, 2, 2},       {SDLK_d, 1, &Player::pright, 2, 2},
+    {SDLK_LSHIFT, 1, &Player::pfire, 2, 0},  {SDLK_LCTRL, 1, &Player::pease, 2, 0},
+    {SDLK_i, 2, &Player::pylos, 3, 3},       {SDLK_k, 2, &Player::palas, 3, 3},
+    {SDLK_j, 2, &Player::pleft, 3, 3},       {SDLK_l, 2, &Player::pright, 3, 3},
+    {SDLK_b, 2, &Player::pfire, 3, 3},       {SDLK_n, 2, &Player::pease, 3, 3},
+    {SDLK_KP8, 3, &Player::pylos, 4, 4},     {SDLK_KP5, 3, &Player::palas, 4, 4},
+    {SDLK_KP4, 3, &Player::pleft, 4, 4},     {SDLK_KP6, 3, &Player::pright, 4, 4},
+    {SDLK_KP0, 3, &Player::pfire, 4, 4},     {SDLK_KP_PERIOD, 3, &Player::pease, 4, 4},
+};
+
+void applyKey(SDLKey key, bool pressed) {
+  if (key == SDLK_RCTRL) rctrl = pressed;
+  if (key == SDLK_LCTRL) lctrl = pressed;
+  for (const KeyBinding& b : keyMap) {
+    if (b.key != key) continue;
+    if (players >= (pressed ? b.pressNeeds : b.releaseNeeds)) player[b.slot].*b.input = pressed;
+  }
+}
+
+bool isModifierKey(SDLKey key) {
+  return key == SDLK_RCTRL || key == SDLK_LCTRL || key == SDLK_RSHIFT || key == SDLK_LSHIFT;
+}
+
+// The modifier keys still steer while a line is typed; every other key is text.
+void takeTypedKey(const SDL_keysym* keysym) {
+  if (keysym->sym == SDLK_RETURN) {
+    entterpressed = true;
+  } else if (keysym->sym == SDLK_ESCAPE) {
+    escpressed = true;
+  } else {
+    luettunappi = static_cast<char>(keysym->unicode & 127);
+    luetaan = 2;
+  }
+  modifier = keysym->mod;
+  sdlnappi = keysym->sym;
+  printf("k=%i\n", keysym->sym);
+}
+
+// ---------------------------------------------------------------- frame clock
+
+Uint32 realTicks() { return SDL_GetTicks(); }
+void realDelay(Uint32 ms) { SDL_Delay(ms); }
+
+// Steps 1-3 of a paced pass. A clock behind the last computed frame (the rate
+// changed, as after the intro) restarts the count from the clock instead of
+// drawing without pause until it catches up.
+void waitForDueFrame() {
+  for (;;) {
+    currenttime = static_cast<int>(pacingTicks() - static_cast<Uint32>(starttime));
+    framecounter = static_cast<int>(currenttime * static_cast<double>(calculatefps) / 1000.0);
+    if (framecounter < oldframecounter) oldframecounter = framecounter;
+    if (framecounter != oldframecounter) return;
+    pacingDelay(2);
+  }
+}
+
+void resizeWindow(int width, int height) {
+  screenwidth = width;
+  screenheight = height;
+  // The X11 window only takes the new size through the video mode; an OpenGL
+  // mode of the same flags keeps its context.
+  if (SDL_Surface* surface = SDL_GetVideoSurface())
+    SDL_SetVideoMode(width, height, screenbpp, surface->flags & (SDL_OPENGL | SDL_RESIZABLE | SDL_FULLSCREEN));
+  ReSizeGLScene(width, height);
+}
+
+}  // namespace
+
 Uint32 (*pacingTicks)() = realTicks;
-void (*pacingDelay)(Uint32) = realDelay;
-int paceAndCalculate(CatchUp, int, void (*)(int)) { return 0; }
-void waitNextFrame() {}
+void (*pacingDelay)(Uint32 ms) = realDelay;
+
+int paceAndCalculate(CatchUp policy, int limit, void (*step)(int)) {
+  waitForDueFrame();
+  if (policy != CatchUp::Unlimited && oldframecounter < framecounter - limit)
+    oldframecounter = (policy == CatchUp::DropBacklog) ? framecounter : framecounter - 1;
+  int computed = 0;
+  for (skipframes = framecounter - oldframecounter; skipframes > 0; skipframes--) {
+    step(++oldframecounter);
+    calculatedframes++;
+    computed++;
+  }
+  return computed;
+}
+
+void waitNextFrame() {
+  waitForDueFrame();
+  oldframecounter = framecounter;
+}
+
+void handleKeydown(SDL_keysym* keysym) {
+  if (luetaan > 0 && !isModifierKey(keysym->sym)) {
+    takeTypedKey(keysym);
+    return;
+  }
+  switch (keysym->sym) {
+    case SDLK_SPACE: spacepressed = true; break;
+    case SDLK_RETURN: entterpressed = true; break;
+    case SDLK_ESCAPE: escpressed = true; break;
+    default: applyKey(keysym->sym, true); break;
+  }
+}
+
+void handleKeyup(SDL_keysym* keysym) { applyKey(keysym->sym, false); }
+
+void processEvents() {
+  SDL_Event event;
+  while (SDL_PollEvent(&event)) {
+    switch (event.type) {
+      case SDL_KEYDOWN: handleKeydown(&event.key.keysym); break;
+      case SDL_KEYUP: handleKeyup(&event.key.keysym); break;
+      case SDL_VIDEORESIZE: resizeWindow(event.resize.w, event.resize.h); break;
+      case SDL_ACTIVEEVENT:
+        if (event.active.state & SDL_APPACTIVE) active = event.active.gain != 0;
+        break;
+      case SDL_QUIT: exitProgram(0); break;
+      default: break;
+    }
+  }
+}
+
+void exitProgram(int status) {
+  reportAndShutDown();
+  exit(status);
+}
+
+// The playlist: when the watched music ends, load and play the next one.
+void test(Sound*) {
+  if (!alotettu) {
+    backgroundsong = new Sound("musics\\StartMusic\\start.mp3");
+  } else {
+    const int i = randomIndex(count);
+    if (count < 1 || !musiikkipaalla) return;
+    backgroundsong = new Sound(names[i]);
+  }
+  backgroundsong->play();
+  backgroundsong->setStopCallback(test);
+  backgroundsong->setVolume(sets.musicvolume / 100);
+}
+
+int vortaMain(int argc, char** argv) {
+  startUp(argc, argv);
+  if (dserver) {
+    // Dedicated mode only initialises: no server loop runs.
+    SDLNet_Quit();
+    return 0;
+  }
+  mainmenu();
+  reportAndShutDown();
+  return 0;
+}

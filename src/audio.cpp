@@ -1,20 +1,255 @@
-// SCAFFOLD: replaced by the shell work.
 #include "audio.h"
+
+#include <SDL/SDL.h>
+#include <strings.h>
+
+#include <algorithm>
+#include <cstdio>
+#include <cstring>
+
 soundlist* allsounds = nullptr;
 bool working = false;
-Sound::Sound(const char*) {}
-Sound::Sound(const char*, int) {}
-Sound::Sound(const char*, bool) {}
-Sound::Sound(const char*, int, bool) {}
-Sound::Sound(Sound*) {}
-Sound::~Sound() {}
-void Sound::load(const char*, int, bool) {}
-void Sound::play() {}
-void Sound::stop() {}
-void Sound::setVolume(float) {}
-void Sound::setStopCallback(SoundCallback) {}
-void Sound::setFinished() {}
-bool Sound::isFinished() { return false; }
-void initAudio() {}
-void uninitAudio() {}
-void updateAudio() {}
+
+namespace {
+
+const int mixerRate = 44100;
+const int mixerChannels = 64;
+const int outputChannels = 2;
+const int mixBufferBytes = 1024;
+
+// The Sound whose music the mixer is playing: the end-of-music hook marks it.
+// Written on the main thread under the audio lock, read by the hook, which the
+// mixer runs with that lock held.
+Sound* playingMusic = nullptr;
+
+// Mixer thread: touch nothing but the finished flag.
+void musicEnded() {
+  if (playingMusic) playingMusic->setFinished();
+}
+
+class AudioLock {
+public:
+  AudioLock() { SDL_LockAudio(); }
+  ~AudioLock() { SDL_UnlockAudio(); }
+  AudioLock(const AudioLock&) = delete;
+  AudioLock& operator=(const AudioLock&) = delete;
+};
+
+// Volumes are factors, 1.0 being full; the mixer counts 0..MIX_MAX_VOLUME.
+int mixerVolume(float factor) {
+  return std::clamp(static_cast<int>(factor * MIX_MAX_VOLUME), 0, MIX_MAX_VOLUME);
+}
+
+bool isMusicType(int type) { return type == 1 || type == 2; }
+
+int typeByEnding(const char* file) {
+  static const struct {
+    const char* ending;
+    int type;
+  } endings[] = {{"mp3", 2}, {"mp2", 2}, {"ogg", 2}, {"wav", 3}, {"raw", 3}, {"s3m", 1},
+                 {"xm", 1},  {"it", 1},  {"mid", 1}, {"rmi", 1}, {"sgr", 1}, {"mod", 1}};
+  const char* dot = strrchr(file, '.');
+  if (!dot) return 0;
+  for (const auto& e : endings)
+    if (strcasecmp(dot + 1, e.ending) == 0) return e.type;
+  return 0;
+}
+
+bool mixerOpen() {
+  int rate, channels;
+  Uint16 format;
+  return Mix_QuerySpec(&rate, &format, &channels) != 0;
+}
+
+Mix_Music* music(const Sound* s) { return s->type == 1 ? s->module : s->stream; }
+
+bool sameData(const Sound* a, const Sound* b) {
+  if (a->type != b->type) return false;
+  return a->type == 3 ? a->sample == b->sample : music(a) == music(b);
+}
+
+bool sharedByAnother(const Sound* s) {
+  for (soundlist* node = allsounds; node; node = node->next)
+    if (node->sound != s && sameData(node->sound, s)) return true;
+  return false;
+}
+
+void addToList(Sound* s) { allsounds = new soundlist{s, allsounds}; }
+
+void removeFromList(const Sound* s) {
+  for (soundlist** link = &allsounds; *link; link = &(*link)->next) {
+    if ((*link)->sound == s) {
+      soundlist* gone = *link;
+      *link = gone->next;
+      delete gone;
+      return;
+    }
+  }
+}
+
+// A sample's channel may since have been taken by another sound.
+bool channelStillPlays(const Sound* s) {
+  return s->channel >= 0 && Mix_Playing(s->channel) && Mix_GetChunk(s->channel) == s->sample;
+}
+
+bool isPlayingMusic(const Sound* s) {
+  AudioLock lock;
+  return playingMusic == s;
+}
+
+void startMusic(Sound& s) {
+  AudioLock lock;
+  // Claimed before starting, under the lock, so that the end of the previous
+  // song cannot be taken for the end of this one.
+  playingMusic = &s;
+  if (Mix_PlayMusic(music(&s), s.loops ? -1 : 1) != 0) {
+    printf("Could not play music: %s\n", Mix_GetError());
+    playingMusic = nullptr;
+  }
+  Mix_VolumeMusic(mixerVolume(s.volume));
+}
+
+void startSample(Sound& s) {
+  s.channel = Mix_PlayChannel(-1, s.sample, s.loops ? -1 : 0);
+  if (s.channel >= 0) Mix_Volume(s.channel, mixerVolume(s.volume));
+}
+
+void reportLoadFailure(const char* file) { printf("Could not load sound \"%s\": %s\n", file, Mix_GetError()); }
+
+}  // namespace
+
+Sound::Sound(const char* file) : Sound(file, 0, false) {}
+Sound::Sound(const char* file, int type) : Sound(file, type, false) {}
+Sound::Sound(const char* file, bool loops) : Sound(file, 0, loops) {}
+Sound::Sound(const char* file, int type, bool loops) { load(file, type, loops); }
+
+Sound::Sound(Sound* other) : Sound(*other) { addToList(this); }
+
+Sound::~Sound() {
+  removeFromList(this);
+  if (working) {
+    AudioLock lock;
+    if (playingMusic == this) playingMusic = nullptr;
+  }
+  if (sharedByAnother(this)) return;
+  if (sample) Mix_FreeChunk(sample);
+  // Music can only be released while the mixer that decodes it is open.
+  if (working && music(this)) Mix_FreeMusic(music(this));
+}
+
+void Sound::load(const char* file, int type, bool loops) {
+  this->type = type != 0 ? type : typeByEnding(file);
+  this->loops = loops;
+  module = stream = nullptr;
+  sample = nullptr;
+  channel = -1;
+  finished = running = false;
+  if (working) {
+    if (!mixerOpen()) {
+      printf("Could not load sound \"%s\": the mixer is not open\n", file);
+    } else if (this->type == 0) {
+      printf("Could not load sound \"%s\": unknown file type\n", file);
+    } else if (this->type == 3) {
+      sample = Mix_LoadWAV(file);
+      if (!sample) reportLoadFailure(file);
+    } else {
+      Mix_Music*& slot = this->type == 1 ? module : stream;
+      slot = Mix_LoadMUS(file);
+      if (!slot) reportLoadFailure(file);
+      if (this->type == 1) this->loops = false;
+    }
+  }
+  stopcallback = nullptr;
+  addToList(this);
+  volume = 1.0f;
+}
+
+// The numbered progress lines on standard output are part of the game's trace.
+void Sound::play() {
+  printf("1\n");
+  running = true;
+  printf("2\n");
+  finished = false;
+  printf("3\n");
+  const bool live = working && (sample || music(this));
+  printf("4\n");
+  if (live && isMusicType(type)) startMusic(*this);
+  printf("5\n");
+  if (live && type == 3) startSample(*this);
+  printf("6\n");
+  // Effects are never watched by updateAudio.
+  if (working && type == 3 && !loops) running = false;
+  printf("7\n");
+  printf("8\n");
+}
+
+void Sound::stop() {
+  if (!working) return;
+  if (isMusicType(type)) {
+    AudioLock lock;
+    // Stopping the watched music counts as its end, so the playlist moves on.
+    if (playingMusic == this) {
+      Mix_HaltMusic();
+      playingMusic = nullptr;
+      finished = true;
+    }
+  } else if (type == 3 && channelStillPlays(this)) {
+    Mix_HaltChannel(channel);
+  }
+}
+
+void Sound::setVolume(float v) {
+  if (working) {
+    if (isMusicType(type)) {
+      if (isPlayingMusic(this)) Mix_VolumeMusic(mixerVolume(v));
+    } else if (type == 3 && channelStillPlays(this)) {
+      Mix_Volume(channel, mixerVolume(v));
+    }
+  }
+  volume = v;
+}
+
+void Sound::setStopCallback(SoundCallback f) { stopcallback = f; }
+
+void Sound::setFinished() { finished = true; }
+
+bool Sound::isFinished() {
+  if (!working || !isMusicType(type)) return false;
+  AudioLock lock;
+  return finished;
+}
+
+void initAudio() {
+  working = SDL_InitSubSystem(SDL_INIT_AUDIO) == 0 &&
+            Mix_OpenAudio(mixerRate, MIX_DEFAULT_FORMAT, outputChannels, mixBufferBytes) == 0;
+  if (!working) {
+    printf("Audio system not initialized\r\n");
+    return;
+  }
+  Mix_AllocateChannels(mixerChannels);
+  Mix_HookMusicFinished(musicEnded);
+}
+
+void uninitAudio() {
+  if (!working) return;
+  Mix_HookMusicFinished(nullptr);
+  Mix_HaltMusic();
+  playingMusic = nullptr;
+  Mix_CloseAudio();
+  SDL_QuitSubSystem(SDL_INIT_AUDIO);
+  working = false;
+}
+
+// Stop callbacks run here, on the main thread; a callback may add sounds
+// (they go to the front of the list, past this walk).
+void updateAudio() {
+  for (soundlist* node = allsounds; node;) {
+    soundlist* next = node->next;
+    Sound* s = node->sound;
+    if (s->running && s->isFinished()) {
+      s->running = false;
+      if (s->stopcallback) s->stopcallback(s);
+    }
+    node = next;
+  }
+}

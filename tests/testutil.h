@@ -1,2 +1,115 @@
-// Helpers shared by the tests.
+// Helpers shared by the tests: temporary folders, files, child processes,
+// an OpenGL window for render tests and generated sound files.
 #pragma once
+
+#include <sys/types.h>
+
+#include <string>
+#include <vector>
+
+namespace testutil {
+
+// A fresh folder under /tmp, removed with everything in it at scope exit.
+class TempDir {
+public:
+  TempDir();
+  ~TempDir();
+  TempDir(const TempDir&) = delete;
+  TempDir& operator=(const TempDir&) = delete;
+  const std::string& path() const { return path_; }
+  std::string file(const std::string& name) const { return path_ + "/" + name; }
+
+private:
+  std::string path_;
+};
+
+// Makes `dir` the working directory until scope exit.
+class ScopedChdir {
+public:
+  explicit ScopedChdir(const std::string& dir);
+  ~ScopedChdir();
+  ScopedChdir(const ScopedChdir&) = delete;
+  ScopedChdir& operator=(const ScopedChdir&) = delete;
+
+private:
+  std::string previous_;
+};
+
+// A temporary folder that is also the working directory (for code that
+// reads and writes relative paths such as "sets.txt").
+class TempWorkDir {
+public:
+  TempWorkDir() : chdir_(dir_.path()) {}
+  const std::string& path() const { return dir_.path(); }
+  std::string file(const std::string& name) const { return dir_.file(name); }
+
+private:
+  TempDir dir_;
+  ScopedChdir chdir_;
+};
+
+void writeFile(const std::string& path, const std::string& content);
+std::string readFile(const std::string& path);
+
+// Fills `dir` with the game's data folder: large files and folders as
+// symbolic links, small files (settings, host list) as copies the game may overwrite.
+void mirrorDataFolder(const std::string& from, const std::string& dir);
+
+// A program started in the background; its standard output and error go to one file.
+class ChildProcess {
+public:
+  struct Options {
+    std::string workdir = ".";
+    std::vector<std::string> setEnv;    // "NAME=value"
+    std::vector<std::string> unsetEnv;  // names
+  };
+  ChildProcess(const std::vector<std::string>& argv, const Options& options);
+  ~ChildProcess();  // kills the child if it is still running
+  ChildProcess(const ChildProcess&) = delete;
+  ChildProcess& operator=(const ChildProcess&) = delete;
+
+  // Waits up to timeoutMs; true when the child has exited.
+  bool waitExit(int timeoutMs);
+  bool running();
+  // Exit status (0-255) after a normal exit, -1 if killed by a signal or still running.
+  int exitStatus() const { return exitStatus_; }
+  std::string output() const;
+
+private:
+  pid_t pid_ = -1;
+  int exitStatus_ = -1;
+  bool exited_ = false;
+  TempDir logDir_;
+};
+
+struct RunResult {
+  bool exited;
+  int status;
+  std::string output;
+};
+// Runs a program to its end or for at most timeoutMs (then kills it).
+RunResult runProgram(const std::vector<std::string>& argv, const ChildProcess::Options& options, int timeoutMs);
+
+// "LSAN_OPTIONS=..." with the project's suppressions, for sanitized child programs.
+std::string leakCheckEnvironment();
+
+// Runs a shell command line, returning its exit status; output is discarded.
+int shell(const std::string& command);
+
+// An SDL OpenGL window for tests that draw; closes the video subsystem at scope exit.
+class GLWindow {
+public:
+  GLWindow(int width = 640, int height = 480);
+  ~GLWindow();
+  GLWindow(const GLWindow&) = delete;
+  GLWindow& operator=(const GLWindow&) = delete;
+  bool ok() const { return ok_; }
+
+private:
+  bool ok_ = false;
+};
+
+// Writes a 16-bit mono PCM WAV file with a sine tone.
+void writeToneWav(const std::string& path, double seconds, double frequency = 440.0, int rate = 22050);
+
+}  // namespace testutil
