@@ -1,5 +1,5 @@
-// SCAFFOLD: replaced by the simulation work.
 #include "netpeli.h"
+
 int results = 0;
 int packets = 0;
 limajuttu netlima;

@@ -1,5 +1,30 @@
-// SCAFFOLD: replaced by the simulation and rendering work.
 #include "scene.h"
+
+#include <GL/gl.h>
+#include <SDL/SDL.h>
+
+#include <algorithm>
+#include <cmath>
+#include <iterator>
+
+#include "Main.h"
+#include "Menu.h"
+#include "Sets.h"
+#include "audio.h"
+#include "ctf.h"
+#include "domination.h"
+#include "net.h"
+#include "sieni.h"
+
+#include <GL/glu.h>
+#include <cstdint>
+#include <cstdio>
+#include <cstring>
+
+#include "Teksti.h"
+#include "glapi.h"
+#include "peliloppu.h"
+
 Sirpale sirpale[maxSirpaleita];
 Star star[tahtia];
 Pati asteroidi[asteroideja];
@@ -13,22 +38,1362 @@ bool asteroidiuudestaan[asteroideja];
 bool asteroidirajahtaa;
 float arajahdys[2];
 pikkumiessiirto siirrot[10];
-void alustaTahdet() {}
-void alustaAsteroidit() {}
-void calculateFrame(int) {}
-void laskeAsteroidit() {}
-void laskePikkumiehet() {}
-void drawFrame(int) {}
+
+namespace {
+
+// The simulation turns degrees into radians with the single-precision pi;
+// the camera uses 3.14 on purpose (its angles were tuned with it).
+const double piF = 3.1415927f;
+const double kameranPii = 3.14;
+
+const float planeetanSade = 8.0f;
+const short kuolemanAlku = 350;
+const short uudestaanHetki = 200;  // the respawn decision is taken at this timer value
+const float asteroidinVaistokulma = 0.5235987901687622f;
+
+bool isanta() { return hostpeli; }
+bool asiakas() { return joinpeli; }
+bool paikallinen() { return !hostpeli && !joinpeli; }
+
+int kaytossaSirpaleita() { return std::clamp(sirpaleita, 0, maxSirpaleita); }
+
+// Number of slots a `maxpadit`-style limit uses: the game's loops run while
+// the index is below the double, so a fraction counts as one more slot.
+int kaytettavatPaikat(double raja, int koko) {
+  if (!(raja > 0)) return 0;
+  return std::min(koko, static_cast<int>(std::ceil(raja)));
+}
+
+void soita(Sound* s) {
+  if (efektitpaalla && s) s->play();
+}
+
+void lopetaLaser(Player& p) {
+  if (efektitpaalla && p.laseraani && p.ampumisaani) p.ampumisaani->stop();
+  p.laseraani = false;
+}
+
+void rajahdysaani(Player& p) {
+  lopetaLaser(p);
+  soita(alus[2].eampumisaani);
+}
+
+// Fills up to `maara` free world shards (aika < 1) from index 0 with `alusta`.
+template <class Alustus>
+void laitaSirpaleet(int maara, Alustus alusta) {
+  const int n = kaytossaSirpaleita();
+  for (int s = 0; s < n && maara > 0; ++s) {
+    if (sirpale[s].aika >= 1) continue;
+    alusta(sirpale[s]);
+    --maara;
+  }
+}
+
+void aluksenSirpaleet(float x, float y) {
+  laitaSirpaleet(sets.detail * 100 + 200, [x, y](Sirpale& s) {
+    s.x = x;
+    s.y = y;
+    s.z = 0;
+    do {
+      s.xv = random(1500) / 1000 - 0.75;
+      s.yv = random(1500) / 1000 - 0.75;
+      s.zv = random(1500) / 1000 - 0.75;
+    } while (std::sqrt(s.xv * s.xv + s.yv * s.yv + s.zv * s.zv) > 0.6399999856948853);
+    s.maxaika = 400;
+    s.aika = static_cast<int>(random(200) + 200);
+    s.muoto = 0;
+    s.koko = random(200) / 100 + 0.6000000238418579;
+    s.red = random(50) / 100 + 0.5;
+    s.green = random(100) / 100;
+    s.blue = random(100) / 100;
+  });
+}
+
+void asteroidinSirpaleet(float x, float y) {
+  laitaSirpaleet(sets.detail * 15 + 35, [x, y](Sirpale& s) {
+    s.x = x;
+    s.y = y;
+    s.z = 0;
+    // The middle term is yv + yv, not yv squared: the cloud leans towards
+    // negative y, which is how asteroid explosions are meant to look.
+    do {
+      s.xv = random(200) / 500 - 0.2;
+      s.yv = random(200) / 500 - 0.2;
+      s.zv = random(200) / 500 - 0.2;
+    } while (s.xv * s.xv + (s.yv + s.yv) + s.zv * s.zv > 0.09000000357627869);
+    s.maxaika = 250;
+    s.aika = static_cast<int>(random(200) + 50);
+    s.muoto = 0;
+    s.koko = random(30) / 100 + 0.2;
+    s.red = random(20) / 100 + 0.5;
+    s.green = random(20) / 100 + 0.5;
+    s.blue = random(15) / 100 + 0.35;
+  });
+}
+
+// --- Asteroids -------------------------------------------------------------
+
+void arvoAsteroidinOminaisuudet(Pati& a) {
+  a.koko = random(50) / 100 + 0.8;
+  a.alku = random(10000) / 10;
+  a.r = random(300) / 100 - 1.5;
+  a.g = random(300) / 100 - 1.5;
+  a.b = random(300) / 100 - 1.5;
+  a.energia = 10;
+}
+
+// An asteroid never flies straight away from the centre: its heading must
+// differ from its bearing by 30 degrees. The difference is deliberately not
+// wrapped, so headings near +-180 degrees count as far apart.
+void arvoAsteroidinVauhti(Pati& a) {
+  a.xv = a.x;
+  a.yv = a.y;
+  while (std::fabs(std::atan2(a.yv, a.xv) - std::atan2(a.y, a.x)) < asteroidinVaistokulma) {
+    a.xv = random(1000) / 2000 - 0.25;
+    a.yv = random(1000) / 2000 - 0.25;
+  }
+}
+
+void luoAsteroidiReunalle(Pati& a) {
+  arvoAsteroidinOminaisuudet(a);
+  a.x = 159;
+  a.y = 159;
+  while (std::fabs(a.x) < 160 && std::fabs(a.y) < 160) {
+    a.x = random(384) - 192;
+    a.y = random(384) - 192;
+  }
+  arvoAsteroidinVauhti(a);
+}
+
+bool planeetanKestava(const Alus& a) { return a.aselaji == 6 || a.aselaji == 18 || a.numero == 22; }
+
+// Elastic push along the line between the two centres.
+void tyonna(float& xv1, float& yv1, double m1, float& xv2, float& yv2, double m2, double kulma,
+            bool toinenKimpoaa) {
+  const double dvx = xv2 - xv1, dvy = yv2 - yv1;
+  const double impulssi = 2 * (1 / (1 / m1 + 1 / m2)) * std::sqrt(dvx * dvx + dvy * dvy);
+  if (toinenKimpoaa) {
+    xv2 += impulssi / m2 * std::cos(kulma);
+    yv2 += impulssi / m2 * std::sin(kulma);
+  }
+  xv1 -= impulssi / m1 * std::cos(kulma);
+  yv1 -= impulssi / m1 * std::sin(kulma);
+}
+
+float kosketusraja(double summa) { return summa * 0.25 * piF; }
+
+void asteroidiJaAsteroidi(Pati& a, Pati& b) {
+  const float dx = b.x - (a.x + a.xv), dy = b.y - (a.y + a.yv);
+  const float raja = kosketusraja(a.koko + b.koko);
+  if (dx * dx + dy * dy >= raja * raja) return;
+  tyonna(a.xv, a.yv, a.koko, b.xv, b.yv, b.koko, std::atan2(dy, dx), true);
+}
+
+void asteroidiJaAlus(Pati& a, Player& p) {
+  const float dx = p.x - (a.x + a.xv), dy = p.y - (a.y + a.yv);
+  const float raja = kosketusraja(a.koko + p.alus.sade);
+  if (dx * dx + dy * dy >= raja * raja) return;
+  const bool kestava = planeetanKestava(p.alus);
+  if (kestava) {
+    p.x -= (a.x - p.x) * 0.4f;
+    p.y -= (a.y - p.y) * 0.4f;
+  }
+  tyonna(a.xv, a.yv, a.koko * 100.0, p.xvauhti, p.yvauhti, p.alus.paino, std::atan2(dy, dx), !kestava);
+  if (asiakas()) return;
+  if (p.alus.easelaji == 14) {
+    a.energia -= p.fuel * p.alus.edamage / p.alus.fuel;
+    p.fuel = 0;
+  } else if (p.alus.easelaji == 15) {
+    a.energia -= p.alus.edamage;
+  }
+}
+
+// Live shots of one array that reach the asteroid's next position hurt it and are spent.
+void asteroidiJaPadit(Pati& a, Pati* padit, int maara, double sade, double vahinko) {
+  if (!padit || asiakas()) return;
+  const float ax = a.x + a.xv, ay = a.y + a.yv;
+  const float raja = kosketusraja(a.koko + sade);
+  for (int k = 0; k < maara; ++k) {
+    Pati& s = padit[k];
+    if (s.aika <= 0) continue;
+    const float dx = s.x - ax, dy = s.y - ay;
+    if (dx * dx + dy * dy >= raja * raja) continue;
+    a.energia -= vahinko;
+    s.aika = 0;
+  }
+}
+
+void asteroidinPlaneetta(Pati& a, float r2) {
+  if (r2 > 0) {
+    a.xv -= (a.x / r2) * 0.1f;
+    a.yv -= (a.y / r2) * 0.1f;
+  }
+  if (a.xv * a.xv + a.yv * a.yv > 0.7f * 0.7f) {
+    a.xv /= 1.01f;
+    a.yv /= 1.01f;
+  }
+  a.x += a.xv;
+  a.y += a.yv;
+}
+
+void laskeAsteroidi(int i) {
+  Pati& a = asteroidi[i];
+  const float r2 = a.x * a.x + a.y * a.y;
+  if (r2 < 81 && !asiakas()) a.energia = 0;
+  for (int j = i + 1; j < asteroideja; ++j) asteroidiJaAsteroidi(a, asteroidi[j]);
+  for (int p = 0; p < pelaajia(); ++p) {
+    if (!pelissa(p)) continue;
+    Player& pl = player[p];
+    asteroidiJaAlus(a, pl);
+    asteroidiJaPadit(a, pl.pati, kaytettavatPaikat(pl.alus.maxpadit, maksimipadit), pl.alus.patisade,
+                     pl.alus.damage);
+    if (pl.alus.numero != 9)
+      asteroidiJaPadit(a, pl.epati, kaytettavatPaikat(pl.alus.maxepadit, maksimiepadit), pl.alus.epatisade,
+                       pl.alus.edamage);
+  }
+  asteroidinPlaneetta(a, r2);
+  if (a.energia > 0 || asiakas()) return;
+  asteroidinSirpaleet(a.x, a.y);
+  asteroidiuudestaan[i] = true;
+  asteroidirajahtaa = true;
+  arajahdys[0] = a.x;
+  arajahdys[1] = a.y;
+  luoAsteroidiReunalle(a);
+}
+
+// --- Stars -------------------------------------------------------------------
+
+struct Tahtiluokka {
+  float osuus;  // cumulative share of the sky
+  float r, g, b;
+};
+
+// Rough shares of the naked-eye sky by spectral class, brightest-looking first.
+const Tahtiluokka tahtiluokat[] = {
+    {0.03f, 0.61f, 0.69f, 1.00f},  // O and B: blue
+    {0.15f, 0.79f, 0.84f, 1.00f},  // A: blue-white
+    {0.35f, 0.97f, 0.97f, 1.00f},  // F: white
+    {0.60f, 1.00f, 0.96f, 0.86f},  // G: yellow-white
+    {0.85f, 1.00f, 0.82f, 0.63f},  // K: orange
+    {1.00f, 1.00f, 0.70f, 0.54f},  // M: red-orange
+};
+
+void varitaTahti(Star& s) {
+  const float arpa = random(1.0);
+  const Tahtiluokka* luokka = &tahtiluokat[0];
+  while (arpa > luokka->osuus && luokka + 1 != std::end(tahtiluokat)) ++luokka;
+  const float kirkkaus = random(0.5) + 0.5;  // faint stars look greyer, not another hue
+  s.r = luokka->r * kirkkaus;
+  s.g = luokka->g * kirkkaus;
+  s.b = luokka->b * kirkkaus;
+}
+
+// --- The world step's stages -------------------------------------------------
+
+void asetaValo() {
+  // Without a video surface there is no GL context (tests, benchmarks,
+  // dedicated mode), and GL calls without one are undefined.
+  if (!SDL_GetVideoSurface()) return;
+  const GLfloat diffuse[] = {0.8f, 0.8f, 0.8f, 0.8f};
+  glLightfv(GL_LIGHT0, GL_DIFFUSE, diffuse);
+}
+
+void laskeKameranKeskipiste() {
+  float maxx = -160, maxy = -120, minx = 160, miny = 120;
+  for (int i = 0; i < pelaajia(); ++i) {
+    if (!pelissa(i)) continue;
+    maxx = std::max(maxx, player[i].x);
+    minx = std::min(minx, player[i].x);
+    maxy = std::max(maxy, player[i].y);
+    miny = std::min(miny, player[i].y);
+  }
+  camposx = (camposx * 19 + ((maxx + minx) * 0.5) / 1.2000000476837158) / 20;
+  camposy = (camposy * 19 + ((maxy + miny) * 0.5) / 1.2000000476837158) / 20;
+}
+
+void laskeKameranEtaisyys() {
+  float dx = 0, dy = 0;
+  for (int i = 0; i < pelaajia(); ++i) {
+    if (!pelissa(i)) continue;
+    for (int j = i + 1; j < pelaajia(); ++j) {
+      if (!pelissa(j)) continue;
+      dx = std::max(dx, std::fabs(player[i].x - player[j].x));
+      dy = std::max(dy, std::fabs(player[i].y - player[j].y));
+    }
+  }
+  const double k = sets.cammode == 0 ? 64 : 48;
+  // The comparison scales dy by the screen shape, the result deliberately does not.
+  const double d = std::fabs(dx) > std::fabs(dy * k * 0.015625) ? std::fabs(dx) : std::fabs(dy);
+  camposz = (d * 1.3333333730697632 + camposz * 19) / 20;
+}
+
+double asteina(double radiaanit) { return radiaanit * 180 / kameranPii; }
+
+void laskeKameranKulmat() {
+  if (sets.cammode != 0) {
+    alfa = beta = alfa2 = beta2 = 0;
+    return;
+  }
+  const float X = 0.75f * camposx, Y = 0.75f * camposy;
+  const double R = std::sqrt(X * X + Y * Y);
+  const double Z = camposz + 35;
+  const double suunta = asteina(std::atan2(Y, X));
+  const double kallistus = asteina(std::atan2(R, Z));
+  alfa = suunta;
+  alfa2 = (alfa2 * 250 + suunta * R / 50) / (R / 50 + 250);
+  beta2 = -kallistus;
+  beta = (beta * 19 - kallistus) / 20;
+}
+
+void tietokonePilotit() {
+  if (asiakas()) return;
+  for (int i = 0; i < pelaajia(); ++i)
+    if (pelissa(i) && !player[i].ihmispelaaja) player[i].ailiiku();
+}
+
+void liikuta() {
+  for (int i = 0; i < pelaajia(); ++i) {
+    Player& p = player[i];
+    if (!pelissa(i) || p.kuolema >= 1) continue;
+    p.liiku();
+    p.laskeKaasujaljet();
+    p.liikutaPadit();
+    p.liikutaePadit();
+    if (!asiakas()) p.tarkistaHajosikoPadit();
+  }
+}
+
+void alkusirpaleet() {
+  for (int i = 0; i < pelaajia(); ++i)
+    if (pelissa(i) && player[i].kuolema >= 1 && player[i].kuolema < uudestaanHetki) player[i].laskeAlkuSirpaleet();
+}
+
+void planeetta(Player& p) {
+  const double a = std::atan2(p.y, p.x);
+  const double b = std::atan2(p.yvauhti, p.xvauhti);
+  double v = std::sqrt(p.xvauhti * p.xvauhti + p.yvauhti * p.yvauhti);
+  const double d = std::sqrt(p.x * p.x + p.y * p.y);
+  const bool kestava = planeetanKestava(p.alus);
+  if (!kestava && d > 0) {
+    const double veto = 0.0004 * (50000 / p.alus.paino) / std::pow(d, 2.3);
+    p.xvauhti -= p.x * veto;
+    p.yvauhti -= p.y * veto;
+  }
+  if (d >= p.alus.sade + planeetanSade) return;
+  p.energia -= 5;
+  if (kestava) {
+    p.x += 2 * p.x * p.alus.nopeus;
+    p.y += 2 * p.y * p.alus.nopeus;
+    return;
+  }
+  v = std::max(v, 0.1);
+  const double suunta = 2 * a - b - piF;  // mirror bounce off the surface
+  p.xvauhti = v * std::cos(suunta);
+  p.yvauhti = v * std::sin(suunta);
+  const float nx = p.x + p.xvauhti, ny = p.y + p.yvauhti;
+  if (nx * nx + ny * ny < 25) {
+    p.xvauhti = -p.xvauhti;
+    p.yvauhti = -p.yvauhti;
+  }
+}
+
+void planeetat() {
+  if (asiakas()) return;
+  for (int i = 0; i < pelaajia(); ++i)
+    if (pelissa(i)) planeetta(player[i]);
+}
+
+// Draws a ship number in 0..23; random(24) can return 24 itself.
+int arvoAlusnumero() {
+  int n;
+  do n = static_cast<int>(random(alustyyppeja));
+  while (n >= alustyyppeja);
+  return n;
+}
+
+double halvinAlus() {
+  double halvin = alus[0].pistemaara;
+  for (const Alus& a : alus) halvin = std::min(halvin, a.pistemaara);
+  return halvin;
+}
+
+// Buys a random affordable ship. A player who cannot afford even the
+// cheapest ship is out; drawing on would never end.
+void ostaSatunnainenAlus(Player& p) {
+  if (p.pisteet < halvinAlus()) {
+    p.pisteet = -1.0f;
+    return;
+  }
+  int n;
+  do n = arvoAlusnumero();
+  while (p.pisteet < alus[n].pistemaara);
+  p.uudestaan(alus[n]);
+  p.pisteet -= alus[n].pistemaara;
+}
+
+void pistepelinAlku() {
+  if (pistepeli && ekapisteframe) {
+    for (int i = 0; i < pelaajia(); ++i) {
+      if (saavalita)
+        valitseAlus(i);
+      else
+        ostaSatunnainenAlus(player[i]);
+    }
+  }
+  ekapisteframe = false;
+}
+
+void kuolemaAjastimet() {
+  if (asiakas()) return;
+  for (int i = 0; i < pelaajia(); ++i) {
+    Player& p = player[i];
+    if (!pelissa(i) || p.kuolema <= 0) continue;
+    // The host holds the timer here until its network loop has respawned the ship.
+    if (isanta() && p.kuolema == uudestaanHetki) continue;
+    --p.kuolema;
+  }
+}
+
+void asiakkaanRajahdykset() {
+  if (!asiakas()) return;
+  for (int i = 0; i < pelaajia(); ++i) {
+    if (!playerrajahtaa[i]) continue;
+    rajahdysaani(player[i]);
+    playerrajahtaa[i] = false;
+    aluksenSirpaleet(prajahdys[i][0], prajahdys[i][1]);
+  }
+}
+
+void kuolema(int i) {
+  Player& p = player[i];
+  if (isanta()) {
+    playerrajahtaa[i] = true;
+    prajahdys[i][0] = p.x;
+    prajahdys[i][1] = p.y;
+  }
+  if (!asiakas()) aluksenSirpaleet(p.x, p.y);
+  p.suojapaalla = false;
+  if (p.alus.easelaji == 12 && random(100) >= 50) {
+    if (!asiakas()) p.uudestaan(alus[12]);
+    soita(alus[12].eosumisaani);
+  }
+  if (p.energia > 0) return;
+  rajahdysaani(p);
+  p.kuolema = kuolemanAlku;
+}
+
+void kuolemat() {
+  for (int i = 0; i < pelaajia(); ++i)
+    if (pelissa(i) && player[i].energia <= 0 && player[i].kuolema < 1) kuolema(i);
+}
+
+int satunnainenAlusIlmanPisteita() {
+  int n = static_cast<int>(random(10000) / 10001 * alustyyppeja);
+  if (n > alustyyppeja - 1) n -= alustyyppeja;
+  if (n < 0) n += alustyyppeja;
+  return n;
+}
+
+void uudestaanPyynto(int i) {
+  Player& p = player[i];
+  switch (gamemode) {
+    case 2:
+      playeruudestaan[i] = 1;
+      break;
+    case 3:
+      playeruudestaan[i] = 1;
+      tiimillePisteita(p.tiimi, -ckuolemapisteet);
+      break;
+    case 4:
+      playeruudestaan[i] = 1;
+      tiimillePisteita(p.tiimi, -skuolemapisteet);
+      break;
+    case 1:
+      if (!isanta()) break;
+      if (p.pisteet < alus[2].pistemaara)
+        p.pisteet = -1.0f;
+      else
+        playeruudestaan[i] = 1;
+      break;
+    case 0:
+      if (!isanta()) break;
+      if (p.pisteet < alus[2].pistemaara)
+        p.pisteet = -1.0f;
+      else if (playeruudestaan[i] <= 1)
+        playeruudestaan[i] = 2;
+      break;
+  }
+}
+
+void paikallinenUusiAlus(int i) {
+  Player& p = player[i];
+  if (!pistepeli) {
+    p.uudestaan(alus[satunnainenAlusIlmanPisteita()]);
+  } else {
+    p.suojapaalla = false;
+    // Locally, exactly the elimination price is already too poor (the host tests strictly).
+    if (p.pisteet <= alus[2].pistemaara)
+      p.pisteet = -1.0f;
+    else if (saavalita)
+      valitseAlus(i);
+    else
+      ostaSatunnainenAlus(p);
+  }
+  p.laitaAlkuSirpaleet();
+}
+
+void uudestaanSyntymat() {
+  for (int i = 0; i < pelaajia(); ++i) {
+    if (!pelissa(i) || player[i].kuolema != uudestaanHetki) continue;
+    // A local capture-the-flower death is charged here and again in the
+    // request below: the double penalty is part of the local game's balance.
+    if (paikallinen() && gamemode == 3) tiimillePisteita(player[i].tiimi, -ckuolemapisteet);
+    if (!asiakas()) uudestaanPyynto(i);
+    if (paikallinen()) paikallinenUusiAlus(i);
+  }
+}
+
+void elvytykset() {
+  if (asiakas()) return;
+  for (int i = 0; i < pelaajia(); ++i) {
+    Player& p = player[i];
+    if (!pelissa(i) || p.kuolema != 1) continue;
+    p.energia = p.alus.energia;
+    p.xvauhti = p.yvauhti = 0;
+  }
+}
+
+void liikutaSirpaleet() {
+  const int n = kaytossaSirpaleita();
+  for (int i = 0; i < n; ++i) {
+    Sirpale& s = sirpale[i];
+    if (s.aika <= 0) continue;
+    s.x += s.xv;
+    s.y += s.yv;
+    s.z += s.zv;
+    --s.aika;
+  }
+}
+
+const int aaltoilevatTahdet = 75;
+
+void aaltoileTahdet(int frame) {
+  const float t = frame / 50.0f;
+  for (int i = 0; i < aaltoilevatTahdet; ++i) {
+    Star& s = star[i];
+    const float kx = s.x + 45, ky = s.y - 45;
+    s.z = std::sin((kx * kx + ky * ky) / 70 + t) * -8 - 50;
+  }
+}
+
+void tavoitteet() {
+  if (asiakas()) return;
+  switch (gamemode) {
+    case 2: laskeDPisteet(); break;
+    case 3: laskeCPisteet(); break;
+    case 4: laskeSPisteet(); break;
+  }
+}
+
+void raportoiPikkumies(int i) {
+  for (pikkumiessiirto& s : siirrot) {
+    if (s.aika >= 1) continue;
+    const Pati& m = pikkumies[i];
+    s.x = m.x;
+    s.y = m.y;
+    s.aika = m.aika;
+    s.energia = m.energia;
+    s.numero = i;
+    return;
+  }
+}
+
+}  // namespace
+
+// --- Shared helpers ----------------------------------------------------------
+
+int pelaajia() { return std::clamp(players, 0, maxPlayers); }
+
+bool pelissa(int i) { return !pistepeli || player[i].pisteet >= 0; }
+
+void tiimillePisteita(int tiimi, float maara) {
+  for (int i = 0; i < pelaajia(); ++i)
+    if (pelissa(i) && player[i].tiimi == tiimi) player[i].pisteet += maara;
+}
+
+bool lahella(int i, float x, float y, float sade) {
+  const float dx = player[i].x - x, dy = player[i].y - y;
+  return std::sqrt(dx * dx + dy * dy) < sade;
+}
+
+// --- Start-up placement ------------------------------------------------------
+
+void alustaTahdet() {
+  for (int i = 0; i < tahtia; ++i) {
+    Star& s = star[i];
+    // A wide sheet behind the playing field, deep enough for parallax.
+    s.x = random(800) - 400;
+    s.y = random(600) - 300;
+    s.z = i < aaltoilevatTahdet ? -50 : -60 - random(90);
+    varitaTahti(s);
+    // Mostly pin-points, now and then a bright one.
+    s.koko = random(1.0) < 0.05 ? random(0.6) + 0.6 : random(0.35) + 0.15;
+  }
+}
+
+void alustaAsteroidit() {
+  for (Pati& a : asteroidi) {
+    arvoAsteroidinOminaisuudet(a);
+    do {
+      a.x = random(640) - 320;
+      a.y = random(640) - 320;
+    } while (std::fabs(a.x) < 40 && std::fabs(a.y) < 40);
+    arvoAsteroidinVauhti(a);
+  }
+}
+
+// --- The world step ----------------------------------------------------------
+
+void calculateFrame(int frame) {
+  asetaValo();
+  laskeKameranKeskipiste();
+  laskeKameranEtaisyys();
+  laskeKameranKulmat();
+  tietokonePilotit();
+  liikuta();
+  alkusirpaleet();
+  laskePikkumiehet();
+  laskeAsteroidit();
+  planeetat();
+  pistepelinAlku();
+  kuolemaAjastimet();
+  asiakkaanRajahdykset();
+  kuolemat();
+  uudestaanSyntymat();
+  elvytykset();
+  liikutaSirpaleet();
+  aaltoileTahdet(frame);
+  tavoitteet();
+}
+
+void laskeAsteroidit() {
+  if (asiakas() && asteroidirajahtaa) {
+    asteroidirajahtaa = false;
+    asteroidinSirpaleet(arajahdys[0], arajahdys[1]);
+  }
+  for (int i = 0; i < asteroideja; ++i) laskeAsteroidi(i);
+}
+
+void laskePikkumiehet() {
+  for (int i = 0; i < pikkumiehia; ++i) {
+    Pati& m = pikkumies[i];
+    if (m.aika <= 0) continue;
+    --m.aika;
+    if (m.ampumisviive < 1) {
+      // Every ship over the little man gets him: overlapping ships both gain.
+      for (int p = 0; p < pelaajia(); ++p) {
+        if (!pelissa(p) || !lahella(p, m.x, m.y, player[p].alus.sade)) continue;
+        player[p].energia += 1.0f;
+        m.aika = 0;
+      }
+    } else {
+      --m.ampumisviive;
+    }
+    if (isanta() && m.aika <= 0) raportoiPikkumies(i);
+  }
+}
+
+// Drawing (filled by the rendering work)
 void piirraMaailma() {}
-void drawPlanet() {}
-void piirraAsteroidit() {}
-void piirraPikkumiehet() {}
-void valitseAlus(int) {}
-void drawAlusValinta(int, int) {}
-void Player::piirraPadit() {}
-void Player::piirraePadit() {}
-void Player::piirraLimat() {}
-void Player::piirraKaasujaljet() {}
-void Player::piirraViivat() {}
-void Player::piirraAlkuSirpaleet() {}
-void Player::piirraGraffat() {}
+
+
+static float xrot, yrot, zrot;  // the planet's spin, degrees
+
+static const float kentanZ = -35.0f;
+static const double asteRadiaaneina = M_PI / 180.0;
+
+int printedAsInt(double value) {
+  // A 32-bit printf("%d") given a double reads its low word: that is what the
+  // panels have always shown, so it is reproduced on every target.
+  uint64_t bits;
+  std::memcpy(&bits, &value, sizeof bits);
+  return static_cast<int32_t>(static_cast<uint32_t>(bits & 0xffffffffu));
+}
+
+static void tulostaLuku(float x, float y, int luku, float koko) {
+  char teksti[10];
+  std::snprintf(teksti, sizeof teksti, "%d", luku);
+  gl_println(x, y, 0, teksti, koko);
+}
+
+static bool verkkopeli() { return hostpeli || joinpeli; }
+
+// The two in-plane axes of a quad that faces the tilted camera: the same
+// turn as rotating by alfa about z and then by beta about y.
+struct Kasvot {
+  float oikea[3];
+  float ylos[3];
+};
+
+static Kasvot kameranKasvot() {
+  if (sets.cammode != 0) return {{1, 0, 0}, {0, 1, 0}};
+  const double a = alfa * asteRadiaaneina, b = beta * asteRadiaaneina;
+  return {{float(std::cos(a) * std::cos(b)), float(std::sin(a) * std::cos(b)), float(-std::sin(b))},
+          {float(-std::sin(a)), float(std::cos(a)), 0}};
+}
+
+static Kasvot tasossa(float kulmaAsteina) {
+  const double k = kulmaAsteina * asteRadiaaneina;
+  return {{float(std::cos(k)), float(std::sin(k)), 0}, {float(-std::sin(k)), float(std::cos(k)), 0}};
+}
+
+// One textured quad inside an open glBegin(GL_QUADS): half sizes `leveys`
+// along the first axis and `korkeus` along the second.
+static void nelio(const Kasvot& k, float x, float y, float z, float leveys, float korkeus) {
+  const float ox = k.oikea[0] * leveys, oy = k.oikea[1] * leveys, oz = k.oikea[2] * leveys;
+  const float yx = k.ylos[0] * korkeus, yy = k.ylos[1] * korkeus, yz = k.ylos[2] * korkeus;
+  glTexCoord2f(0, 0);
+  glVertex3f(x - ox - yx, y - oy - yy, z - oz - yz);
+  glTexCoord2f(1, 0);
+  glVertex3f(x + ox - yx, y + oy - yy, z + oz - yz);
+  glTexCoord2f(1, 1);
+  glVertex3f(x + ox + yx, y + oy + yy, z + oz + yz);
+  glTexCoord2f(0, 1);
+  glVertex3f(x - ox + yx, y - oy + yy, z - oz + yz);
+}
+
+static void nelio(const Kasvot& k, float x, float y, float z, float puolikas) {
+  nelio(k, x, y, z, puolikas, puolikas);
+}
+
+static void tasoNelio(float x1, float y1, float x2, float y2) {
+  glBegin(GL_QUADS);
+  glVertex2f(x1, y1);
+  glVertex2f(x2, y1);
+  glVertex2f(x2, y2);
+  glVertex2f(x1, y2);
+  glEnd();
+}
+
+// A flat, unlit, additive state for particles; the caller's state comes back
+// with lopetaHiukkaset.
+static void aloitaHiukkaset(GLuint tekstuuri, GLenum lahde) {
+  glPushAttrib(GL_ENABLE_BIT | GL_COLOR_BUFFER_BIT | GL_CURRENT_BIT | GL_TEXTURE_BIT);
+  glDisable(GL_DEPTH_TEST);
+  glDisable(GL_LIGHTING);
+  glEnable(GL_TEXTURE_2D);
+  glEnable(GL_BLEND);
+  glBlendFunc(lahde, GL_ONE);
+  glBindTexture(GL_TEXTURE_2D, tekstuuri);
+}
+
+static void lopetaHiukkaset() { glPopAttrib(); }
+
+// Camera of the running game: a tilted chase view or a straight top view.
+void asetaKameraJaValo() {
+  glMatrixMode(GL_MODELVIEW);
+  glLoadIdentity();
+  if (sets.cammode == 0) {
+    const double b = beta * kameranPii / 180.0, a2 = alfa2 * kameranPii / 180.0;
+    gluLookAt(0.25 * camposx, 0.25 * camposy, camposz, camposx, camposy, kentanZ,
+              std::cos(b) * std::cos(a2), std::cos(b) * std::sin(a2), -std::sin(b));
+  } else {
+    gluLookAt(camposx, camposy, camposz, camposx, camposy, 0, 0, 1, 0);
+  }
+  const GLfloat valkoinen[] = {1, 1, 1, 1};
+  const GLfloat harmaa[] = {0.8f, 0.8f, 0.8f, 1};
+  const GLfloat valonPaikka[] = {0, 0, -25, 1};
+  glMaterialfv(GL_FRONT_AND_BACK, GL_SPECULAR, valkoinen);
+  glLightfv(GL_LIGHT0, GL_DIFFUSE, harmaa);
+  glLightfv(GL_LIGHT0, GL_POSITION, valonPaikka);
+  glEnable(GL_BLEND);
+  glBlendFunc(GL_ONE, GL_ONE);
+}
+
+static void piirraGalaksi(GLuint tekstuuri, float x, float y, float puolikas) {
+  glBindTexture(GL_TEXTURE_2D, tekstuuri);
+  glBegin(GL_QUADS);
+  nelio(tasossa(0), x, y, -235, puolikas);
+  glEnd();
+}
+
+static void piirraTahdet() {
+  const Kasvot suoraan = tasossa(0);
+  glBindTexture(GL_TEXTURE_2D, texture[18]);
+  glBegin(GL_QUADS);
+  for (const Star& s : star) {
+    glColor4f(s.r, s.g, s.b, 1);
+    nelio(suoraan, s.x, s.y, s.z + kentanZ, s.koko);
+  }
+  glEnd();
+}
+
+// Galaxies and stars, as far as the detail level allows.
+void piirraTausta() {
+  if (sets.detail < 1) return;
+  glPushAttrib(GL_ENABLE_BIT | GL_CURRENT_BIT | GL_TEXTURE_BIT);
+  glDisable(GL_LIGHTING);
+  glEnable(GL_TEXTURE_2D);
+  glColor4f(1, 1, 1, 1);
+  if (sets.detail > 1) piirraGalaksi(texture[23], 272, -60, 12);
+  piirraGalaksi(texture[26], -112, -40, 8);
+  piirraTahdet();
+  glPopAttrib();
+}
+
+static bool piirtaaViivoja(const Alus& a) {
+  return a.easelaji == 5 || a.easelaji == 6 || a.easelaji == 7 || a.aselaji == 9 || a.aselaji == 11 ||
+         a.numero == 18;
+}
+
+static void piirraPelaaja(Player& p) {
+  p.piirra();
+  p.piirraPadit();
+  p.piirraePadit();
+  p.piirraLimat();
+  p.piirraKaasujaljet();
+  if (piirtaaViivoja(p.alus)) {
+    // The line effects age with the drawing rate, not the simulation.
+    p.laskeViivat();
+    p.piirraViivat();
+  }
+}
+
+// Ships with everything they own, then the swirls of the ships waiting to come back.
+void piirraPelaajat() {
+  for (int i = 0; i < pelaajia(); ++i)
+    if (pelissa(i) && player[i].kuolema < 1) piirraPelaaja(player[i]);
+  for (int i = 0; i < pelaajia(); ++i)
+    if (pelissa(i) && player[i].kuolema >= 1 && player[i].kuolema < uudestaanHetki)
+      player[i].piirraAlkuSirpaleet();
+}
+
+
+// The corner pieces stand at the frame's corners; the runs of flares between them.
+struct ReunanJakso {
+  float dx, dy;      // one step
+  int kulmaMalli;    // list_int entry of the corner the run starts from
+  float r0, g0, b0;  // colour at step 0
+  float r1, g1, b1;  // colour change per step
+};
+
+static const ReunanJakso reunanJaksot[4] = {
+    {-16, 0, 19, 1, 0, 0, -0.05f, 0, 0.05f},
+    {0, -12, 20, 0, 0, 1, 0.05f, 0, -0.05f},
+    {16, 0, 19, 1, 0, 0, -0.05f, 0.05f, 0},
+    {0, 12, 21, 0, 1, 0, 0.05f, -0.05f, 0},
+};
+
+void valmisteleMallit() {
+  glEnable(GL_DEPTH_TEST);
+  glEnable(GL_LIGHTING);
+  glDisable(GL_BLEND);
+  glDisable(GL_TEXTURE_2D);
+}
+
+void piirraKenttaMalli(int lista, float x, float y, float koko) {
+  glPushMatrix();
+  glTranslatef(x, y, kentanZ);
+  glScalef(koko, koko, koko);
+  glRotatef(90, 1, 0, 0);  // the models stand up along their y axis
+  glCallList(list_int[lista]);
+  glPopMatrix();
+}
+
+static void piirraKulmaMalli(float x, float y, int lista) {
+  glPushAttrib(GL_ENABLE_BIT);
+  valmisteleMallit();
+  piirraKenttaMalli(lista, x, y, 5);
+  glPopAttrib();
+}
+
+// The glowing frame of the field through (160, 120), (-160, 120), (-160, -120), (160, -120).
+void piirraKentanReuna() {
+  float x = 160, y = 120;
+  for (const ReunanJakso& j : reunanJaksot) {
+    piirraKulmaMalli(x, y, j.kulmaMalli);
+    x += 20 * j.dx;
+    y += 20 * j.dy;
+  }
+  const Kasvot kasvot = kameranKasvot();
+  glPushAttrib(GL_ENABLE_BIT | GL_COLOR_BUFFER_BIT | GL_CURRENT_BIT | GL_TEXTURE_BIT);
+  glDisable(GL_LIGHTING);
+  glEnable(GL_TEXTURE_2D);
+  glEnable(GL_BLEND);
+  glBlendFunc(GL_ONE, GL_ONE);
+  glBindTexture(GL_TEXTURE_2D, texture[18]);
+  glBegin(GL_QUADS);
+  for (const ReunanJakso& j : reunanJaksot) {
+    for (int i = 1; i < 20; ++i) {
+      glColor4f(j.r0 + j.r1 * i, j.g0 + j.g1 * i, j.b0 + j.b1 * i, 0.8f);
+      nelio(kasvot, x + j.dx * i, y + j.dy * i, kentanZ, 6);
+    }
+    x += 20 * j.dx;
+    y += 20 * j.dy;
+  }
+  glEnd();
+  glPopAttrib();
+}
+
+static void piirraTavoitteet() {
+  glEnable(GL_BLEND);
+  glBlendFunc(GL_SRC_ALPHA, GL_ONE_MINUS_SRC_ALPHA);
+  if (gamemode == 4) piirraSPisteet();
+  else if (gamemode == 2) piirraDPisteet();
+  else if (gamemode == 3) piirraCPisteet();
+}
+
+static void piirraSirpaleetTekstuurilla(const Kasvot& kasvot, bool nelioina) {
+  glBindTexture(GL_TEXTURE_2D, texture[nelioina ? 15 : 18]);
+  glBegin(GL_QUADS);
+  for (int i = 0; i < kaytossaSirpaleita(); ++i) {
+    const Sirpale& s = sirpale[i];
+    if (s.aika <= 0 || (s.muoto == 10) != nelioina) continue;
+    const double haalistus = s.aika / s.maxaika;
+    glColor4f(s.red * haalistus, s.green * haalistus, s.blue * haalistus, 1);
+    nelio(kasvot, s.x, s.y, s.z + kentanZ, s.koko);
+  }
+  glEnd();
+}
+
+// Explosion debris, fading as it ages. With additive blending the order does
+// not show, so each texture is drawn in one batch.
+void piirraSirpaleet() {
+  aloitaHiukkaset(texture[18], GL_ONE);
+  const Kasvot kasvot = kameranKasvot();
+  piirraSirpaleetTekstuurilla(kasvot, false);
+  piirraSirpaleetTekstuurilla(kasvot, true);
+  lopetaHiukkaset();
+}
+
+// Player panels and the objective score, on a plane in front of the camera.
+void piirraHud() {
+  glEnable(GL_BLEND);
+  glBlendFunc(GL_SRC_COLOR, GL_ONE_MINUS_SRC_ALPHA);
+  glEnable(GL_TEXTURE_2D);
+  glDisable(GL_LIGHTING);
+  glDisable(GL_DEPTH_TEST);
+  glMatrixMode(GL_MODELVIEW);
+  glLoadIdentity();
+  glTranslatef(0, 0, -30);
+  for (int i = 0; i < pelaajia(); ++i) player[i].piirraGraffat();
+  if (gamemode == 2) piirraDGraffat();
+  else if (gamemode == 3) piirraCGraffat();
+  else if (gamemode == 4) piirraSGraffat();
+}
+
+void drawFrame(int) {
+  glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);
+  asetaKameraJaValo();
+  piirraTausta();
+  piirraPelaajat();
+  piirraPikkumiehet();
+  piirraAsteroidit();
+  drawPlanet();
+  piirraKentanReuna();
+  piirraTavoitteet();
+  piirraSirpaleet();
+  piirraHud();
+  // The planet spins with the drawing rate.
+  xrot += 0.6f;
+  yrot += 0.9f;
+  zrot += 0.12f;
+  SDL_GL_SwapBuffers();
+}
+
+// Cone directions on the planet: equal-area latitude bands between two polar
+// caps, neighbouring bands turned by half a cone. Worked out once.
+struct Piikki {
+  float leveys, pituus;  // colatitude and longitude, degrees
+};
+
+static const int piikkeja = 60;
+static const int piikkiVyohykkeita = 6;
+
+static int laskePiikit(Piikki* piikit) {
+  const double lakki = 0.5 * 4.0 / std::sqrt(double(piikkeja));
+  const double vyo = (M_PI - 2 * lakki) / piikkiVyohykkeita;
+  int maara = 0;
+  double kertyma = 0;
+  // Band 0 and band 7 are the caps; each band's share follows its area.
+  for (int v = 0; v < piikkiVyohykkeita + 2; ++v) {
+    const double yla = v == 0 ? 0 : lakki + (v - 1) * vyo;
+    const double ala = v == 0 ? lakki : v == piikkiVyohykkeita + 1 ? M_PI : yla + vyo;
+    const double osuus = piikkeja * (std::cos(yla) - std::cos(ala)) / 2;
+    const int ennen = int(std::lround(kertyma));
+    kertyma += osuus;
+    const int tassa = int(std::lround(kertyma)) - ennen;
+    const bool napa = v == 0 || v == piikkiVyohykkeita + 1;
+    const double keski = napa ? (v == 0 ? 0 : M_PI) : (yla + ala) / 2;
+    for (int k = 0; k < tassa && maara < piikkeja + 2; ++k) {
+      const double siirto = (v % 2) * 0.5;
+      piikit[maara++] = {float(keski * 180 / M_PI), float((k + siirto) * 360.0 / tassa)};
+    }
+  }
+  return maara;
+}
+
+static GLUquadric* planeetanMuoto() {
+  static GLUquadric* muoto = gluNewQuadric();
+  return muoto;
+}
+
+void drawPlanet() {
+  static Piikki piikit[piikkeja + 2];
+  static const int piikkiMaara = laskePiikit(piikit);
+  const int tarkkuus = sets.detail * 4 + 8;
+  const int piikinTarkkuus = sets.detail > 0 ? sets.detail * 4 : 3;
+  glEnable(GL_LIGHTING);
+  glEnable(GL_DEPTH_TEST);
+  glEnable(GL_CULL_FACE);
+  glDisable(GL_BLEND);
+  glDisable(GL_TEXTURE_2D);
+  glPushMatrix();
+  glTranslatef(0, 0, kentanZ);
+  glScalef(2.2f, 2.2f, 2.2f);
+  glRotatef(xrot, 1, 0, 0);
+  glRotatef(yrot, 0, 1, 0);
+  glRotatef(zrot, 0, 0, 1);
+  glColor4f(1, 1, 1, 1);
+  gluSphere(planeetanMuoto(), 3, tarkkuus, tarkkuus);
+  for (int i = 0; i < piikkiMaara; ++i) {
+    glPushMatrix();
+    glRotatef(piikit[i].pituus, 0, 0, 1);
+    glRotatef(piikit[i].leveys, 0, 1, 0);
+    glTranslatef(0, 0, 2.8f);
+    gluCylinder(planeetanMuoto(), 0.5, 0, 1, piikinTarkkuus, 1);
+    glPopMatrix();
+  }
+  glPopMatrix();
+  glDisable(GL_CULL_FACE);
+  glEnable(GL_TEXTURE_2D);
+  glEnable(GL_BLEND);
+}
+
+void piirraAsteroidit() {
+  glEnable(GL_LIGHTING);
+  glEnable(GL_TEXTURE_2D);
+  glEnable(GL_DEPTH_TEST);
+  glDisable(GL_BLEND);
+  glBindTexture(GL_TEXTURE_2D, texture[39]);
+  glColor4f(1, 1, 1, 1);
+  for (const Pati& a : asteroidi) {
+    glPushMatrix();
+    glTranslatef(a.x, a.y, kentanZ);
+    glRotatef(xrot * a.r + a.alku, 1, 0, 0);
+    glRotatef(yrot * a.g + a.alku, 0, 1, 0);
+    glRotatef(zrot * a.b + a.alku, 0, 0, 1);
+    glScalef(a.koko, a.koko, a.koko);
+    glCallList(list_asteroid);
+    glPopMatrix();
+  }
+  glEnable(GL_BLEND);
+  glDisable(GL_DEPTH_TEST);
+  glDisable(GL_LIGHTING);
+}
+
+// Little men stand turned a quarter left: local (px, py) lands at (py, -px).
+void piirraPikkumiehet() {
+  glEnable(GL_BLEND);
+  glBlendFunc(GL_ONE, GL_ONE);
+  glEnable(GL_TEXTURE_2D);
+  glBindTexture(GL_TEXTURE_2D, texture[16]);
+  glColor4f(1, 1, 1, 1);
+  glBegin(GL_QUADS);
+  glNormal3f(0, 0, 1);
+  for (const Pati& m : pikkumies) {
+    if (m.aika <= 0) continue;
+    const float z = kentanZ + 1;
+    glTexCoord2f(0, 1);
+    glVertex3f(m.x - 0.4f, m.y + 0.4f, z);
+    glTexCoord2f(1, 1);
+    glVertex3f(m.x - 0.4f, m.y - 0.4f, z);
+    glTexCoord2f(1, 0);
+    glVertex3f(m.x + 0.4f, m.y - 0.4f, z);
+    glTexCoord2f(0, 0);
+    glVertex3f(m.x + 0.4f, m.y + 0.4f, z);
+  }
+  glEnd();
+}
+
+// Shots. Weapons that never set a colour leave (0, 0, 0); each kind then gets
+// a look of its own so that no shot is invisible.
+static const float oletusVarit[alustyyppeja][3] = {
+    {1, 0.8f, 0.3f},  {1, 0.5f, 0.2f},  {1, 1, 0.5f},     {0.4f, 0.8f, 1},  {1, 0.6f, 0.2f},
+    {0.6f, 1, 0.4f},  {0.3f, 1, 1},     {1, 0.9f, 0.8f},  {0.9f, 0.4f, 1},  {0.3f, 1, 0.3f},
+    {1, 0.3f, 0.3f},  {0.5f, 0.7f, 1},  {1, 1, 0.3f},     {0.2f, 1, 0.2f},  {1, 0.9f, 0.8f},
+    {1, 0.2f, 0.2f},  {0.8f, 0.5f, 1},  {0.4f, 1, 0.8f},  {0.3f, 1, 1},     {1, 0.9f, 0.5f},
+    {0.7f, 1, 0.3f},  {1, 0.6f, 0.1f},  {0.9f, 0.9f, 1},  {1, 0.4f, 0.7f},
+};
+
+struct Vari {
+  float r, g, b;
+};
+
+static Vari laukauksenVari(int laji, const Pati& p) {
+  if (p.r != 0 || p.g != 0 || p.b != 0) return {p.r, p.g, p.b};
+  const float* v = oletusVarit[laji >= 0 && laji < alustyyppeja ? laji : 0];
+  return {v[0], v[1], v[2]};
+}
+
+// A shot of a hot gun is weaker; the weaker, the redder.
+static Vari kuumuudenVari(const Pati& p, const Alus& a) {
+  const float teho = a.patienergia > 0 ? float(p.energia / a.patienergia) : 1;
+  const float kuumuus = std::fmin(std::fmax(1 - teho, 0.0f), 0.5f) * 2;
+  return {1, 1 - 0.8f * kuumuus, 0.6f * (1 - kuumuus)};
+}
+
+static bool onSade(int laji) { return laji == 6 || laji == 9 || laji == 18; }
+
+// The flare textures fade out at about half their width: a quad of twice the
+// radius shows a glow of the shot's own size.
+static void piirraPati(int laji, int kohta, const Pati& p, const Alus& a, const Kasvot& kasvot) {
+  Vari v = laukauksenVari(laji, p);
+  float koko = float(a.patisade * 2);
+  switch (laji) {
+    case 4:
+      if (kohta == 0) koko = float(a.patisade * 8 * (1 + 0.2 * std::sin(p.aika * 0.25)));
+      else koko = 0.6f;
+      break;
+    case 13: {  // the charge ball grows with its energy, up to 2000
+      const float lataus = std::fmin(std::fmax(p.energia / 2000.0f, 0.0f), 1.0f);
+      koko *= 0.3f + 0.7f * lataus;
+      break;
+    }
+    case 15: {  // mines blink; the untextured square is kept small
+      const float kirkkaus = (p.aika / 25) % 2 == 0 ? 1.0f : 0.25f;
+      v = {v.r * kirkkaus, v.g * kirkkaus, v.b * kirkkaus};
+      koko = float(a.patisade * 0.6);
+      break;
+    }
+    case 19:
+      v = kuumuudenVari(p, a);
+      break;
+    default:
+      break;
+  }
+  glColor4f(v.r, v.g, v.b, 1);
+  if (laji == 7 || laji == 14) {
+    nelio(tasossa(p.kulma), p.x, p.y, kentanZ, koko * 1.2f, koko * 0.6f);
+  } else if (laji == 21) {
+    // Fan shots streak along their flight.
+    const float suunta = float(std::atan2(p.yv, p.xv) / asteRadiaaneina);
+    nelio(tasossa(suunta), p.x, p.y, kentanZ, koko * 1.6f, koko);
+  } else {
+    nelio(kasvot, p.x, p.y, kentanZ, koko);
+  }
+}
+
+void Player::piirraPadit() {
+  const int laji = alus.aselaji;
+  if (onSade(laji) || pati == nullptr) return;  // beams are drawn as lines
+  aloitaHiukkaset(alus.patitexture, GL_ONE);
+  const Kasvot kasvot = kameranKasvot();
+  glBegin(GL_QUADS);
+  const int maara = kaytettavatPaikat(alus.maxpadit, maksimipadit);
+  for (int i = 0; i < maara; ++i)
+    if (pati[i].aika > 0) piirraPati(laji, i, pati[i], alus, kasvot);
+  glEnd();
+  lopetaHiukkaset();
+}
+
+void Player::piirraePadit() {
+  if (epati == nullptr) return;
+  aloitaHiukkaset(alus.epatitexture, GL_ONE);
+  const Kasvot kasvot = kameranKasvot();
+  const float koko = float(std::fmax(alus.epatisade * 2, 0.8));
+  glBegin(GL_QUADS);
+  const int maara = kaytettavatPaikat(alus.maxepadit, maksimiepadit);
+  for (int i = 0; i < maara; ++i) {
+    const Pati& p = epati[i];
+    if (p.aika <= 0) continue;
+    const Vari v = laukauksenVari(alus.easelaji, p);
+    glColor4f(v.r, v.g, v.b, 1);
+    nelio(kasvot, p.x, p.y, kentanZ, koko);
+  }
+  glEnd();
+  lopetaHiukkaset();
+}
+
+// Slime sticks to the hull and turns with it.
+void Player::piirraLimat() {
+  if (lima == nullptr) return;
+  aloitaHiukkaset(texture[18], GL_ONE);
+  glColor4f(0.1f, 0.7f, 0.1f, 1.0f);
+  glPushMatrix();
+  glTranslatef(x, y, kentanZ);
+  glRotatef(kulma - 90, 0, 0, 1);
+  const Kasvot suoraan = tasossa(0);
+  glBegin(GL_QUADS);
+  for (int i = 0; i < limoja; ++i)
+    if (lima[i].aika > 0) nelio(suoraan, lima[i].x, lima[i].y, 0, 0.5f);
+  glEnd();
+  glPopMatrix();
+  lopetaHiukkaset();
+}
+
+static void piirraSavut(const Kaasujalki* jalki, float puolikas) {
+  for (int i = 0; i < kaasujalkia; ++i) {
+    if (jalki[i].alpha <= 0) continue;
+    glColor4f(1, 0, 0, jalki[i].alpha);
+    nelio(tasossa(0), jalki[i].x, jalki[i].y, kentanZ, puolikas);
+  }
+}
+
+void Player::piirraKaasujaljet() {
+  const int tyyppi = alus.numero;
+  if (tyyppi == 16 || tyyppi == 22 || kaasujalki == nullptr) return;
+  aloitaHiukkaset(texture[18], GL_SRC_ALPHA);
+  glBegin(GL_QUADS);
+  const float puolikas = float(2 * alus.jalkikoko);
+  piirraSavut(kaasujalki, puolikas);
+  if ((tyyppi == 4 || tyyppi == 23) && kaasujalki2 != nullptr) piirraSavut(kaasujalki2, puolikas);
+  glEnd();
+  lopetaHiukkaset();
+}
+
+static float viivanLeveys(const Alus& a) {
+  if (a.numero == 18) return 1.5f;
+  return a.aselaji == 6 || a.aselaji == 9 || a.aselaji == 11 ? 2.0f : 1.0f;
+}
+
+void Player::piirraViivat() {
+  if (viivat == nullptr) return;
+  glDisable(GL_TEXTURE_2D);
+  glEnable(GL_LINE_SMOOTH);
+  glLineWidth(viivanLeveys(alus));
+  glBegin(GL_LINES);
+  for (int i = 0; i < viivoja; ++i) {
+    const Viivakasa& v = viivat[i];
+    if (v.aika <= 0) continue;
+    glColor4f(v.r, v.g, v.b, 0.9f);
+    glVertex3f(v.x1, v.y1, kentanZ);
+    glVertex3f(v.x2, v.y2, kentanZ);
+  }
+  glEnd();
+  glLineWidth(1.0f);
+  glEnable(GL_TEXTURE_2D);
+}
+
+// The swirl gathering into a ship about to come back: bright at birth,
+// fading quadratically.
+void Player::piirraAlkuSirpaleet() {
+  if (alkusirpale == nullptr) return;
+  glDisable(GL_DEPTH_TEST);
+  glEnable(GL_BLEND);
+  glBlendFunc(GL_SRC_ALPHA, GL_ONE);
+  glBindTexture(GL_TEXTURE_2D, texture[18]);
+  const Kasvot suoraan = tasossa(0);
+  glBegin(GL_QUADS);
+  for (int i = 0; i < alkusirpaleMaara; ++i) {
+    const Sirpale& s = alkusirpale[i];
+    if (s.aika <= 0) continue;
+    const double ika = 1 - s.aika / s.maxaika;
+    glColor4f(s.red, s.green, s.blue, 1 - ika * ika);
+    nelio(suoraan, x + s.x, y + s.y, kentanZ + s.z + 1, s.koko);
+  }
+  glEnd();
+  glBlendFunc(GL_SRC_COLOR, GL_ONE_MINUS_SRC_COLOR);
+}
+
+// Player panels: five down each side for up to ten players, else two columns of eight.
+static const float paneelinPaikat[10][2] = {
+    {-14.5f, 10},  {12.5f, 10},    {-14.5f, -10}, {12.5f, -10}, {-14.5f, 6.5f},
+    {-14.5f, 3},   {-14.5f, -2.5f}, {-14.5f, -6},  {12.5f, 6.5f}, {12.5f, -6},
+};
+
+static void paneelinPaikka(int n, float& px, float& py) {
+  if (players <= 10) {
+    const int k = n >= 0 && n < 10 ? n : 0;
+    px = paneelinPaikat[k][0];
+    py = paneelinPaikat[k][1];
+  } else {
+    px = n < 8 ? -14.5f : 12.5f;
+    py = 10 - 2.85f * (n < 8 ? n : n - 8);
+  }
+}
+
+static void piirraPalkki(float y1, float y2, float taytto) {
+  const float f = std::fmax(taytto, 0.0f);
+  glColor4f(1 - std::pow(f, 1.7f), f, 0, 0.8f);
+  tasoNelio(-1, y1, 2 * f - 1, y2);
+}
+
+static void piirraPaneelinTekstit(const Player& p) {
+  if (verkkopeli()) {
+    gl_println(-1, 1, 0, netnick[p.numero >= 0 && p.numero < maxPlayers ? p.numero : 0], 0.3f);
+  } else {
+    gl_println(-1, 1, 0, "player", 0.3f);
+    tulostaLuku(1, 1, p.numero + 1, 0.3f);
+  }
+  gl_println(2, 1, 0, "team", 0.3f);
+  tulostaLuku(3.7f, 1, p.tiimi + 1, 0.3f);
+  gl_println(-1, 0.33f, 0, "shield", 0.3f);
+  gl_println(-0.4f, -0.125f, 0, "fuel", 0.3f);
+}
+
+static void piirraKrediitit(const Player& p) {
+  gl_println(-1.5f, -0.6f, 0, "credits", 0.25f);
+  tulostaLuku(1.0f, -0.6f, printedAsInt(p.pisteet), 0.25f);
+  gl_println(2.6f, -0.6f, 0, "/", 0.25f);
+  tulostaLuku(2.8f, -0.6f, verkkopeli() ? mpcredits : printedAsInt(fullcredits), 0.25f);
+}
+
+static void piirraPaneelinPalkit(const Player& p) {
+  glDisable(GL_TEXTURE_2D);
+  glTranslatef(2, 0, 0);
+  glColor4f(0.25f, 0.25f, 0, 0.5f);
+  tasoNelio(-1.05f, 0.2f, 1.05f, 0.46f);
+  tasoNelio(-1.05f, -0.25f, 1.05f, 0.01f);
+  piirraPalkki(0.23f, 0.43f, float(p.energia / p.alus.energia));
+  piirraPalkki(-0.22f, -0.02f, float(p.fuel / p.alus.fuel));
+  glColor4f(0.2f, 0.5f, 0.2f, 0.5f);
+  glEnable(GL_TEXTURE_2D);
+}
+
+void Player::piirraGraffat() {
+  if (energia < 0) energia = 0;  // the panel keeps the record tidy for everyone else
+  float px, py;
+  paneelinPaikka(numero, px, py);
+  glPushMatrix();
+  glTranslatef(px, py, 0);
+  // The panel keeps its pixel size relative to a 512-pixel-wide screen.
+  const float mittakaava = std::sqrt(1.0f / (screenwidth * 0.001953125f));
+  glScalef(mittakaava, mittakaava, mittakaava);
+  valitseVari(tiimi);
+  piirraPaneelinTekstit(*this);
+  const bool krediittipeli = verkkopeli() ? gamemode == 0 || gamemode == 1 : pistepeli;
+  if (krediittipeli) piirraKrediitit(*this);
+  piirraPaneelinPalkit(*this);
+  glPopMatrix();
+}
+
+// The score panel of the objective modes, one entry per team in slot order.
+void piirraPistetaulu(const char* otsikko) {
+  glPushMatrix();
+  glEnable(GL_BLEND);
+  glBlendFunc(GL_ONE, GL_ONE);
+  glDisable(GL_LIGHTING);
+  glTranslatef(-8.5f, 10, 0);
+  glColor4f(0.2f, 0.2f, 0.8f, 0.8f);
+  gl_println(1, 2, 0, otsikko, 0.4f);
+  glColor4f(0.2f, 0.5f, 0.2f, 0.5f);
+  const int raja = verkkopeli() ? mpcredits : printedAsInt(fullcredits);
+  int listatut[maxPlayers];
+  int tiimeja = 0;
+  for (int i = 0; i < pelaajia(); ++i) {
+    const Player& p = player[i];
+    bool jo = false;
+    for (int t = 0; t < tiimeja; ++t) jo = jo || listatut[t] == p.tiimi;
+    if (jo) continue;
+    listatut[tiimeja++] = p.tiimi;
+    gl_println(0, 1, 0, "team", 0.25f);
+    tulostaLuku(2, 1, p.tiimi + 1, 0.25f);
+    tulostaLuku(p.pisteet < 1000 ? 0 : -0.4f, 0.5f, printedAsInt(p.pisteet), 0.25f);
+    gl_println(1.3f, 0.5f, 0, "/", 0.25f);
+    tulostaLuku(1.6f, 0.5f, raja, 0.25f);
+    glTranslatef(3.5f, 0, 0);
+    if (tiimeja == 5 || tiimeja == 10) glTranslatef(-17.5f, -1.2f, 0);
+  }
+  glPopMatrix();
+}

@@ -1,0 +1,77 @@
+// Building simulation scenes in tests: a known world, catalogue ships in chosen
+// slots, and shots placed by hand. Header-only; every function resets what it touches.
+#pragma once
+
+#include <cstdlib>
+
+#include "Alus.h"
+#include "Alustuksia.h"
+#include "Main.h"
+#include "Player.h"
+#include "Sets.h"
+#include "net.h"
+#include "scene.h"
+
+namespace simscene {
+
+// Fills the catalogue once, without sounds (dedicated mode).
+inline void kataloogi() {
+  static bool valmis = false;
+  if (valmis) return;
+  const bool oli = dserver;
+  dserver = true;
+  alota();
+  dserver = oli;
+  valmis = true;
+}
+
+// A local game of `pelaajia` players at detail `tarkkuus`, effects off, an empty
+// shard pool and rand seeded with `siemen`. Every slot in use gets ship 0 at rest
+// (see laita); slots past `pelaajia` keep whatever they had.
+inline void maailma(int pelaajia, int tarkkuus = 0, unsigned siemen = 1) {
+  kataloogi();
+  srand(siemen);
+  joinpeli = hostpeli = false;
+  pistepeli = false;
+  efektitpaalla = false;
+  sets.detail = tarkkuus;
+  players = pelaajia;
+  for (Sirpale& s : sirpale) s = Sirpale{};
+}
+
+// Gives slot i a fresh copy of catalogue ship n at (x, y) heading `kulma` degrees:
+// at rest, full energy and fuel, buttons up, no cool-downs, alive, on team i.
+inline Player& laita(int i, int n, float x, float y, float kulma = 0) {
+  Player& p = player[i];
+  p.asetaAlus(alus[n]);
+  p.x = x;
+  p.y = y;
+  p.kulma = p.asekulma = kulma;
+  p.xvauhti = p.yvauhti = 0;
+  p.pylos = p.palas = p.pleft = p.pright = p.pfire = p.pease = false;
+  p.kaasu = p.joinease = p.joinase = p.joinleft = p.joinright = false;
+  p.ampumisviive = 0;
+  p.easeviive = p.easekesto = 0;
+  p.kuolema = 0;
+  p.tiimi = i;
+  p.pisteet = 0;
+  p.numero = i;
+  p.kaasujalkiaika = 0;
+  return p;
+}
+
+// Makes slot k of player i's primary shots live at (x, y) with the given velocity,
+// the ship's shot energy and a long life.
+inline Pati& ammus(int i, int k, float x, float y, float xv = 0, float yv = 0) {
+  Pati& s = player[i].pati[k];
+  s = Pati{};
+  s.x = x;
+  s.y = y;
+  s.xv = xv;
+  s.yv = yv;
+  s.energia = (float)player[i].alus.patienergia;
+  s.aika = 1000;
+  return s;
+}
+
+}  // namespace simscene

@@ -1,0 +1,271 @@
+// The ship catalogue and the player slot's life cycle.
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include <cmath>
+#include <cstring>
+
+#include "audio.h"
+#include "simscene.h"
+
+using namespace simscene;
+
+namespace {
+
+Sound* Alus::*const paikat[4] = {&Alus::ampumisaani, &Alus::osumisaani, &Alus::eampumisaani,
+                                 &Alus::eosumisaani};
+
+int aanilistanPituus() {
+  int n = 0;
+  for (soundlist* s = allsounds; s; s = s->next) ++n;
+  return n;
+}
+
+// The sound library keeps every Sound in `allsounds`; without it the sound checks
+// have nothing to look at.
+bool aanilistaToimii() {
+  Sound* koe = new Sound("koe.wav");
+  const bool listassa = allsounds && allsounds->sound == koe;
+  delete koe;
+  return listassa;
+}
+
+// The catalogue with sounds loaded from the generated assets.
+void aanellinenKataloogi() {
+  ASSERT_EQ(chdir(VORTA_DATA_DIR), 0);
+  dserver = false;
+  alota();
+}
+
+}  // namespace
+
+TEST(Catalogue, TableValuesIncludingWidenedFloats) {
+  kataloogi();
+  // Hull table, first and last rows and the oddities.
+  EXPECT_EQ(alus[0].nopeus, 0.0015);
+  EXPECT_EQ(alus[0].paino, 200);
+  EXPECT_EQ(alus[0].fuel, 100);
+  EXPECT_EQ(alus[0].tankkaus, 0.17);
+  EXPECT_EQ(alus[6].nopeus, 0.31);
+  EXPECT_EQ(alus[16].pistemaara, 47);
+  EXPECT_EQ(alus[23].tankkaus, 0.035);
+  EXPECT_EQ(alus[23].jalkikoko, 0.16);
+  // Single-precision constants widened: not the nearest double to the decimal.
+  EXPECT_EQ(alus[0].sade, 2.5999999046325684);
+  EXPECT_EQ(alus[1].sade, 2.4000000953674316);
+  EXPECT_NE(alus[1].sade, 2.4);
+  EXPECT_EQ(alus[11].sade, 3.0);
+  EXPECT_EQ(alus[8].kaantonopeus, (double)2.4f);
+  EXPECT_EQ(alus[21].kaantonopeus, (double)1.8f);
+  EXPECT_EQ(alus[3].kaantonopeus, 2.3);  // written as a double
+  EXPECT_EQ(alus[23].kaantonopeus, 1.7);
+  EXPECT_EQ(alus[0].patinopeus, (double)0.3f);
+  EXPECT_EQ(alus[14].patinopeus, (double)0.007f);
+  EXPECT_EQ(alus[7].patinopeus, 0.008);
+  EXPECT_EQ(alus[5].epatisade, (double)0.45f);
+  EXPECT_EQ(alus[20].epatisade, 0.6);
+  EXPECT_EQ(alus[7].edamage, (double)2.1f);
+  EXPECT_EQ(alus[8].patisade, (double)0.2f);
+  EXPECT_EQ(alus[8].damage, (double)0.3f);
+  EXPECT_EQ(alus[2].patisade, 0.2);
+  // Weapon tables.
+  EXPECT_EQ(alus[15].patiaika, 4000);
+  EXPECT_FALSE(alus[13].patiVoiHajota);
+  EXPECT_TRUE(alus[13].patihajottaa);
+  EXPECT_EQ(alus[4].easevauhti, 0.0055);
+  EXPECT_EQ(alus[4].easekesto, 20000);
+  EXPECT_EQ(alus[15].easefuel, 0.07);
+  EXPECT_TRUE(alus[8].epatihajottaa);
+  EXPECT_FALSE(alus[8].epatiVoiHajota);
+  for (int n : {0, 2, 10, 11, 12}) EXPECT_EQ(alus[n].easevauhti, 0) << n;
+
+  const double energiat[24] = {50, 15, 13, 40, 50, 60, 21, 35, 30, 35, 25, 30,
+                               20, 30, 33, 28, 65, 15, 24, 28, 54, 28, 28, 24};
+  const double padit[24] = {40, 5, 40, 40, 80, 2, 1, 5, 200, 0, 10, 20,
+                            100, 10, 10, 200, 50, 10, 0, 50, 20, 200, 200, 100};
+  const double epadit[24] = {0, 100, 0, 40, 5, 60, 0, 0, 50, 20, 0, 0,
+                             0, 100, 0, 0, 1000, 100, 100, 100, 50, 200, 200, 2};
+  for (int n = 0; n < alustyyppeja; ++n) {
+    EXPECT_EQ(alus[n].energia, energiat[n]) << n;
+    EXPECT_EQ(alus[n].maxpadit, padit[n]) << n;
+    EXPECT_EQ(alus[n].maxepadit, epadit[n]) << n;
+  }
+}
+
+TEST(Catalogue, KindsAndNumbersEqualTheIndexAndNamesAreSet) {
+  kataloogi();
+  for (int n = 0; n < alustyyppeja; ++n) {
+    EXPECT_EQ(alus[n].aselaji, n);
+    EXPECT_EQ(alus[n].easelaji, n);
+    EXPECT_EQ(alus[n].numero, n);
+    EXPECT_STREQ(alus[n].nimi, (n == 14 || n == 23) ? "tolmu" : "Tolmu");
+  }
+}
+
+TEST(Catalogue, ConstructorDefaults) {
+  Alus a;
+  EXPECT_EQ(a.ampumisnopeus, 10);
+  EXPECT_EQ(a.patiaika, 100);
+  EXPECT_EQ(a.maxpadit, 5);
+  EXPECT_EQ(a.patinopeus, 0.6);
+  EXPECT_EQ(a.patisade, 0.2);
+  EXPECT_EQ(a.ampumisaani, nullptr);
+  EXPECT_EQ(a.energia, 0);
+  EXPECT_EQ(a.maxepadit, 0);
+  EXPECT_FALSE(a.patihajottaa);
+}
+
+TEST(CatalogueSounds, DedicatedModeCreatesNoSounds) {
+  dserver = true;
+  alota();
+  for (int n = 0; n < alustyyppeja; ++n)
+    for (auto paikka : paikat) EXPECT_EQ(alus[n].*paikka, nullptr) << n;
+}
+
+TEST(CatalogueSounds, SilentSlotsAreNullAndEverySlotIsItsOwnSound) {
+  aanellinenKataloogi();
+  const bool tyhja[24][4] = {{0, 0, 0, 1}, {}, {0, 0, 0, 1}, {}, {}, {}, {0, 1, 0, 1}, {0, 0, 0, 1}};
+  for (int n = 0; n < alustyyppeja; ++n)
+    for (int s = 0; s < 4; ++s) {
+      Sound* aani = alus[n].*paikat[s];
+      EXPECT_EQ(aani == nullptr, tyhja[n][s]) << "ship " << n << " slot " << s;
+      for (int m = 0; aani && m < n; ++m)
+        for (auto paikka : paikat) EXPECT_NE(alus[m].*paikka, aani);
+    }
+  dserver = true;
+  alota();
+}
+
+TEST(CatalogueSounds, SharedSlotsShareTheSampleAndVolumesFollowTheTable) {
+  if (!aanilistaToimii()) GTEST_SKIP() << "the sound library is not in this build";
+  initAudio();
+  aanellinenKataloogi();
+  if (!working || !alus[0].ampumisaani->sample) {
+    uninitAudio();
+    GTEST_SKIP() << "no audio device or no generated samples";
+  }
+  EXPECT_EQ(alus[8].ampumisaani->sample, alus[0].ampumisaani->sample);
+  EXPECT_EQ(alus[0].osumisaani->sample, alus[0].ampumisaani->sample);
+  EXPECT_EQ(alus[2].osumisaani->sample, alus[0].ampumisaani->sample);
+  EXPECT_EQ(alus[3].eampumisaani->sample, alus[1].ampumisaani->sample);
+  EXPECT_EQ(alus[3].osumisaani->sample, alus[1].osumisaani->sample);
+  EXPECT_NE(alus[3].ampumisaani->sample, alus[1].ampumisaani->sample);
+  EXPECT_TRUE(alus[9].ampumisaani->loops);
+  EXPECT_FALSE(alus[10].ampumisaani->loops);
+
+  sets.soundvolume = 80;
+  setSoundVolumes();
+  EXPECT_FLOAT_EQ(alus[12].ampumisaani->volume, 0.8f * 0.34f);
+  EXPECT_FLOAT_EQ(alus[6].eampumisaani->volume, 0.8f * 0.125f);
+  EXPECT_EQ(alus[15].osumisaani->volume, 0.0f);
+  EXPECT_EQ(alus[15].eosumisaani->volume, 0.0f);
+  dserver = true;
+  alota();
+  uninitAudio();
+}
+
+TEST(PlayerLifeCycle, RespawnKeepsAwayFromThePlanetInsideTheFieldFacingTheSameWay) {
+  maailma(1);
+  Player& p = laita(0, 3, 10, 10, 123.0f);
+  p.energia = 1;
+  p.fuel = 0;
+  for (unsigned siemen = 1; siemen <= 300; ++siemen) {
+    srand(siemen);
+    p.uudestaan(alus[siemen % alustyyppeja]);
+    const double d = std::hypot(p.x, p.y);
+    ASSERT_GE(d, 80);
+    ASSERT_LE(std::fabs(p.x), 160);
+    ASSERT_LE(std::fabs(p.y), 120);
+  }
+  EXPECT_EQ(p.kulma, 123.0f);
+  EXPECT_EQ(p.energia, (float)p.alus.energia);
+  EXPECT_EQ(p.fuel, (float)p.alus.fuel);
+  EXPECT_EQ(p.ampumisviive, 40);
+  EXPECT_EQ(p.easeviive, 20);
+  EXPECT_EQ(p.kaasujalkiaika, 10);
+}
+
+TEST(PlayerLifeCycle, RespawnFreesOnlyTheSlotsTheNewShipUses) {
+  maailma(1);
+  Player& p = laita(0, 0, 0, 0);
+  for (int k = 0; k < 50; ++k) ammus(0, k, 100, 0);
+  p.epati[3].aika = 5;
+  p.lima[29].aika = 5;
+  p.limacount = 30;
+  p.viivat[59].aika = 3;
+
+  p.uudestaan(alus[9]);  // no primary slots: nothing of pati is touched
+  EXPECT_EQ(p.pati[0].aika, 1000);
+  EXPECT_EQ(p.epati[3].aika, 0);  // ship 9 has 20 special slots
+  EXPECT_EQ(p.lima[29].aika, 0);
+  EXPECT_EQ(p.limacount, 0);
+  EXPECT_EQ(p.viivat[59].aika, 0);
+  EXPECT_EQ(p.viivat[59].x1, 100);
+
+  p.uudestaan(alus[0]);  // 40 slots
+  EXPECT_EQ(p.pati[39].aika, 0);
+  EXPECT_EQ(p.pati[40].aika, 1000);
+
+  Alus murto = alus[0];
+  murto.maxpadit = 42.5;  // a fractional limit reaches one slot further
+  p.uudestaan(murto);
+  EXPECT_EQ(p.pati[42].aika, 0);
+  EXPECT_EQ(p.pati[43].aika, 1000);
+}
+
+TEST(PlayerLifeCycle, TakingAShipReallocatesClearedArrays) {
+  maailma(1);
+  Player& p = laita(0, 5, 0, 0);
+  ammus(0, 7, 1, 1);
+  p.alkusirpale[4].aika = 9;
+  p.laseraani = p.suojapaalla = true;
+  p.ampumisjuttu = 50;
+  p.kulma = 30;
+
+  p.asetaAlus(alus[2]);
+  EXPECT_EQ(p.pati[7].aika, 0);
+  EXPECT_EQ(p.pati[maksimipadit - 1].aika, 0);
+  EXPECT_EQ(p.epati[maksimiepadit - 1].aika, 0);
+  EXPECT_EQ(p.alkusirpale[4].aika, 0);
+  EXPECT_EQ(p.alkusirpaleMaara, alkusirpaleita);
+  EXPECT_FALSE(p.laseraani);
+  EXPECT_FALSE(p.suojapaalla);
+  EXPECT_EQ(p.ampumisjuttu, 0);
+  EXPECT_EQ(p.ampumispuoli, 1);
+  EXPECT_EQ(p.energia, 13);
+  EXPECT_EQ(p.fuel, 30);
+  // The after-image starts along x, spaced by the ship's thrust value.
+  EXPECT_FLOAT_EQ(p.xhanta[11], (float)(p.x - 11 * alus[2].nopeus));
+  EXPECT_EQ(p.kulmahanta[11], 30);
+}
+
+TEST(PlayerLifeCycle, ConstructionPlacesTheShipOutsideTheCentre) {
+  for (unsigned siemen = 1; siemen <= 50; ++siemen) {
+    srand(siemen);
+    Player p;
+    ASSERT_GE(std::hypot(p.x, p.y), 15);
+    ASSERT_LE(std::fabs(p.x), 160);
+    ASSERT_LE(std::fabs(p.y), 120);
+    EXPECT_EQ(p.pati, nullptr);
+    EXPECT_EQ(p.alpha, 1);
+    EXPECT_EQ(p.kaasujalki[4].alpha, 0);
+  }
+}
+
+TEST(PlayerLifeCycle, RespawnReplacesSoundCopiesInTheSoundList) {
+  if (!aanilistaToimii()) GTEST_SKIP() << "the sound library is not in this build";
+  aanellinenKataloogi();
+  maailma(1);
+  Player& p = laita(0, 17, 0, 0);
+  ASSERT_NE(p.ampumisaani, nullptr);
+  EXPECT_NE(p.ampumisaani, alus[17].ampumisaani);  // a copy, with its own channel
+  const int ennen = aanilistanPituus();
+  p.uudestaan(alus[0]);  // four copies out, three in (ship 0 has no special hit sound)
+  EXPECT_EQ(aanilistanPituus(), ennen - 1);
+  EXPECT_EQ(p.eosumisaani, nullptr);
+  p.asetaAlus(alus[17]);
+  EXPECT_EQ(aanilistanPituus(), ennen);
+  p.asetaAlus(alus[0]);
+  dserver = true;
+  alota();
+}

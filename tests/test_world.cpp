@@ -1,0 +1,425 @@
+// The world step: camera, planet, deaths, respawns and the credit rules.
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <cstdlib>
+#include <set>
+
+#include "Main.h"
+#include "Menu.h"
+#include "Sets.h"
+#include "ctf.h"
+#include "domination.h"
+#include "net.h"
+#include "scene.h"
+#include "sieni.h"
+
+namespace {
+
+const double eliminointihinta = 9;
+
+class World : public ::testing::Test {
+protected:
+  static void SetUpTestSuite() {
+    for (int n = 0; n < alustyyppeja; ++n) {
+      Alus& a = alus[n];
+      a.numero = a.aselaji = a.easelaji = n;
+      a.sade = 2;
+      a.paino = 100;
+      a.energia = 20;
+      a.fuel = 30;
+      a.nopeus = 0.002;
+      a.maxpadit = a.maxepadit = 0;
+      // Ship 2 is the cheapest, as in the real catalogue.
+      a.pistemaara = n == 2 ? eliminointihinta : eliminointihinta + 1 + n;
+    }
+    for (Player& p : player) p.asetaAlus(alus[1]);
+  }
+
+  void SetUp() override {
+    srand(7);
+    players = 4;
+    hostpeli = joinpeli = pistepeli = ekapisteframe = saavalita = efektitpaalla = false;
+    gamemode = 1;
+    sets.detail = 0;
+    sets.cammode = 1;
+    camposx = camposy = 0;
+    camposz = 20;
+    for (int i = 0; i < maxPlayers; ++i) {
+      asetaPelaaja(i, 100, 60.0f * i - 90, 3);
+      playerrajahtaa[i] = false;
+      playeruudestaan[i] = 0;
+    }
+    for (Pati& a : asteroidi) a = Pati{5000, 5000, 0, 0, 0, 10, 0, 0, 0, 0, 1, 0, 0};
+    for (Pati& m : pikkumies) m.aika = 0;
+    for (Sirpale& s : sirpale) s.aika = 0;
+    alustaCPisteet();
+    alustaDPisteet();
+    alustaSPisteet();
+    aloitaCPisteet();
+  }
+
+  static void asetaPelaaja(int i, float x, float y, int laji) {
+    Player& p = player[i];
+    p.alus = alus[laji];
+    p.x = x;
+    p.y = y;
+    p.xvauhti = p.yvauhti = 0;
+    p.energia = p.alus.energia;
+    p.fuel = p.alus.fuel;
+    p.kuolema = 0;
+    p.pisteet = 0;
+    p.tiimi = i;
+    p.ihmispelaaja = true;
+    p.pylos = p.palas = p.pleft = p.pright = p.pfire = p.pease = false;
+    p.suojapaalla = p.laseraani = false;
+  }
+
+  static int eloSirpaleita() {
+    int n = 0;
+    for (const Sirpale& s : sirpale) n += s.aika > 0;
+    return n;
+  }
+};
+
+// --- Camera -----------------------------------------------------------------
+
+TEST_F(World, CameraCentreDriftsToTheOriginWithNobodyInPlay) {
+  pistepeli = true;
+  for (Player& p : player) p.pisteet = -1;
+  camposx = 50;
+  camposy = -40;
+  calculateFrame(1);
+  EXPECT_DOUBLE_EQ(camposx, 50.0 * 19 / 20);
+  EXPECT_DOUBLE_EQ(camposy, -40.0 * 19 / 20);
+  for (int f = 2; f < 400; ++f) calculateFrame(f);
+  EXPECT_NEAR(camposx, 0, 0.01);
+  EXPECT_NEAR(camposy, 0, 0.01);
+}
+
+TEST_F(World, CameraCentreAimsAtTheMiddleOfThePlayersOverOnePointTwo) {
+  players = 2;
+  asetaPelaaja(0, 100, 50, 3);
+  asetaPelaaja(1, -40, 90, 3);
+  calculateFrame(1);
+  EXPECT_NEAR(camposx, (30 / 1.2) / 20, 1e-6);
+  EXPECT_NEAR(camposy, (70 / 1.2) / 20, 1e-6);
+}
+
+TEST_F(World, CameraDistanceComparesScaledHeightButUsesItUnscaled) {
+  players = 2;
+  struct Tapaus {
+    int cammode;
+    float dx, dy;
+    double d;
+  } tapaukset[] = {
+      {0, 50, 60, 60},  // full height weight: the height wins
+      {1, 50, 60, 50},  // three quarters of 60 is 45: the width wins
+      {1, 30, 60, 60},  // 45 beats 30, and the height counts in full
+  };
+  for (const Tapaus& t : tapaukset) {
+    sets.cammode = t.cammode;
+    camposz = 20;
+    asetaPelaaja(0, 100, 0, 3);
+    asetaPelaaja(1, 100 - t.dx, t.dy, 3);
+    calculateFrame(1);
+    EXPECT_NEAR(camposz, (t.d * 1.3333333730697632 + 20 * 19) / 20, 1e-4) << "cammode " << t.cammode << " dx " << t.dx;
+  }
+}
+
+TEST_F(World, CameraAnglesUseThreePointOneFourAndOnlyInCamMode0) {
+  sets.cammode = 0;
+  players = 1;
+  asetaPelaaja(0, 60, 60, 3);
+  camposx = camposy = 50;  // already on target, so the centre stays put
+  calculateFrame(1);
+  EXPECT_NEAR(alfa, 0.78539816 * 180 / 3.14, 1e-3);
+  EXPECT_GT(alfa, 45.02f);
+  EXPECT_LT(beta2, 0);
+  sets.cammode = 1;
+  calculateFrame(2);
+  EXPECT_EQ(alfa, 0);
+  EXPECT_EQ(beta, 0);
+  EXPECT_EQ(alfa2, 0);
+  EXPECT_EQ(beta2, 0);
+}
+
+// --- Planet -------------------------------------------------------------------
+
+TEST_F(World, GravityPullsByMassAndSparesPlanetProofShips) {
+  players = 2;
+  asetaPelaaja(0, 30, 0, 3);
+  asetaPelaaja(1, -30, 0, 6);  // primary kind 6 ignores the planet
+  calculateFrame(1);
+  EXPECT_NEAR(player[0].xvauhti, -(30 / std::pow(30.0, 2.3)) * 0.0004 * (50000 / 100.0), 1e-7);
+  EXPECT_FLOAT_EQ(player[0].yvauhti, 0);
+  EXPECT_FLOAT_EQ(player[1].xvauhti, 0);
+}
+
+TEST_F(World, TouchingThePlanetCostsFiveAndBouncesOutward) {
+  players = 2;
+  asetaPelaaja(0, 0, 9, 3);
+  player[0].yvauhti = -0.05f;
+  asetaPelaaja(1, 0, -9, 22);  // planet-proof: pushed out instead
+  calculateFrame(1);
+  EXPECT_FLOAT_EQ(player[0].energia, 15);
+  EXPECT_NEAR(player[0].xvauhti, 0, 1e-5);
+  EXPECT_GE(player[0].yvauhti, 0.1f - 1e-6);  // slow ships leave at 0.1 at least
+  EXPECT_FLOAT_EQ(player[1].energia, 15);
+  EXPECT_LT(player[1].y, -9);
+}
+
+// --- Deaths ---------------------------------------------------------------------
+
+TEST_F(World, DeathSpawnsDebrisStartsTheTimerAndDropsTheShield) {
+  player[0].energia = 0;
+  player[0].suojapaalla = true;
+  calculateFrame(1);
+  EXPECT_EQ(player[0].kuolema, 350);
+  EXPECT_FALSE(player[0].suojapaalla);
+  EXPECT_EQ(eloSirpaleita(), 200);  // detail 0: 200 shards
+  for (const Sirpale& s : sirpale) {
+    if (s.aika <= 0) continue;
+    EXPECT_LE(std::sqrt(s.xv * s.xv + s.yv * s.yv + s.zv * s.zv), 0.64 + 1e-6);
+    EXPECT_GE(s.aika, 199);
+  }
+  calculateFrame(2);
+  EXPECT_EQ(player[0].kuolema, 349);
+}
+
+TEST_F(World, DebrisNeverOverwritesLiveShards) {
+  for (int s = 0; s < sirpaleita - 50; ++s) sirpale[s].aika = 1000;
+  player[0].energia = -3;
+  calculateFrame(1);
+  EXPECT_EQ(eloSirpaleita(), sirpaleita);
+  EXPECT_EQ(sirpale[0].aika, 999);
+}
+
+TEST_F(World, RolesSplitTheExplosion) {
+  hostpeli = true;
+  player[1].energia = 0;
+  player[1].x = 33;
+  calculateFrame(1);
+  EXPECT_TRUE(playerrajahtaa[1]);
+  EXPECT_FLOAT_EQ(prajahdys[1][0], player[1].x);
+
+  SetUp();
+  joinpeli = true;
+  player[2].energia = 0;
+  calculateFrame(1);
+  EXPECT_EQ(eloSirpaleita(), 0);  // the client waits for the host's word
+  playerrajahtaa[3] = true;
+  prajahdys[3][0] = 70;
+  prajahdys[3][1] = -20;
+  calculateFrame(2);
+  EXPECT_FALSE(playerrajahtaa[3]);
+  EXPECT_EQ(eloSirpaleita(), 200);
+  EXPECT_DOUBLE_EQ(sirpale[0].x, 70 + sirpale[0].xv);
+}
+
+TEST_F(World, ResurrectionShipComesBackAsShip12AboutHalfTheTime) {
+  int takaisin = 0;
+  const int kertoja = 200;
+  for (int k = 0; k < kertoja; ++k) {
+    asetaPelaaja(0, 100, -90, 12);
+    player[0].energia = 0;
+    calculateFrame(k);
+    if (player[0].kuolema == 0) {
+      ++takaisin;
+      EXPECT_EQ(player[0].alus.numero, 12);
+      EXPECT_FLOAT_EQ(player[0].energia, alus[12].energia);
+    } else {
+      EXPECT_EQ(player[0].kuolema, 350);
+    }
+  }
+  EXPECT_GT(takaisin, kertoja / 2 - 30);
+  EXPECT_LT(takaisin, kertoja / 2 + 30);
+}
+
+TEST_F(World, TimerRefillsTheShipAtOne) {
+  player[0].kuolema = 2;
+  player[0].energia = -4;
+  player[0].xvauhti = 0.3f;
+  calculateFrame(1);
+  EXPECT_EQ(player[0].kuolema, 1);
+  EXPECT_FLOAT_EQ(player[0].energia, 20);
+  EXPECT_FLOAT_EQ(player[0].xvauhti, 0);
+}
+
+// --- Respawns -------------------------------------------------------------------
+
+class Respawn : public World {
+protected:
+  // Runs the step in which player `i`'s timer reaches the respawn point.
+  void kuoleeJaUudestaan(int i) {
+    player[i].kuolema = 201;
+    calculateFrame(1);
+  }
+};
+
+TEST_F(Respawn, HostHoldsTheTimerAt200) {
+  hostpeli = true;
+  gamemode = 2;
+  kuoleeJaUudestaan(0);
+  EXPECT_EQ(player[0].kuolema, 200);
+  EXPECT_EQ(playeruudestaan[0], 1);
+  calculateFrame(2);
+  EXPECT_EQ(player[0].kuolema, 200);
+}
+
+TEST_F(Respawn, LocalCaptureTheFlowerChargesTheTeamTwiceAndTheHostOnce) {
+  gamemode = 3;
+  ckuolemapisteet = 1.5f;
+  player[1].tiimi = 0;
+  kuoleeJaUudestaan(0);
+  EXPECT_FLOAT_EQ(player[0].pisteet, -3);
+  EXPECT_FLOAT_EQ(player[1].pisteet, -3);
+  EXPECT_FLOAT_EQ(player[2].pisteet, 0);
+
+  SetUp();
+  hostpeli = true;
+  gamemode = 3;
+  ckuolemapisteet = 1.5f;
+  kuoleeJaUudestaan(2);
+  EXPECT_FLOAT_EQ(player[2].pisteet, -1.5f);
+  EXPECT_EQ(playeruudestaan[2], 1);
+  ckuolemapisteet = 1;
+}
+
+TEST_F(Respawn, MushroomDeathChargesTheTeamOnce) {
+  gamemode = 4;
+  skuolemapisteet = 2;
+  player[3].tiimi = 1;
+  kuoleeJaUudestaan(1);
+  EXPECT_FLOAT_EQ(player[1].pisteet, -2);
+  EXPECT_FLOAT_EQ(player[3].pisteet, -2);
+  EXPECT_FLOAT_EQ(player[0].pisteet, 0);
+  EXPECT_EQ(playeruudestaan[1], 1);
+  skuolemapisteet = 1;
+}
+
+TEST_F(Respawn, EliminationPriceIsTooPoorLocallyButEnoughOnAHost) {
+  pistepeli = true;
+  gamemode = 0;
+  player[0].pisteet = eliminointihinta;
+  kuoleeJaUudestaan(0);
+  EXPECT_FLOAT_EQ(player[0].pisteet, -1);
+
+  for (int tila : {0, 1}) {
+    SetUp();
+    pistepeli = hostpeli = true;
+    gamemode = tila;
+    player[0].pisteet = eliminointihinta;
+    player[1].pisteet = eliminointihinta - 0.5f;
+    player[1].kuolema = 201;
+    kuoleeJaUudestaan(0);
+    EXPECT_FLOAT_EQ(player[0].pisteet, eliminointihinta);
+    EXPECT_EQ(playeruudestaan[0], tila == 0 ? 2 : 1);
+    EXPECT_FLOAT_EQ(player[1].pisteet, -1);
+  }
+}
+
+TEST_F(Respawn, HostDeathMatchRequestIsRaisedToChoiceButNeverLowered) {
+  pistepeli = hostpeli = true;
+  gamemode = 0;
+  player[0].pisteet = 100;
+  playeruudestaan[0] = 3;
+  kuoleeJaUudestaan(0);
+  EXPECT_EQ(playeruudestaan[0], 3);
+  playeruudestaan[0] = 1;
+  calculateFrame(2);  // still held at 200
+  EXPECT_EQ(playeruudestaan[0], 2);
+}
+
+TEST_F(Respawn, LocalCreditGameBuysAnAffordableShipAndDeductsIt) {
+  pistepeli = true;
+  gamemode = 0;
+  for (int k = 0; k < 50; ++k) {
+    const float ennen = eliminointihinta + 4.5f;
+    player[0].pisteet = ennen;
+    kuoleeJaUudestaan(0);
+    const double hinta = alus[player[0].alus.numero].pistemaara;
+    EXPECT_LE(hinta, ennen);
+    EXPECT_FLOAT_EQ(player[0].pisteet, ennen - hinta);
+    player[0].kuolema = 0;
+  }
+}
+
+TEST_F(Respawn, LocalRandomShipsCoverTheCatalogue) {
+  std::set<int> nahdyt;
+  for (int k = 0; k < 400; ++k) {
+    kuoleeJaUudestaan(0);
+    nahdyt.insert(player[0].alus.numero);
+    player[0].kuolema = 0;
+  }
+  EXPECT_EQ(nahdyt.size(), 24u);
+  EXPECT_GE(*nahdyt.begin(), 0);
+  EXPECT_LE(*nahdyt.rbegin(), 23);
+}
+
+TEST_F(Respawn, CreditStartBuysEveryoneAShipOnce) {
+  pistepeli = ekapisteframe = true;
+  const float alussa = eliminointihinta + 2;
+  for (int i = 0; i < players; ++i) player[i].pisteet = alussa;
+  player[3].pisteet = eliminointihinta - 1;  // cannot afford even the cheapest
+  calculateFrame(1);
+  EXPECT_FALSE(ekapisteframe);
+  for (int i = 0; i < 3; ++i) {
+    const double hinta = alus[player[i].alus.numero].pistemaara;
+    EXPECT_LE(hinta, alussa);
+    EXPECT_FLOAT_EQ(player[i].pisteet, alussa - hinta);
+  }
+  EXPECT_FLOAT_EQ(player[3].pisteet, -1);
+  const float ennen = player[0].pisteet;
+  calculateFrame(2);
+  EXPECT_FLOAT_EQ(player[0].pisteet, ennen);
+}
+
+TEST_F(Respawn, PlayersOutOfACreditGameAreLeftAlone) {
+  pistepeli = true;
+  player[0].pisteet = -1;
+  player[0].energia = 0;
+  player[0].x = player[0].y = 0;  // would hit the planet too
+  calculateFrame(1);
+  EXPECT_EQ(player[0].kuolema, 0);
+  EXPECT_FLOAT_EQ(player[0].energia, 0);
+  EXPECT_EQ(eloSirpaleita(), 0);
+}
+
+// --- Debris and stars -------------------------------------------------------------
+
+TEST_F(World, DebrisMovesAndAges) {
+  sirpale[5] = Sirpale{1, 2, 3, 0.5, -0.5, 0.25, 1, 1, 1, 1, 100, 2, 0};
+  calculateFrame(1);
+  EXPECT_DOUBLE_EQ(sirpale[5].x, 1.5);
+  EXPECT_DOUBLE_EQ(sirpale[5].y, 1.5);
+  EXPECT_DOUBLE_EQ(sirpale[5].z, 3.25);
+  EXPECT_EQ(sirpale[5].aika, 1);
+}
+
+TEST_F(World, OnlyTheFirst75StarsRipple) {
+  alustaTahdet();
+  const float kaukainen = star[75].z;
+  star[0].x = -45;
+  star[0].y = 45;
+  calculateFrame(100);
+  EXPECT_NEAR(star[0].z, std::sin(2.0) * -8 - 50, 1e-4);
+  EXPECT_EQ(star[75].z, kaukainen);
+  for (int i = 0; i < 75; ++i) {
+    EXPECT_GE(star[i].z, -58.001f);
+    EXPECT_LE(star[i].z, -41.999f);
+  }
+}
+
+TEST_F(World, StarsLieBehindTheFieldInStarColours) {
+  alustaTahdet();
+  for (const Star& s : star) {
+    EXPECT_LT(s.z, -35);
+    EXPECT_GT(s.koko, 0);
+    EXPECT_LE(s.b, 1.0f);
+    EXPECT_GE(s.r, s.b * 0.5f);  // no green or purple stars
+    EXPECT_GE(s.g, std::min(s.r, s.b) - 1e-6f);
+  }
+}
+
+}  // namespace
