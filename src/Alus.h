@@ -50,6 +50,10 @@ public:
   char nimi[15];
 
   Alus();
+
+  // Draws this type's model at the current origin: nose turned kulma degrees about z,
+  // gun to asekulma, propeller to propelli, trim in the colour of team tiimi.
+  void piirra(float kulma, float asekulma, int tiimi, float propelli) const;
 };
 
 const int alustyyppeja = 24;
