@@ -28,7 +28,7 @@ void vieKotiin(int i) {
 
 void kannettu(int i) {
   const int kantaja = cpiste[i].player;
-  if (kantaja >= pelaajia()) {  // the slot left the game: the flower lies where it was
+  if (kantaja >= pelaajaLkm()) {  // the slot left the game: the flower lies where it was
     cpiste[i].player = kukkaPudonnut;
     return;
   }
@@ -48,7 +48,7 @@ void kannettu(int i) {
 }
 
 void kotona(int i) {
-  for (int p = 0; p < pelaajia(); ++p) {
+  for (int p = 0; p < pelaajaLkm(); ++p) {
     if (!pelissa(p) || player[p].tiimi == i || !lahella(p, cpiste[i].x, cpiste[i].y, poimintaSade)) continue;
     cpiste[i].player = p;
     return;
@@ -56,7 +56,7 @@ void kotona(int i) {
 }
 
 void pudonnut(int i) {
-  for (int p = 0; p < pelaajia(); ++p) {
+  for (int p = 0; p < pelaajaLkm(); ++p) {
     if (!pelissa(p) || !lahella(p, cpiste[i].x, cpiste[i].y, poimintaSade)) continue;
     if (player[p].tiimi == i)
       vieKotiin(i);
@@ -92,7 +92,7 @@ void aloitaCPisteet() {
     cpiste[i].enabled = false;
   }
   // Only the flowers of teams that have players take part.
-  for (int p = 0; p < pelaajia(); ++p)
+  for (int p = 0; p < pelaajaLkm(); ++p)
     if (onKukka(player[p].tiimi)) cpiste[player[p].tiimi].enabled = true;
 }
 

@@ -18,7 +18,7 @@ const float valtausSade = 10.0f;
 // of two teams on it is contested and keeps its owner (-1 again).
 int valtaaja(const DPiste& d) {
   int ehdokas = -1;
-  for (int p = 0; p < pelaajia(); ++p) {
+  for (int p = 0; p < pelaajaLkm(); ++p) {
     if (!pelissa(p) || !lahella(p, d.x, d.y, valtausSade)) continue;
     if (ehdokas < 0)
       ehdokas = player[p].tiimi;

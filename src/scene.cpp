@@ -208,14 +208,41 @@ void asteroidiJaAlus(Pati& a, Player& p) {
   }
 }
 
+// The live shot slots of every player, gathered once per asteroid step so that
+// twenty asteroids do not each walk thousands of empty slots.
+const int padinPaikkoja = 10000;
+struct ElavatPadit {
+  unsigned short indeksi[padinPaikkoja];
+  int maara;
+};
+ElavatPadit elavat[maxPlayers][2];
+
+void kokoaElavat(ElavatPadit& e, const Pati* padit, double raja, int koko) {
+  e.maara = 0;
+  if (!padit) return;
+  const int paikkoja = kaytettavatPaikat(raja, std::min(koko, padinPaikkoja));
+  for (int k = 0; k < paikkoja; ++k)
+    if (padit[k].aika > 0) e.indeksi[e.maara++] = static_cast<unsigned short>(k);
+}
+
+void kokoaElavatPadit() {
+  for (int p = 0; p < pelaajaLkm(); ++p) {
+    const Player& pl = player[p];
+    const bool mukana = pelissa(p);
+    // Ship 9's special shots pass through asteroids.
+    kokoaElavat(elavat[p][0], mukana ? pl.pati : nullptr, pl.alus.maxpadit, maksimipadit);
+    kokoaElavat(elavat[p][1], mukana && pl.alus.numero != 9 ? pl.epati : nullptr, pl.alus.maxepadit, maksimiepadit);
+  }
+}
+
 // Live shots of one array that reach the asteroid's next position hurt it and are spent.
-void asteroidiJaPadit(Pati& a, Pati* padit, int maara, double sade, double vahinko) {
-  if (!padit || asiakas()) return;
+void asteroidiJaPadit(Pati& a, Pati* padit, const ElavatPadit& e, double sade, double vahinko) {
+  if (asiakas()) return;
   const float ax = a.x + a.xv, ay = a.y + a.yv;
   const float raja = kosketusraja(a.koko + sade);
-  for (int k = 0; k < maara; ++k) {
-    Pati& s = padit[k];
-    if (s.aika <= 0) continue;
+  for (int n = 0; n < e.maara; ++n) {
+    Pati& s = padit[e.indeksi[n]];
+    if (s.aika <= 0) continue;  // spent on an earlier asteroid
     const float dx = s.x - ax, dy = s.y - ay;
     if (dx * dx + dy * dy >= raja * raja) continue;
     a.energia -= vahinko;
@@ -241,15 +268,12 @@ void laskeAsteroidi(int i) {
   const float r2 = a.x * a.x + a.y * a.y;
   if (r2 < 81 && !asiakas()) a.energia = 0;
   for (int j = i + 1; j < asteroideja; ++j) asteroidiJaAsteroidi(a, asteroidi[j]);
-  for (int p = 0; p < pelaajia(); ++p) {
+  for (int p = 0; p < pelaajaLkm(); ++p) {
     if (!pelissa(p)) continue;
     Player& pl = player[p];
     asteroidiJaAlus(a, pl);
-    asteroidiJaPadit(a, pl.pati, kaytettavatPaikat(pl.alus.maxpadit, maksimipadit), pl.alus.patisade,
-                     pl.alus.damage);
-    if (pl.alus.numero != 9)
-      asteroidiJaPadit(a, pl.epati, kaytettavatPaikat(pl.alus.maxepadit, maksimiepadit), pl.alus.epatisade,
-                       pl.alus.edamage);
+    asteroidiJaPadit(a, pl.pati, elavat[p][0], pl.alus.patisade, pl.alus.damage);
+    asteroidiJaPadit(a, pl.epati, elavat[p][1], pl.alus.epatisade, pl.alus.edamage);
   }
   asteroidinPlaneetta(a, r2);
   if (a.energia > 0 || asiakas()) return;
@@ -300,7 +324,7 @@ void asetaValo() {
 
 void laskeKameranKeskipiste() {
   float maxx = -160, maxy = -120, minx = 160, miny = 120;
-  for (int i = 0; i < pelaajia(); ++i) {
+  for (int i = 0; i < pelaajaLkm(); ++i) {
     if (!pelissa(i)) continue;
     maxx = std::max(maxx, player[i].x);
     minx = std::min(minx, player[i].x);
@@ -313,9 +337,9 @@ void laskeKameranKeskipiste() {
 
 void laskeKameranEtaisyys() {
   float dx = 0, dy = 0;
-  for (int i = 0; i < pelaajia(); ++i) {
+  for (int i = 0; i < pelaajaLkm(); ++i) {
     if (!pelissa(i)) continue;
-    for (int j = i + 1; j < pelaajia(); ++j) {
+    for (int j = i + 1; j < pelaajaLkm(); ++j) {
       if (!pelissa(j)) continue;
       dx = std::max(dx, std::fabs(player[i].x - player[j].x));
       dy = std::max(dy, std::fabs(player[i].y - player[j].y));
@@ -347,12 +371,12 @@ void laskeKameranKulmat() {
 
 void tietokonePilotit() {
   if (asiakas()) return;
-  for (int i = 0; i < pelaajia(); ++i)
+  for (int i = 0; i < pelaajaLkm(); ++i)
     if (pelissa(i) && !player[i].ihmispelaaja) player[i].ailiiku();
 }
 
 void liikuta() {
-  for (int i = 0; i < pelaajia(); ++i) {
+  for (int i = 0; i < pelaajaLkm(); ++i) {
     Player& p = player[i];
     if (!pelissa(i) || p.kuolema >= 1) continue;
     p.liiku();
@@ -364,7 +388,7 @@ void liikuta() {
 }
 
 void alkusirpaleet() {
-  for (int i = 0; i < pelaajia(); ++i)
+  for (int i = 0; i < pelaajaLkm(); ++i)
     if (pelissa(i) && player[i].kuolema >= 1 && player[i].kuolema < uudestaanHetki) player[i].laskeAlkuSirpaleet();
 }
 
@@ -399,7 +423,7 @@ void planeetta(Player& p) {
 
 void planeetat() {
   if (asiakas()) return;
-  for (int i = 0; i < pelaajia(); ++i)
+  for (int i = 0; i < pelaajaLkm(); ++i)
     if (pelissa(i)) planeetta(player[i]);
 }
 
@@ -433,7 +457,7 @@ void ostaSatunnainenAlus(Player& p) {
 
 void pistepelinAlku() {
   if (pistepeli && ekapisteframe) {
-    for (int i = 0; i < pelaajia(); ++i) {
+    for (int i = 0; i < pelaajaLkm(); ++i) {
       if (saavalita)
         valitseAlus(i);
       else
@@ -445,7 +469,7 @@ void pistepelinAlku() {
 
 void kuolemaAjastimet() {
   if (asiakas()) return;
-  for (int i = 0; i < pelaajia(); ++i) {
+  for (int i = 0; i < pelaajaLkm(); ++i) {
     Player& p = player[i];
     if (!pelissa(i) || p.kuolema <= 0) continue;
     // The host holds the timer here until its network loop has respawned the ship.
@@ -456,7 +480,7 @@ void kuolemaAjastimet() {
 
 void asiakkaanRajahdykset() {
   if (!asiakas()) return;
-  for (int i = 0; i < pelaajia(); ++i) {
+  for (int i = 0; i < pelaajaLkm(); ++i) {
     if (!playerrajahtaa[i]) continue;
     rajahdysaani(player[i]);
     playerrajahtaa[i] = false;
@@ -483,7 +507,7 @@ void kuolema(int i) {
 }
 
 void kuolemat() {
-  for (int i = 0; i < pelaajia(); ++i)
+  for (int i = 0; i < pelaajaLkm(); ++i)
     if (pelissa(i) && player[i].energia <= 0 && player[i].kuolema < 1) kuolema(i);
 }
 
@@ -543,7 +567,7 @@ void paikallinenUusiAlus(int i) {
 }
 
 void uudestaanSyntymat() {
-  for (int i = 0; i < pelaajia(); ++i) {
+  for (int i = 0; i < pelaajaLkm(); ++i) {
     if (!pelissa(i) || player[i].kuolema != uudestaanHetki) continue;
     // A local capture-the-flower death is charged here and again in the
     // request below: the double penalty is part of the local game's balance.
@@ -555,7 +579,7 @@ void uudestaanSyntymat() {
 
 void elvytykset() {
   if (asiakas()) return;
-  for (int i = 0; i < pelaajia(); ++i) {
+  for (int i = 0; i < pelaajaLkm(); ++i) {
     Player& p = player[i];
     if (!pelissa(i) || p.kuolema != 1) continue;
     p.energia = p.alus.energia;
@@ -612,12 +636,12 @@ void raportoiPikkumies(int i) {
 
 // --- Shared helpers ----------------------------------------------------------
 
-int pelaajia() { return std::clamp(players, 0, maxPlayers); }
+int pelaajaLkm() { return std::clamp(players, 0, maxPlayers); }
 
 bool pelissa(int i) { return !pistepeli || player[i].pisteet >= 0; }
 
 void tiimillePisteita(int tiimi, float maara) {
-  for (int i = 0; i < pelaajia(); ++i)
+  for (int i = 0; i < pelaajaLkm(); ++i)
     if (pelissa(i) && player[i].tiimi == tiimi) player[i].pisteet += maara;
 }
 
@@ -681,6 +705,7 @@ void laskeAsteroidit() {
     asteroidirajahtaa = false;
     asteroidinSirpaleet(arajahdys[0], arajahdys[1]);
   }
+  if (!asiakas()) kokoaElavatPadit();
   for (int i = 0; i < asteroideja; ++i) laskeAsteroidi(i);
 }
 
@@ -691,7 +716,7 @@ void laskePikkumiehet() {
     --m.aika;
     if (m.ampumisviive < 1) {
       // Every ship over the little man gets him: overlapping ships both gain.
-      for (int p = 0; p < pelaajia(); ++p) {
+      for (int p = 0; p < pelaajaLkm(); ++p) {
         if (!pelissa(p) || !lahella(p, m.x, m.y, player[p].alus.sade)) continue;
         player[p].energia += 1.0f;
         m.aika = 0;

@@ -41,10 +41,10 @@ extern float arajahdys[2];
 extern pikkumiessiirto siirrot[10];
 
 // Helpers shared by the world step and the objective rules.
-int pelaajia();                                    // players, kept within the player array
-bool pelissa(int i);                               // the player takes part (not out of a credit game)
-void tiimillePisteita(int tiimi, float maara);     // add to every in-play member of the team
-bool lahella(int i, float x, float y, float sade); // player i's centre is closer than sade
+int pelaajaLkm();                                   // players, kept within the player array
+bool pelissa(int i);                                // the player takes part (not out of a credit game)
+void tiimillePisteita(int tiimi, float maara);      // add to every in-play member of the team
+bool lahella(int i, float x, float y, float sade);  // player i's centre is closer than sade
 
 // Start-up placement (called by alota).
 void alustaTahdet();

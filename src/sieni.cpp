@@ -39,7 +39,7 @@ void laskeSPisteet() {
   int syoja = -1;
   if (!spiste) return;  // not set up yet
   for (int m = 0; m < spisteita; ++m) {
-    for (int p = 0; p < pelaajia(); ++p) {
+    for (int p = 0; p < pelaajaLkm(); ++p) {
       if (!pelissa(p) || !lahella(p, spiste[m].x, spiste[m].y, syontiSade)) continue;
       syoja = player[p].tiimi;
       break;
