@@ -74,7 +74,7 @@ int peliloppu() {
 // The team of the last player that reached the score limit, -1 if none did.
 static int tavoitteenSaavuttanutTiimi() {
   int tiimi = -1;
-  for (int i = 0; i < pelaajia(); ++i)
+  for (int i = 0; i < pelaajaLkm(); ++i)
     if (player[i].pisteet >= fullcredits) tiimi = player[i].tiimi;
   return tiimi;
 }
@@ -108,7 +108,7 @@ static void piirraVoittajat(int voittotiimi, int voittajia) {
   const float pienennys = voittajia < 5 ? 0.5f : 0.32f;
   glScalef(pienennys, pienennys, pienennys);
   int kohta = 0;
-  for (int i = 0; i < pelaajia(); ++i) {
+  for (int i = 0; i < pelaajaLkm(); ++i) {
     if (!onVoittaja(player[i], voittotiimi)) continue;
     player[i].piirra(4 - 4 * voittajia + 8 * kohta, -6, -3, 90, 0);
     ++kohta;
@@ -138,7 +138,7 @@ void drawVictory(int tiimi) {
   const int voittotiimi = tavoitePeli() ? tavoitteenSaavuttanutTiimi() : tiimi;
   int voittajia = 0;
   int krediittiSumma = 0;
-  for (int i = 0; i < pelaajia(); ++i) {
+  for (int i = 0; i < pelaajaLkm(); ++i) {
     if (!onVoittaja(player[i], voittotiimi)) continue;
     ++voittajia;
     krediittiSumma += player[i].pisteet + player[i].alus.pistemaara;  // truncated at each step
