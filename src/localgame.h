@@ -61,7 +61,8 @@ bool alusvalinnanSyote(Player& p, int& kursori);
 // Buys the entry under the cursor for player `pelaaja` and returns true; a ship the
 // player cannot afford moves the cursor to ship 2 instead and returns false.
 bool ostaValinta(int pelaaja, int& kursori);
-// The computer pilot's target: a ship number, or -1 for the random entry.
+// The computer pilot's target: a ship number, or -1 for the random entry. The
+// player must afford the cheapest ship (valitseAlus sees to that).
 int tietokoneenKohde(int pelaaja);
 
 // The computer pilot pressing its own keys on the choice screen.
