@@ -259,11 +259,13 @@ float tekstinLoppu(float x, const char* teksti, float koko) {
   return x - koko + 2 * koko * static_cast<float>(gl_pituus(teksti));
 }
 
-void aloitaValikonKuva() {
+// The screen's picture and veil, and a view in which text from x = -leveys to
+// leveys fits the window.
+void aloitaValikonKuva(float leveys) {
   glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);
   piirraTaustakuva(texture[31]);
   tummennaRuutu(0.6f);
-  valikonNakyma(riviX - 2, -riviX + 2);
+  valikonNakyma(-leveys, leveys);
   glEnable(GL_TEXTURE_2D);
   glEnable(GL_BLEND);
   glBlendFunc(GL_SRC_ALPHA, GL_ONE);  // the glyphs' black adds nothing
@@ -271,13 +273,13 @@ void aloitaValikonKuva() {
 
 void piirraValikonOtsikko(const char* otsikko) {
   glColor4f(1, 0.75f, 0.15f, 1);
-  gl_println(-otsikonKoko * static_cast<float>(gl_pituus(otsikko)), otsikonY, riviZ, otsikko, otsikonKoko);
+  gl_println(keskitettyX(otsikko, otsikonKoko), otsikonY, riviZ, otsikko, otsikonKoko);
 }
 
 void piirraAlarivi(const char* teksti) {
   if (!teksti || !*teksti) return;
   glColor4f(0.9f, 0.9f, 0.9f, 1);
-  gl_println(-0.5f * static_cast<float>(gl_pituus(teksti)), alarivi, riviZ, teksti, 0.5f);
+  gl_println(keskitettyX(teksti, 0.5f), alarivi, riviZ, teksti, 0.5f);
 }
 
 // A red label and, when there is one, its value in white beside it.
@@ -483,7 +485,7 @@ const char* otaKayttoon(Asetusluonnos& a) {
 }
 
 void piirraAsetusmenu(int valittu, const Asetusluonnos& a, const char* ilmoitus) {
-  aloitaValikonKuva();
+  aloitaValikonKuva(-riviX + 2);
   piirraValikonOtsikko("Settings");
   char arvo[32];
   float valitunLoppu = 0;
@@ -512,7 +514,7 @@ struct Pelaajarivit {
   int sarakkeita() const { return pelaajia > 10 ? 2 : 1; }
   int riveja() const { return (pelaajia + sarakkeita() - 1) / sarakkeita(); }
   // Where slot i's row starts.
-  float x(int i) const { return i < riveja() ? riviX - 1 : 1.0f; }
+  float x(int i) const { return i < riveja() ? riviX : 1.5f; }
   float y(int i) const { return ylinRivi - 2.0f * (i % riveja()); }
   float lisaY(int kohta) const { return ylinRivi - 2.0f * riveja() - 1.0f - 1.9f * (kohta - pelaajia); }
 };
@@ -543,17 +545,17 @@ float piirraPelaajarivi(const Pelaajarivit& r, int i) {
   gl_println(x, y, riviZ, teksti, koko);
   glColor4f(1, 0, 0, 1);
   gl_println(x + 8, y, riviZ, "Human", koko);
-  gl_println(x + 15.5f, y, riviZ, "Team", koko);
+  gl_println(x + 16.2f, y, riviZ, "Team", koko);
   glColor4f(1, 1, 1, 1);
-  gl_println(x + 12.5f, y, riviZ, paalla(sets.ihminen[i]), koko);
+  gl_println(x + 13.2f, y, riviZ, paalla(sets.ihminen[i]), koko);
   std::snprintf(teksti, sizeof teksti, "%d", std::clamp(sets.team[i], 0, joukkueita() - 1) + 1);
   valitseVari(sets.team[i]);
-  gl_println(x + 19.5f, y, riviZ, teksti, koko);
-  return tekstinLoppu(x + 19.5f, teksti, koko);
+  gl_println(x + 20.5f, y, riviZ, teksti, koko);
+  return tekstinLoppu(x + 20.5f, teksti, koko);
 }
 
 void piirraPelaajaMenu(const Pelaajarivit& r, int valittu) {
-  aloitaValikonKuva();
+  aloitaValikonKuva(-riviX + 3.5f);
   piirraValikonOtsikko("Player Setup");
   float loppu = 0;
   for (int i = 0; i < r.pelaajia; ++i) {

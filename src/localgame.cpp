@@ -248,6 +248,10 @@ void tummennaRuutu(float peitto) {
   kokoRuutu();
 }
 
+float keskitettyX(const char* teksti, float koko, float keskus) {
+  return keskus + koko - koko * static_cast<float>(gl_pituus(teksti));
+}
+
 void valikonNakyma(float vasen, float oikea) {
   glMatrixMode(GL_MODELVIEW);
   glLoadIdentity();

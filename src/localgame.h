@@ -47,6 +47,8 @@ extern void (*voitonPiirto)(int tiimi);  // drawVictory
 // the texture table, and a black veil of the given opacity over what is drawn.
 void piirraTaustakuva(unsigned int tekstuuri);
 void tummennaRuutu(float peitto);
+// Where a line of text of size `koko` starts so that it is centred on x = keskus.
+float keskitettyX(const char* teksti, float koko, float keskus = 0);
 // Sets an identity view in which text at depth -40 from x = vasen to x = oikea
 // fits the window width (narrow windows shrink the layout, wide ones keep it).
 void valikonNakyma(float vasen, float oikea);

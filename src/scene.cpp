@@ -1614,7 +1614,7 @@ void piirraOtsakkeet(int pelaaja, const Player& p) {
   char teksti[32];
   glColor4f(1, 0.75f, 0.15f, 1);
   const char* otsikko = "choose your ship";
-  gl_println(-1.2f * float(gl_pituus(otsikko)), 13, valintaZ, otsikko, 1.2f);
+  gl_println(keskitettyX(otsikko, 1.2f), 13, valintaZ, otsikko, 1.2f);
   valitseVari(p.tiimi);
   gl_println(tietoX, 9.5f, valintaZ, "player");
   std::snprintf(teksti, sizeof teksti, "%d", pelaaja + 1);
@@ -1642,8 +1642,8 @@ void piirraKohtarivi(const Player& p, int kursori) {
       glColor4f(0.3f, 0.3f, 0.3f, 1);
     else
       glColor4f(0.8f, 0.8f, 0.8f, 1);
-    const float x = x0 + vali * i - koko * float(gl_pituus(teksti));
-    gl_println(x, i == kursori ? -12.3f : -12, valintaZ, teksti, i == kursori ? koko * 1.5f : koko);
+    const float k = i == kursori ? koko * 1.5f : koko;
+    gl_println(keskitettyX(teksti, k, x0 + vali * i), i == kursori ? -12.3f : -12, valintaZ, teksti, k);
   }
 }
 
@@ -1653,7 +1653,7 @@ void piirraValittuAlus(Player& p, int kursori) {
   const float x = 12, y = -1;
   if (kursori == satunnainenKohta) {
     glColor4f(1, 0.75f, 0.15f, 1);
-    gl_println(x - 4 * float(gl_pituus("?")), y, valintaZ, "?", 4);
+    gl_println(keskitettyX("?", 4, x), y, valintaZ, "?", 4);
     return;
   }
   const Alus oma = p.alus;
