@@ -329,29 +329,4 @@ TEST_F(LocalMenuWindow, UpFromTheFirstItemWrapsToExit) {
   EXPECT_TRUE(piirretytFreimit.empty());
 }
 
-TEST_F(LocalMenuWindow, DownFromExitWrapsToTheFirstItemAndStartsIt) {
-  // Escape would leave; instead walk down nine times to come back to item 0,
-  // start it, leave the game with Escape and then the menu with Escape.
-  static int alas;
-  alas = 9;
-  joka_uni = [] {
-    Player& p = player[0];
-    if (p.palas || entterpressed || escpressed) return;
-    if (alas > 0) {
-      --alas;
-      p.palas = true;
-    } else if (alas == 0) {
-      alas = -1;
-      entterpressed = true;
-    } else {
-      escpressed = true;
-    }
-  };
-  onePlayerGameMenu();
-  EXPECT_LT(unia, 20000);
-  EXPECT_EQ(gamemode, 1);  // "Start With Random Ships" ran
-  EXPECT_FALSE(pistepeli);
-  EXPECT_FALSE(piirretytFreimit.empty());
-}
-
 }  // namespace
