@@ -4,12 +4,16 @@
 #include <GL/gl.h>
 #include <SDL/SDL.h>
 
+#include <algorithm>
 #include <cstdio>
+#include <vector>
 
 #include "Main.h"
 #include "Player.h"
+#include "Sets.h"
 #include "Teksti.h"
 #include "audio.h"
+#include "ctf.h"
 #include "glapi.h"
 #include "localgame.h"
 #include "net.h"
@@ -216,8 +220,413 @@ void drawmenu(int item) {
   SDL_GL_SwapBuffers();
 }
 
-// The settings screens are not built yet.
-void asetusmenu() {}
+// --- The settings menu and the player set-up screen: the main menu's look and
+// keys, with left and right changing the value under the cursor.
 
-// The player set-up screen is not built yet.
-void playerMenu() {}
+namespace {
+
+const float riviX = -22, arvoX = -3, riviZ = -40;
+const float riviKoko = 0.8f, rivivali = 1.8f;
+const float ylinRivi = 11, otsikonY = 14.2f, otsikonKoko = 1.2f, alarivi = -14.5f;
+const float nuoliSuhde = nuoliSyvyys / riviZ;  // text space to arrow space
+
+// Holding left or right keeps changing a value while the screen is open.
+class NappainToisto {
+public:
+  NappainToisto() {
+    SDL_GetKeyRepeat(&viive_, &vali_);
+    SDL_EnableKeyRepeat(SDL_DEFAULT_REPEAT_DELAY, SDL_DEFAULT_REPEAT_INTERVAL);
+  }
+  ~NappainToisto() { SDL_EnableKeyRepeat(viive_, vali_); }
+  NappainToisto(const NappainToisto&) = delete;
+  NappainToisto& operator=(const NappainToisto&) = delete;
+
+private:
+  int viive_ = 0, vali_ = 0;
+};
+
+// Left -1, right +1, else 0; the flag acted on is cleared.
+int sivusuunta() {
+  Player& p = player[0];
+  const int suunta = p.pright ? 1 : p.pleft ? -1 : 0;
+  p.pleft = p.pright = false;
+  return suunta;
+}
+
+float riviY(int rivi) { return ylinRivi - rivivali * rivi; }
+
+float tekstinLoppu(float x, const char* teksti, float koko) {
+  return x - koko + 2 * koko * static_cast<float>(gl_pituus(teksti));
+}
+
+// The screen's picture and veil, and a view in which text from x = -leveys to
+// leveys fits the window.
+void aloitaValikonKuva(float leveys) {
+  glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);
+  piirraTaustakuva(texture[31]);
+  tummennaRuutu(0.6f);
+  valikonNakyma(-leveys, leveys);
+  glEnable(GL_TEXTURE_2D);
+  glEnable(GL_BLEND);
+  glBlendFunc(GL_SRC_ALPHA, GL_ONE);  // the glyphs' black adds nothing
+}
+
+void piirraValikonOtsikko(const char* otsikko) {
+  glColor4f(1, 0.75f, 0.15f, 1);
+  gl_println(keskitettyX(otsikko, otsikonKoko), otsikonY, riviZ, otsikko, otsikonKoko);
+}
+
+void piirraAlarivi(const char* teksti) {
+  if (!teksti || !*teksti) return;
+  glColor4f(0.9f, 0.9f, 0.9f, 1);
+  gl_println(keskitettyX(teksti, 0.5f), alarivi, riviZ, teksti, 0.5f);
+}
+
+// A red label and, when there is one, its value in white beside it.
+void piirraRivi(float x, float y, const char* nimi, const char* arvo, float arvonX) {
+  glColor4f(1, 0, 0, 1);
+  gl_println(x, y, riviZ, nimi, riviKoko);
+  if (!arvo) return;
+  glColor4f(1, 1, 1, 1);
+  gl_println(arvonX, y, riviZ, arvo, riviKoko);
+}
+
+// The two spinning arrows around the selected row, from x = alku to x = loppu.
+void piirraKursori(float alku, float loppu, float y) {
+  glDisable(GL_TEXTURE_2D);
+  glDisable(GL_BLEND);
+  glEnable(GL_LIGHTING);
+  glEnable(GL_DEPTH_TEST);
+  glColor4f(1.0f, 0.75f, 0.15f, 1);
+  piirraNuoli((alku - 1.6f) * nuoliSuhde, y * nuoliSuhde, 0);
+  piirraNuoli((loppu + 1.2f) * nuoliSuhde, y * nuoliSuhde, 180);
+}
+
+void lopetaValikonKuva() {
+  palautaTila();
+  SDL_GL_SwapBuffers();
+}
+
+const char* paalla(bool arvo) { return arvo ? "on" : "off"; }
+
+// --- The settings menu.
+
+struct Resoluutio {
+  int leveys, korkeus;
+  bool operator<(const Resoluutio& o) const { return leveys != o.leveys ? leveys < o.leveys : korkeus < o.korkeus; }
+  bool operator==(const Resoluutio& o) const { return leveys == o.leveys && korkeus == o.korkeus; }
+};
+
+// What the menu edits; nothing reaches `sets` or the game before it is applied.
+struct Asetusluonnos {
+  Resoluutio koko;
+  bool kokoruutu;
+  int pelaajia;
+  bool musiikki, efektit;
+  int krediitit;
+  int musiikkivoimakkuus, efektivoimakkuus;
+  int kamera;
+  int tarkkuus;
+};
+
+enum Asetuskohta {
+  aResoluutio, aKokoruutu, aPelaajat, aMusiikki, aEfektit, aKrediitit, aMusiikkivoimakkuus,
+  aEfektivoimakkuus, aKamera, aTarkkuus, aPelaajaAsetukset, aTallenna, aTallennaJaPoistu, asetuskohtia
+};
+
+const char* const asetustenNimet[asetuskohtia] = {
+    "Resolution:", "Full Screen:",    "Players:", "Music:",       "Effects:",
+    "Credits:",    "Music Volume:",   "Effects Volume:", "Camera:", "Detail:",
+    "Player Setup", "Apply and Save Settings", "Apply, Save and Exit Menu"};
+const char* const kameranNimet[2] = {"tilting", "top-down"};
+
+const Resoluutio tavallisetTilat[] = {{640, 480},   {800, 600},   {1024, 768},  {1152, 864},  {1280, 720},
+                                      {1280, 800},  {1280, 960},  {1280, 1024}, {1366, 768},  {1440, 900},
+                                      {1600, 900},  {1600, 1200}, {1680, 1050}, {1920, 1080}, {1920, 1200},
+                                      {2560, 1440}};
+
+// The usual sizes, those the display offers for full screen (none larger than
+// its biggest), and the current one, in order.
+std::vector<Resoluutio> resoluutiot(Resoluutio nykyinen) {
+  std::vector<Resoluutio> lista;
+  const bool naytonTilat = modes && modes != reinterpret_cast<SDL_Rect**>(-1);
+  int suurin = 1 << 30;
+  if (naytonTilat) {
+    suurin = 0;
+    for (int i = 0; modes[i]; ++i) {
+      lista.push_back({modes[i]->w, modes[i]->h});
+      suurin = std::max(suurin, int(modes[i]->w));
+    }
+  }
+  for (const Resoluutio& r : tavallisetTilat)
+    if (r.leveys <= suurin) lista.push_back(r);
+  lista.push_back(nykyinen);
+  std::sort(lista.begin(), lista.end());
+  lista.erase(std::unique(lista.begin(), lista.end()), lista.end());
+  return lista;
+}
+
+Asetusluonnos nykyisetAsetukset() {
+  return {{screenwidth, screenheight},
+          sets.fullscreen > 0,
+          std::clamp(sets.playermaara, 2, maxPlayers),
+          sets.musics > 0,
+          sets.efects > 0,
+          std::clamp(static_cast<int>(sets.credits), 20, 1000),
+          std::clamp(static_cast<int>(sets.musicvolume), 0, 100),
+          std::clamp(static_cast<int>(sets.soundvolume), 0, 100),
+          sets.cammode != 0 ? 1 : 0,
+          std::clamp(sets.detail, 0, sets.maxdetail)};
+}
+
+int askel(int arvo, int suunta, int koko, int pienin, int suurin) {
+  return std::clamp(arvo + suunta * koko, pienin, suurin);
+}
+
+Resoluutio viereinenResoluutio(Resoluutio nykyinen, int suunta) {
+  const std::vector<Resoluutio> lista = resoluutiot(nykyinen);
+  const int i = int(std::find(lista.begin(), lista.end(), nykyinen) - lista.begin());
+  return lista[std::clamp(i + suunta, 0, int(lista.size()) - 1)];
+}
+
+// Left and right step a value (switches flip either way); Enter (suunta 0) flips a switch.
+void muutaAsetusta(Asetusluonnos& a, int kohta, int suunta) {
+  switch (kohta) {
+    case aResoluutio: a.koko = viereinenResoluutio(a.koko, suunta); break;
+    case aKokoruutu: a.kokoruutu = !a.kokoruutu; break;
+    case aPelaajat: a.pelaajia = askel(a.pelaajia, suunta, 1, 2, maxPlayers); break;
+    case aMusiikki: a.musiikki = !a.musiikki; break;
+    case aEfektit: a.efektit = !a.efektit; break;
+    case aKrediitit: a.krediitit = askel(a.krediitit, suunta, 10, 20, 1000); break;
+    case aMusiikkivoimakkuus: a.musiikkivoimakkuus = askel(a.musiikkivoimakkuus, suunta, 5, 0, 100); break;
+    case aEfektivoimakkuus: a.efektivoimakkuus = askel(a.efektivoimakkuus, suunta, 5, 0, 100); break;
+    case aKamera: a.kamera = suunta == 0 ? a.kamera : 1 - a.kamera; break;
+    case aTarkkuus: a.tarkkuus = askel(a.tarkkuus, suunta, 1, 0, sets.maxdetail); break;
+    default: break;
+  }
+}
+
+void asetuksenArvo(const Asetusluonnos& a, int kohta, char* teksti, size_t koko) {
+  switch (kohta) {
+    case aResoluutio: std::snprintf(teksti, koko, "%d x %d", a.koko.leveys, a.koko.korkeus); break;
+    case aKokoruutu: std::snprintf(teksti, koko, "%s", paalla(a.kokoruutu)); break;
+    case aPelaajat: std::snprintf(teksti, koko, "%d", a.pelaajia); break;
+    case aMusiikki: std::snprintf(teksti, koko, "%s", paalla(a.musiikki)); break;
+    case aEfektit: std::snprintf(teksti, koko, "%s", paalla(a.efektit)); break;
+    case aKrediitit: std::snprintf(teksti, koko, "%d", a.krediitit); break;
+    case aMusiikkivoimakkuus: std::snprintf(teksti, koko, "%d", a.musiikkivoimakkuus); break;
+    case aEfektivoimakkuus: std::snprintf(teksti, koko, "%d", a.efektivoimakkuus); break;
+    case aKamera: std::snprintf(teksti, koko, "%s", kameranNimet[a.kamera]); break;
+    case aTarkkuus: std::snprintf(teksti, koko, "%d / %d", a.tarkkuus, sets.maxdetail); break;
+    default: teksti[0] = 0; break;
+  }
+}
+
+// A new window size or full-screen state; a mode the display refuses leaves the
+// old one in place (and in the draft). Without a window there is nothing to change.
+bool asetaNaytto(Asetusluonnos& a) {
+  const SDL_Surface* pinta = SDL_GetVideoSurface();
+  if (!pinta) return true;
+  const bool nytKokoruutu = (pinta->flags & SDL_FULLSCREEN) != 0;
+  if (a.koko == Resoluutio{screenwidth, screenheight} && a.kokoruutu == nytKokoruutu) return true;
+  const Uint32 liput = SDL_OPENGL | SDL_RESIZABLE;
+  bool onnistui = SDL_SetVideoMode(a.koko.leveys, a.koko.korkeus, screenbpp,
+                                   liput | (a.kokoruutu ? SDL_FULLSCREEN : 0)) != nullptr;
+  if (onnistui) {
+    screenwidth = a.koko.leveys;
+    screenheight = a.koko.korkeus;
+    fullscreen = a.kokoruutu;
+    SDL_ShowCursor(a.kokoruutu ? SDL_DISABLE : SDL_ENABLE);
+  } else {
+    fprintf(stderr, "Couldn't set %i*%i*%i opengl video mode: %s\n", a.koko.leveys, a.koko.korkeus, screenbpp,
+            SDL_GetError());
+    SDL_SetVideoMode(screenwidth, screenheight, screenbpp, liput | (nytKokoruutu ? SDL_FULLSCREEN : 0));
+    a.koko = {screenwidth, screenheight};
+    a.kokoruutu = nytKokoruutu;
+  }
+  setupOpengl(screenwidth, screenheight);  // a new mode has a new context
+  return onnistui;
+}
+
+void asetaMusiikki(const Asetusluonnos& a) {
+  const bool oli = musiikkipaalla;
+  musiikkipaalla = a.musiikki;
+  if (oli && !musiikkipaalla && backgroundsong) backgroundsong->stop();
+  if (!oli && musiikkipaalla) {
+    if (backgroundsong)
+      backgroundsong->play();
+    else
+      test(nullptr);  // the stop callback picks and starts a song
+  }
+  if (backgroundsong) backgroundsong->setVolume(sets.musicvolume / 100);
+}
+
+// Copies the draft into the settings and the game, then saves; returns what to tell the player.
+const char* otaKayttoon(Asetusluonnos& a) {
+  const bool tilaOk = asetaNaytto(a);
+  sets.width = a.koko.leveys;
+  sets.height = a.koko.korkeus;
+  sets.fullscreen = a.kokoruutu ? 1 : 0;
+  sets.playermaara = players = a.pelaajia;
+  sets.credits = fullcredits = a.krediitit;
+  sets.musics = a.musiikki ? 1 : 0;
+  sets.efects = a.efektit ? 1 : 0;
+  efektitpaalla = a.efektit;
+  sets.musicvolume = static_cast<float>(a.musiikkivoimakkuus);
+  sets.soundvolume = static_cast<float>(a.efektivoimakkuus);
+  asetaMusiikki(a);
+  setSoundVolumes();
+  sets.cammode = a.kamera;
+  sets.detail = a.tarkkuus;
+  sirpaleita = sets.detail * 500 + 1000;
+  alkusirpaleita = static_cast<int>(sirpaleita / 12.5);
+  if (!sets.saveFile()) return "could not save the settings to sets.txt";
+  return tilaOk ? "settings saved" : "that video mode failed; the other settings are saved";
+}
+
+void piirraAsetusmenu(int valittu, const Asetusluonnos& a, const char* ilmoitus) {
+  aloitaValikonKuva(-riviX + 2);
+  piirraValikonOtsikko("Settings");
+  char arvo[32];
+  float valitunLoppu = 0;
+  for (int i = 0; i < asetuskohtia; ++i) {
+    asetuksenArvo(a, i, arvo, sizeof arvo);
+    const bool onArvo = arvo[0] != 0;
+    piirraRivi(riviX, riviY(i), asetustenNimet[i], onArvo ? arvo : nullptr, arvoX);
+    if (i == valittu)
+      valitunLoppu = onArvo ? tekstinLoppu(arvoX, arvo, riviKoko) : tekstinLoppu(riviX, asetustenNimet[i], riviKoko);
+  }
+  piirraAlarivi(ilmoitus);
+  piirraKursori(riviX, valitunLoppu, riviY(valittu));
+  lopetaValikonKuva();
+}
+
+// --- The player set-up screen: one row per player slot (Enter switches the pilot,
+// left and right change the team), then the computer pilots' switches.
+
+const int suurinTaso = 10;  // highest computer-pilot level offered
+
+struct Pelaajarivit {
+  int pelaajia;
+  int aiKohde() const { return pelaajia; }
+  int aiTaso() const { return pelaajia + 1; }
+  int edellinen() const { return pelaajia + 2; }
+  int sarakkeita() const { return pelaajia > 10 ? 2 : 1; }
+  int riveja() const { return (pelaajia + sarakkeita() - 1) / sarakkeita(); }
+  // Where slot i's row starts.
+  float x(int i) const { return i < riveja() ? riviX : 1.5f; }
+  float y(int i) const { return ylinRivi - 2.0f * (i % riveja()); }
+  float lisaY(int kohta) const { return ylinRivi - 2.0f * riveja() - 1.0f - 1.9f * (kohta - pelaajia); }
+};
+
+// Teams run 1..16 on screen and 0..15 in the settings, and never reach the
+// number of flowers, whose array a team number indexes.
+int joukkueita() { return std::max(1, std::min(maxPlayers, cpisteita)); }
+
+void muutaPelaajaa(const Pelaajarivit& r, int kohta, int suunta) {
+  if (kohta < r.pelaajia) {
+    if (suunta == 0)
+      sets.ihminen[kohta] = !sets.ihminen[kohta];
+    else
+      sets.team[kohta] = (std::clamp(sets.team[kohta], 0, joukkueita() - 1) + suunta + joukkueita()) % joukkueita();
+  } else if (kohta == r.aiKohde()) {
+    sets.aikohteet = !sets.aikohteet;
+  } else if (kohta == r.aiTaso()) {
+    sets.ai = askel(sets.ai, suunta, 1, 0, suurinTaso);
+  }
+}
+
+// Returns where the row ends, for the cursor.
+float piirraPelaajarivi(const Pelaajarivit& r, int i) {
+  const float x = r.x(i), y = r.y(i), koko = 0.7f;
+  char teksti[24];
+  std::snprintf(teksti, sizeof teksti, "player %d", i + 1);
+  glColor4f(1, 1, 1, 1);
+  gl_println(x, y, riviZ, teksti, koko);
+  glColor4f(1, 0, 0, 1);
+  gl_println(x + 8, y, riviZ, "Human", koko);
+  gl_println(x + 16.2f, y, riviZ, "Team", koko);
+  glColor4f(1, 1, 1, 1);
+  gl_println(x + 13.2f, y, riviZ, paalla(sets.ihminen[i]), koko);
+  std::snprintf(teksti, sizeof teksti, "%d", std::clamp(sets.team[i], 0, joukkueita() - 1) + 1);
+  valitseVari(sets.team[i]);
+  gl_println(x + 20.5f, y, riviZ, teksti, koko);
+  return tekstinLoppu(x + 20.5f, teksti, koko);
+}
+
+void piirraPelaajaMenu(const Pelaajarivit& r, int valittu) {
+  aloitaValikonKuva(-riviX + 3.5f);
+  piirraValikonOtsikko("Player Setup");
+  float loppu = 0;
+  for (int i = 0; i < r.pelaajia; ++i) {
+    const float rivinLoppu = piirraPelaajarivi(r, i);
+    if (i == valittu) loppu = rivinLoppu;
+  }
+  char taso[8];
+  std::snprintf(taso, sizeof taso, "%d", sets.ai);
+  const char* arvot[3] = {paalla(sets.aikohteet), taso, nullptr};
+  const char* nimet[3] = {"ai attacks ai:", "testopponent:", "previous menu"};
+  for (int k = 0; k < 3; ++k) {
+    const int kohta = r.pelaajia + k;
+    piirraRivi(riviX, r.lisaY(kohta), nimet[k], arvot[k], arvoX);
+    if (kohta == valittu) loppu = arvot[k] ? tekstinLoppu(arvoX, arvot[k], riviKoko) : tekstinLoppu(riviX, nimet[k], riviKoko);
+  }
+  piirraAlarivi("Enter: human or computer     left, right: team");
+  const bool rivilla = valittu < r.pelaajia;
+  piirraKursori(rivilla ? r.x(valittu) : riviX, loppu, rivilla ? r.y(valittu) : r.lisaY(valittu));
+  lopetaValikonKuva();
+}
+
+// Runs the player set-up for `pelaajia` slots; the changes go into `sets` and are
+// saved on leaving. False when the save failed.
+bool pelaajaAsetukset(int pelaajia) {
+  const Pelaajarivit r{std::clamp(pelaajia, 2, maxPlayers)};
+  const NappainToisto toisto;
+  int kohta = 0;
+  for (;;) {
+    processEvents();
+    pyoritaNuolia();
+    if (const int suunta = sivusuunta()) muutaPelaajaa(r, kohta, suunta);
+    if (valikonSyote(kohta, r.edellinen())) {
+      if (kohta == r.edellinen()) break;
+      muutaPelaajaa(r, kohta, 0);
+    }
+    waitNextFrame();
+    piirraPelaajaMenu(r, kohta);
+    updateAudio();
+  }
+  unohdaNapit();
+  ai = sets.ai;
+  return sets.saveFile();
+}
+
+}  // namespace
+
+void asetusmenu() {
+  const NappainToisto toisto;
+  Asetusluonnos luonnos = nykyisetAsetukset();
+  const char* ilmoitus = "";
+  int kohta = 0;
+  for (;;) {
+    processEvents();
+    pyoritaNuolia();
+    if (escpressed) break;  // leaves without applying
+    if (const int suunta = sivusuunta()) muutaAsetusta(luonnos, kohta, suunta);
+    if (valikonSyote(kohta, aTallennaJaPoistu)) {
+      if (kohta == aPelaajaAsetukset) {
+        ilmoitus = pelaajaAsetukset(luonnos.pelaajia) ? "player setup saved" : "could not save the settings to sets.txt";
+      } else if (kohta >= aTallenna) {
+        ilmoitus = otaKayttoon(luonnos);
+        if (kohta == aTallennaJaPoistu) break;
+      } else {
+        muutaAsetusta(luonnos, kohta, 0);
+      }
+    }
+    waitNextFrame();
+    piirraAsetusmenu(kohta, luonnos, ilmoitus);
+    updateAudio();
+  }
+  unohdaNapit();
+}
+
+void playerMenu() { pelaajaAsetukset(sets.playermaara); }

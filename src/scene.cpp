@@ -735,10 +735,7 @@ void laskePikkumiehet() {
   }
 }
 
-// Drawing (filled by the rendering work)
-void valitseAlus(int) {}
-void drawAlusValinta(int, int) {}
-
+// Drawing
 
 static float xrot, yrot, zrot;  // the planet's spin, degrees
 
@@ -1558,4 +1555,271 @@ void piirraPistetaulu(const char* otsikko) {
     if (tiimeja == 5 || tiimeja == 10) glTranslatef(-17.5f, -1.2f, 0);
   }
   glPopMatrix();
+}
+
+// Ship choice
+#include "localgame.h"
+
+namespace {
+
+const int alusvalinnanKohtia = alustyyppeja + 1;  // the ships and the random entry
+const int korvaavaAlus = 2;                       // where an unaffordable choice lands
+// The computer pilot's pace when its choice is shown: one key per this many
+// ticks, and a pause before confirming so that people can read its pick.
+const int aiPainallusvali = 5;
+const int aiVahvistusviive = 50;
+const int aiNaytonPelaajaraja = 4;  // from this many players a computer pilot chooses unseen
+
+bool onVaraa(const Player& p, int n) { return p.pisteet >= alus[n].pistemaara; }
+
+int ostettavaSatunnainen(const Player& p) {
+  int n;
+  do n = arvoAlusnumero();
+  while (!onVaraa(p, n));
+  return n;
+}
+
+// The first player in play of another team, or null.
+const Player* ensimmainenVihollinen(const Player& oma) {
+  for (int i = 0; i < pelaajaLkm(); ++i)
+    if (pelissa(i) && player[i].tiimi != oma.tiimi) return &player[i];
+  return nullptr;
+}
+
+// The computer pilot's answers to a few dangerous ships; -1 takes the random entry.
+int vastaAlukselle(const Alus& vihu) {
+  const double r = random(100);
+  if (vihu.aselaji == 6) return r < 40 ? 6 : r < 80 ? 12 : -1;
+  if (vihu.numero == 5) return r < 50 ? 4 : r < 70 ? 2 : -1;
+  if (vihu.aselaji == 13) return r < 50 ? 4 : -1;
+  if (vihu.aselaji == 16) return r < 50 ? 0 : -1;
+  return -1;
+}
+
+void unohdaValintanapit(Player& p) {
+  p.pylos = p.palas = p.pleft = p.pright = p.pfire = p.pease = false;
+  entterpressed = false;
+}
+
+}  // namespace
+
+int satunnainenAlusnumero() { return satunnainenAlusIlmanPisteita(); }
+
+bool alusvalinnanSyote(Player& p, int& kursori) {
+  if (p.pfire || entterpressed) {
+    p.pfire = entterpressed = false;
+    return true;
+  }
+  if (p.palas || p.pleft) {
+    kursori = (kursori + 1) % alusvalinnanKohtia;
+    p.palas = p.pleft = false;
+  } else if (p.pylos || p.pright) {
+    kursori = (kursori + alusvalinnanKohtia - 1) % alusvalinnanKohtia;
+    p.pylos = p.pright = false;
+  }
+  return false;
+}
+
+bool ostaValinta(int pelaaja, int& kursori) {
+  Player& p = player[pelaaja];
+  int n = kursori;
+  if (kursori == satunnainenKohta) {
+    n = ostettavaSatunnainen(p);
+  } else if (!onVaraa(p, kursori)) {
+    kursori = korvaavaAlus;
+    return false;
+  }
+  p.uudestaan(alus[n]);
+  p.pisteet -= static_cast<float>(alus[n].pistemaara);
+  return true;
+}
+
+int tietokoneenKohde(int pelaaja) {
+  const Player& p = player[pelaaja];
+  int t = arvoAlusnumero();
+  if (const Player* vihu = ensimmainenVihollinen(p)) t = vastaAlukselle(vihu->alus);
+  if (p.pisteet < 50) {
+    if (t < 0 || t >= alustyyppeja) t = arvoAlusnumero();
+    while (!onVaraa(p, t)) t = arvoAlusnumero();
+  }
+  return t;
+}
+
+TietokoneenValinta::TietokoneenValinta(int kohde)
+    : painalluksia(kohde), odotus(kohde == 0 ? aiVahvistusviive : aiPainallusvali) {}
+
+void TietokoneenValinta::paina(Player& p, int kuluneet, bool heti) {
+  odotus -= kuluneet;
+  if (odotus > 0 && !heti) return;
+  if (painalluksia > 0) {
+    p.palas = true;
+    --painalluksia;
+  } else if (painalluksia < 0) {
+    p.pylos = true;
+    painalluksia = 0;
+  } else {
+    p.pfire = true;  // after a refused buy it confirms again, just as slowly
+  }
+  odotus = painalluksia > 0 ? aiPainallusvali : aiVahvistusviive;
+}
+
+void valitseAlus(int pelaaja) {
+  Player& p = player[pelaaja];
+  // Nobody can pay less than the cheapest ship; without that much the player is out.
+  if (p.pisteet < halvinAlus()) {
+    p.pisteet = -1.0f;
+    return;
+  }
+  const bool tietokone = !p.ihmispelaaja;
+  const bool naytetaan = !tietokone || players < aiNaytonPelaajaraja;
+  TietokoneenValinta ai(tietokone ? tietokoneenKohde(pelaaja) : 0);
+  unohdaValintanapit(p);
+  int kursori = 0;
+  int kuluneet = 0;
+  for (;;) {
+    if (naytetaan) processEvents();
+    if (tietokone) ai.paina(p, kuluneet, !naytetaan);
+    if (alusvalinnanSyote(p, kursori) && ostaValinta(pelaaja, kursori)) break;
+    if (!naytetaan) continue;
+    const int ennen = framecounter;
+    waitNextFrame();
+    kuluneet = std::max(1, framecounter - ennen);
+    drawAlusValinta(pelaaja, kursori);
+    updateAudio();
+  }
+  unohdaValintanapit(p);
+}
+
+// --- The choice screen. Text lives at depth -40, the layout between x = -22 and 22.
+
+namespace {
+
+const float valintaZ = -40;
+const float tietoX = -21, arvoX = -8;
+const float tietoKoko = 0.7f, tietoRivi = 1.7f;
+
+// The sustained speed the ship's thrust reaches against its drag (ships without
+// inertia move at their thrust value), in units per second.
+double huippunopeus(const Alus& a) {
+  const int n = a.numero;
+  double perFreimi = a.nopeus;
+  if (n != 6 && n != 18 && n != 22) {
+    const double kitka = 0.0054;
+    perFreimi = (std::sqrt(1 + 4 * a.nopeus / kitka) - 1) / 2;
+  }
+  return perFreimi * calculatefps;
+}
+
+void tulostaRivi(int rivi, const char* nimi, const char* arvo) {
+  const float y = 5.0f - tietoRivi * rivi;
+  glColor4f(1, 0, 0, 1);
+  gl_println(tietoX, y, valintaZ, nimi, tietoKoko);
+  glColor4f(1, 1, 1, 1);
+  gl_println(arvoX, y, valintaZ, arvo, tietoKoko);
+}
+
+void tulostaLukuRivi(int rivi, const char* nimi, double arvo) {
+  char teksti[32];
+  std::snprintf(teksti, sizeof teksti, "%.2f", arvo);
+  tulostaRivi(rivi, nimi, teksti);
+}
+
+void piirraAlustiedot(int kursori) {
+  if (kursori == satunnainenKohta) {
+    tulostaRivi(0, "name:", "random ship");
+    tulostaRivi(1, "ship number:", "?");
+    return;
+  }
+  const Alus& a = alus[kursori];
+  char numero[8];
+  std::snprintf(numero, sizeof numero, "%d", kursori);
+  tulostaRivi(0, "name:", a.nimi);
+  tulostaRivi(1, "ship number:", numero);
+  tulostaLukuRivi(2, "ship cost:", a.pistemaara);
+  tulostaLukuRivi(3, "speed:", huippunopeus(a));
+  tulostaLukuRivi(4, "turning speed:", a.kaantonopeus * calculatefps);
+  tulostaLukuRivi(5, "weight:", a.paino);
+  tulostaLukuRivi(6, "energy:", a.energia);
+  tulostaLukuRivi(7, "damage:", a.damage);
+  tulostaLukuRivi(8, "special damage:", a.edamage);
+}
+
+void piirraOtsakkeet(int pelaaja, const Player& p) {
+  char teksti[32];
+  glColor4f(1, 0.75f, 0.15f, 1);
+  const char* otsikko = "choose your ship";
+  gl_println(keskitettyX(otsikko, 1.2f), 13, valintaZ, otsikko, 1.2f);
+  valitseVari(p.tiimi);
+  gl_println(tietoX, 9.5f, valintaZ, "player");
+  std::snprintf(teksti, sizeof teksti, "%d", pelaaja + 1);
+  gl_println(tietoX + 8, 9.5f, valintaZ, teksti);
+  glColor4f(1, 0, 0, 1);
+  gl_println(tietoX, 7.5f, valintaZ, "remaining credits:", tietoKoko);
+  std::snprintf(teksti, sizeof teksti, "%.2f", p.pisteet);
+  glColor4f(1, 1, 1, 1);
+  gl_println(arvoX, 7.5f, valintaZ, teksti, tietoKoko);
+}
+
+// The 25 entries as a strip of numbers: the cursor's in gold, ships the player
+// cannot afford dimmed.
+void piirraKohtarivi(const Player& p, int kursori) {
+  const float koko = 0.55f, vali = 1.72f, x0 = -vali * (alusvalinnanKohtia - 1) / 2;
+  char teksti[4];
+  for (int i = 0; i < alusvalinnanKohtia; ++i) {
+    if (i == satunnainenKohta)
+      std::snprintf(teksti, sizeof teksti, "?");
+    else
+      std::snprintf(teksti, sizeof teksti, "%d", i);
+    if (i == kursori)
+      glColor4f(1, 0.75f, 0.15f, 1);
+    else if (i != satunnainenKohta && !onVaraa(p, i))
+      glColor4f(0.3f, 0.3f, 0.3f, 1);
+    else
+      glColor4f(0.8f, 0.8f, 0.8f, 1);
+    const float k = i == kursori ? koko * 1.5f : koko;
+    gl_println(keskitettyX(teksti, k, x0 + vali * i), i == kursori ? -12.3f : -12, valintaZ, teksti, k);
+  }
+}
+
+// The entry's ship turning on the right, seen from above at a slant; the random
+// entry shows a large question mark instead.
+void piirraValittuAlus(Player& p, int kursori) {
+  const float x = 12, y = -1;
+  if (kursori == satunnainenKohta) {
+    glColor4f(1, 0.75f, 0.15f, 1);
+    gl_println(keskitettyX("?", 4, x), y, valintaZ, "?", 4);
+    return;
+  }
+  const Alus oma = p.alus;
+  p.alus = alus[kursori];
+  glPushMatrix();
+  glTranslatef(x, y, valintaZ);
+  glRotatef(-55, 1, 0, 0);
+  const float koko = 5.5f / static_cast<float>(std::max(0.5, p.alus.sade));
+  glScalef(koko, koko, koko);
+  p.piirra(0, 0, 0, (currenttime / 16) % 360, 0);
+  glPopMatrix();
+  p.alus = oma;
+}
+
+}  // namespace
+
+void drawAlusValinta(int pelaaja, int kursori) {
+  Player& p = player[pelaaja];
+  glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);
+  piirraTaustakuva(texture[30]);
+  tummennaRuutu(0.55f);
+  valikonNakyma(-22, 22);
+  glEnable(GL_TEXTURE_2D);
+  glEnable(GL_BLEND);
+  glBlendFunc(GL_SRC_ALPHA, GL_ONE);  // the glyphs' black adds nothing
+  piirraOtsakkeet(pelaaja, p);
+  piirraAlustiedot(kursori);
+  piirraKohtarivi(p, kursori);
+  piirraValittuAlus(p, kursori);
+  glEnable(GL_LIGHTING);
+  glEnable(GL_DEPTH_TEST);
+  glDisable(GL_BLEND);
+  glColor4f(1, 1, 1, 1);
+  SDL_GL_SwapBuffers();
 }

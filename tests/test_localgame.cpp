@@ -1,0 +1,336 @@
+// The local game: what each menu item sets up, how each loop catches up with
+// the clock, the end rules and the victory screen, Escape and Resume, and the
+// menu itself in a window.
+#include <GL/glu.h>
+#include <gtest/gtest.h>
+
+#include <set>
+#include <vector>
+
+#include "Main.h"
+#include "Menu.h"
+#include "Sets.h"
+#include "ctf.h"
+#include "domination.h"
+#include "glapi.h"
+#include "localgame.h"
+#include "net.h"
+#include "peliloppu.h"
+#include "simscene.h"
+#include "testutil.h"
+
+namespace {
+
+// A clock that moves only when the game sleeps; `watchdog` ends any loop that
+// runs far longer than a test needs.
+Uint32 kello = 0;
+int unia = 0;
+void (*joka_uni)() = nullptr;
+Uint32 tikit() { return kello; }
+void nuku(Uint32 ms) {
+  kello += ms;
+  if (++unia > 20000) escpressed = entterpressed = true;  // watchdog
+  if (joka_uni) joka_uni();
+}
+
+std::vector<int> piirretytFreimit;
+std::vector<int> voittoTiimit;
+void piirraFreimi(int frame) { piirretytFreimit.push_back(frame); }
+void piirraVoitto(int tiimi) {
+  voittoTiimit.push_back(tiimi);
+  entterpressed = true;
+}
+
+class LocalGame : public ::testing::Test {
+protected:
+  void SetUp() override {
+    simscene::maailma(4);
+    for (int i = 0; i < maxPlayers; ++i) simscene::laita(i, 0, 20.0f * i - 150, 100);
+    alustaCPisteet();
+    alustaDPisteet();
+    ticks = pacingTicks;
+    delay = pacingDelay;
+    pacingTicks = tikit;
+    pacingDelay = nuku;
+    joka_uni = nullptr;
+    kello = 5000;
+    starttime = 5000;
+    unia = 0;
+    calculatefps = 100;
+    framecounter = oldframecounter = 0;
+    pelinPiirto = piirraFreimi;
+    voitonPiirto = piirraVoitto;
+    piirretytFreimit.clear();
+    voittoTiimit.clear();
+    unohdaNapit();
+    fullcredits = 200;
+    sets.playermaara = 4;
+    for (int i = 0; i < maxPlayers; ++i) {
+      sets.ihminen[i] = false;  // computer pilots choose ships without a screen
+      sets.team[i] = i % 3;
+    }
+  }
+  void TearDown() override {
+    pacingTicks = ticks;
+    pacingDelay = delay;
+    pelinPiirto = drawFrame;
+    voitonPiirto = drawVictory;
+    unohdaNapit();
+  }
+  // Puts the clock `frames` calculated frames ahead of the last computed one.
+  void jalkeen(int frames) { kello = starttime + (oldframecounter + frames) * 10; }
+  int laskeKierros(const Pelisilmukka& s) {
+    const int ennen = calculatedframes;
+    pelikierros(s);
+    return calculatedframes - ennen;
+  }
+  Uint32 (*ticks)() = nullptr;
+  void (*delay)(Uint32) = nullptr;
+};
+
+TEST_F(LocalGame, StartItemsSetModeCreditsAndPlayers) {
+  struct Case {
+    int kohta, tila;
+    bool krediitit, valinta, uudetAlukset;
+  };
+  for (const Case& c : {Case{kohtaSatunnaiset, 1, false, false, true}, Case{kohtaKrediitit, 0, true, true, false},
+                        Case{kohtaKrediititSatunn, 1, true, false, true}, Case{kohtaDominointi, 2, false, false, true},
+                        Case{kohtaLippu, 3, false, false, true}, Case{kohtaSieni, 4, false, false, true}}) {
+    srand(7);
+    players = 9;
+    sets.playermaara = 5;
+    sets.ihminen[1] = true;
+    sets.team[2] = 15;
+    for (int i = 0; i < maxPlayers; ++i) {
+      simscene::laita(i, 9, 0, 0);  // a ship a fresh draw rarely gives to all
+      player[i].kuolema = 120;
+      player[i].pisteet = -1;
+    }
+    ekapisteframe = false;
+    aloitaKohta(c.kohta);
+    EXPECT_EQ(gamemode, c.tila) << c.kohta;
+    EXPECT_EQ(pistepeli, c.krediitit) << c.kohta;
+    if (c.krediitit) {
+      EXPECT_EQ(saavalita, c.valinta) << c.kohta;
+    }
+    EXPECT_TRUE(ekapisteframe) << c.kohta;
+    EXPECT_EQ(players, 5) << c.kohta;
+    std::set<int> alukset;
+    for (int i = 0; i < maxPlayers; ++i) {
+      const Player& p = player[i];
+      EXPECT_EQ(p.kuolema, 0);
+      EXPECT_FLOAT_EQ(p.pisteet, c.krediitit ? 200.0f : 0.0f) << c.kohta;
+      EXPECT_EQ(p.tiimi, sets.team[i]);
+      EXPECT_EQ(p.ihmispelaaja, sets.ihminen[i]);
+      EXPECT_GE(p.alus.numero, 0);
+      EXPECT_LT(p.alus.numero, 24);
+      alukset.insert(p.alus.numero);
+    }
+    // Credits with a choice keep the ships: the first world step opens the choice.
+    EXPECT_EQ(alukset.size() > 1, c.uudetAlukset) << c.kohta;
+  }
+}
+
+TEST_F(LocalGame, NewMatchResetsFlowersAndDominationPoints) {
+  cpiste[1].player = 3;
+  cpiste[1].x = 0;
+  dpiste[0].tiimi = 2;
+  sets.team[0] = 0;
+  sets.team[1] = 1;
+  sets.team[2] = sets.team[3] = 0;
+  aloitaKohta(kohtaLippu);
+  EXPECT_EQ(cpiste[1].player, kukkaKotona);
+  EXPECT_FLOAT_EQ(cpiste[1].x, alkupiste[1].x);
+  EXPECT_TRUE(cpiste[0].enabled && cpiste[1].enabled);
+  EXPECT_FALSE(cpiste[2].enabled);
+  EXPECT_EQ(dpiste[0].tiimi, -1);
+}
+
+TEST_F(LocalGame, ResumeContinuesTheMatchAsADeathMatch) {
+  aloitaKohta(kohtaSieni);
+  player[2].pisteet = 7;
+  aloitaKohta(kohtaJatka);
+  EXPECT_EQ(gamemode, 1);  // an objective match carries on without its rule
+  EXPECT_FLOAT_EQ(player[2].pisteet, 7);
+
+  aloitaKohta(kohtaKrediititSatunn);
+  player[1].pisteet = 33;
+  aloitaKohta(kohtaJatka);
+  EXPECT_EQ(gamemode, 0);
+  EXPECT_TRUE(pistepeli);
+  EXPECT_FLOAT_EQ(player[1].pisteet, 33);
+}
+
+TEST_F(LocalGame, EachLoopCatchesUpByItsOwnPolicy) {
+  struct Case {
+    int kohta;
+    bool krediitit;  // for the resume
+    int kaukaa;      // computed after a 20-frame stall
+  };
+  for (const Case& c : {Case{kohtaSatunnaiset, false, 20}, Case{kohtaKrediitit, false, 0},
+                        Case{kohtaKrediititSatunn, false, 0}, Case{kohtaDominointi, false, 1},
+                        Case{kohtaLippu, false, 1}, Case{kohtaSieni, false, 1}, Case{kohtaJatka, false, 20},
+                        Case{kohtaJatka, true, 0}}) {
+    pistepeli = c.krediitit;
+    const Pelisilmukka s = aloitaKohta(c.kohta);
+    fullcredits = 1e9;  // no objective match ends here
+    for (int i = 0; i < maxPlayers; ++i) player[i].tiimi = i % 2;
+    jalkeen(4);  // within every limit: all four frames
+    EXPECT_EQ(laskeKierros(s), 4) << c.kohta;
+    jalkeen(20);
+    EXPECT_EQ(laskeKierros(s), c.kaukaa) << c.kohta << " credits " << c.krediitit;
+    EXPECT_EQ(oldframecounter, framecounter);
+    EXPECT_EQ(piirretytFreimit.back(), framecounter);
+  }
+}
+
+TEST_F(LocalGame, TeamRuleEndsACreditMatchWithTheLeadersTeam) {
+  const Pelisilmukka s = aloitaKohta(kohtaKrediititSatunn);
+  const int tiimit[4] = {0, 1, 0, 1};
+  const float pisteet[4] = {-1, 40, -1, 90};
+  for (int i = 0; i < 4; ++i) {
+    player[i].tiimi = tiimit[i];
+    player[i].pisteet = pisteet[i];
+  }
+  ekapisteframe = false;
+  jalkeen(1);
+  pelaa(s);
+  EXPECT_EQ(voittoTiimit, std::vector<int>{1});
+  EXPECT_EQ(piirretytFreimit.size(), 1u);  // the winning pass still draws the field
+}
+
+TEST_F(LocalGame, InterleavedTeamsKeepACreditMatchGoing) {
+  const Pelisilmukka s = aloitaKohta(kohtaKrediititSatunn);
+  ekapisteframe = false;
+  const int tiimit[4] = {0, 1, 0, 0};  // A, B, A, A: three changes
+  for (int i = 0; i < 4; ++i) player[i].tiimi = tiimit[i];
+  jalkeen(1);
+  EXPECT_FALSE(pelikierros(s));
+  EXPECT_FALSE(escpressed);
+  player[1].pisteet = -1;  // B is out: one team left
+  jalkeen(1);
+  EXPECT_TRUE(pelikierros(s));
+  EXPECT_TRUE(escpressed);
+}
+
+TEST_F(LocalGame, ScoreRuleEndsAnObjectiveMatchAtTheLimit) {
+  for (int kohta : {kohtaDominointi, kohtaLippu, kohtaSieni}) {
+    fullcredits = 0;  // everybody starts at the limit
+    voittoTiimit.clear();
+    const Pelisilmukka s = aloitaKohta(kohta);
+    player[0].pisteet = 0.5f;
+    player[2].pisteet = 3.0f;
+    player[2].tiimi = 2;
+    jalkeen(1);
+    pelaa(s);
+    EXPECT_EQ(voittoTiimit, std::vector<int>{2}) << kohta;
+  }
+}
+
+TEST_F(LocalGame, RandomShipGameHasNoEndRule) {
+  const Pelisilmukka s = aloitaKohta(kohtaSatunnaiset);
+  for (int i = 0; i < maxPlayers; ++i) player[i].tiimi = 0;
+  jalkeen(1);
+  EXPECT_FALSE(pelikierros(s));
+  EXPECT_FALSE(escpressed);
+}
+
+TEST_F(LocalGame, EscapeFreezesTheMatchWithoutAVictory) {
+  const Pelisilmukka s = aloitaKohta(kohtaSatunnaiset);
+  joka_uni = [] {
+    if (piirretytFreimit.size() == 3) escpressed = true;
+  };
+  jalkeen(1);
+  pelaa(s);
+  EXPECT_EQ(piirretytFreimit.size(), 4u);  // the pass in which Escape arrives still draws
+  EXPECT_TRUE(voittoTiimit.empty());
+}
+
+TEST_F(LocalGame, EscapeInTheMenuLeavesAtOnce) {
+  hostpeli = joinpeli = true;
+  escpressed = true;
+  onePlayerGameMenu();  // returns in the first pass, before any drawing
+  EXPECT_FALSE(hostpeli || joinpeli);
+  EXPECT_FALSE(escpressed);
+}
+
+// --- The menu in a window.
+
+class LocalMenuWindow : public LocalGame {
+protected:
+  static void SetUpTestSuite() {
+    // Kept open until the process ends: closing it unloads the GL driver, whose
+    // own allocations would then show up as leaks of unknown origin.
+    // A busy shared X server now and then refuses a window: ask again.
+    for (int yritys = 0; yritys < 5 && !(ikkuna && ikkuna->ok()); ++yritys) {
+      delete ikkuna;
+      ikkuna = new testutil::GLWindow(W, H);
+    }
+    testing::internal::CaptureStdout();
+    setupOpengl(W, H);
+    testing::internal::GetCapturedStdout();
+    // A dark blue picture behind the menu, so that text is easy to tell apart.
+    const GLubyte sininen[3] = {0, 0, 90};
+    glGenTextures(1, &texture[29]);
+    glBindTexture(GL_TEXTURE_2D, texture[29]);
+    glTexImage2D(GL_TEXTURE_2D, 0, GL_RGB, 1, 1, 0, GL_RGB, GL_UNSIGNED_BYTE, sininen);
+    glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MIN_FILTER, GL_NEAREST);
+  }
+  void SetUp() override {
+    LocalGame::SetUp();
+    ASSERT_TRUE(ikkuna->ok());
+    screenwidth = W;
+    screenheight = H;
+  }
+  static std::vector<GLubyte> rivi(float y) {
+    GLdouble mv[16], pr[16], wx, wy, wz;
+    GLint vp[4];
+    glGetDoublev(GL_MODELVIEW_MATRIX, mv);  // the menu's fitted view is still current
+    glGetDoublev(GL_PROJECTION_MATRIX, pr);
+    glGetIntegerv(GL_VIEWPORT, vp);
+    gluProject(-20, y, -40, mv, pr, vp, &wx, &wy, &wz);
+    std::vector<GLubyte> r(W * 3);
+    glReadBuffer(GL_BACK);
+    glPixelStorei(GL_PACK_ALIGNMENT, 1);
+    glReadPixels(0, int(wy), W, 1, GL_RGB, GL_UNSIGNED_BYTE, r.data());
+    return r;
+  }
+  static int punaisia(const std::vector<GLubyte>& r) {
+    int n = 0;
+    for (int x = 0; x < W; x++) n += r[x * 3] > 150 && r[x * 3 + 1] < 80;
+    return n;
+  }
+  static int valkoisia(const std::vector<GLubyte>& r) {
+    int n = 0;
+    for (int x = 0; x < W; x++) n += r[x * 3] > 150 && r[x * 3 + 1] > 150 && r[x * 3 + 2] > 150;
+    return n;
+  }
+  static testutil::GLWindow* ikkuna;
+  static const int W = 320, H = 240;
+};
+testutil::GLWindow* LocalMenuWindow::ikkuna = nullptr;
+
+TEST_F(LocalMenuWindow, OnlyTheSelectedItemIsRedAndAllFitTheWindow) {
+  for (int valittu : {0, 4, 8}) {
+    drawOnePlayerGameMenu(valittu);
+    for (int i = 0; i < paikallisiaKohtia; ++i) {
+      const auto r = rivi(4.0f - 2.0f * i);
+      EXPECT_EQ(punaisia(r) > 5, i == valittu) << valittu << " " << i;
+      EXPECT_EQ(valkoisia(r) > 5, i != valittu) << valittu << " " << i;
+      EXPECT_TRUE(r[0] < 100 && r[1] < 100);  // the left edge stays clear of text
+    }
+  }
+}
+
+TEST_F(LocalMenuWindow, UpFromTheFirstItemWrapsToExit) {
+  // Up, then Enter: the cursor wrapped to "Exit Menu", so the menu returns.
+  player[0].pylos = true;
+  joka_uni = [] {
+    if (!player[0].pylos) entterpressed = true;
+  };
+  onePlayerGameMenu();
+  EXPECT_LT(unia, 20000);  // not ended by the watchdog
+  EXPECT_TRUE(piirretytFreimit.empty());
+}
+
+}  // namespace

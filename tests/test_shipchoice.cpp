@@ -1,0 +1,274 @@
+// The ship-choice screen: cursor keys, what a confirmed entry buys, the computer
+// pilot's target and its key timing, and the screen itself in a window.
+#include <GL/gl.h>
+#include <gtest/gtest.h>
+
+#include <set>
+
+#include "Main.h"
+#include "glapi.h"
+#include "localgame.h"
+#include "simscene.h"
+#include "testutil.h"
+
+namespace {
+
+class ShipChoice : public ::testing::Test {
+protected:
+  void SetUp() override {
+    simscene::maailma(4);
+    for (int i = 0; i < 4; ++i) simscene::laita(i, 0, 100, 20.0f * i);
+    entterpressed = false;
+  }
+  void TearDown() override { entterpressed = false; }
+  Player& p = player[0];
+};
+
+TEST_F(ShipChoice, CursorKeysWrapOverTheShipsAndTheRandomEntry) {
+  int kursori = 0;
+  p.pylos = true;
+  EXPECT_FALSE(alusvalinnanSyote(p, kursori));
+  EXPECT_EQ(kursori, satunnainenKohta);
+  p.pleft = true;
+  EXPECT_FALSE(alusvalinnanSyote(p, kursori));
+  EXPECT_EQ(kursori, 0);
+  p.palas = true;
+  alusvalinnanSyote(p, kursori);
+  p.pright = true;
+  alusvalinnanSyote(p, kursori);
+  EXPECT_EQ(kursori, 0);
+  EXPECT_FALSE(p.pylos || p.palas || p.pleft || p.pright);
+
+  p.pfire = true;
+  EXPECT_TRUE(alusvalinnanSyote(p, kursori));
+  EXPECT_FALSE(p.pfire);
+  entterpressed = true;
+  EXPECT_TRUE(alusvalinnanSyote(p, kursori));
+  EXPECT_FALSE(entterpressed);
+}
+
+TEST_F(ShipChoice, AnUnaffordableShipMovesTheCursorToShipTwo) {
+  p.pisteet = 20;
+  int kursori = 16;  // costs 47
+  EXPECT_FALSE(ostaValinta(0, kursori));
+  EXPECT_EQ(kursori, 2);
+  EXPECT_FLOAT_EQ(p.pisteet, 20);
+  EXPECT_EQ(p.alus.numero, 0);
+
+  EXPECT_TRUE(ostaValinta(0, kursori));
+  EXPECT_EQ(p.alus.numero, 2);
+  EXPECT_FLOAT_EQ(p.pisteet, 20 - 9);
+}
+
+TEST_F(ShipChoice, TheRandomEntryOnlyBuysAffordableShips) {
+  std::set<int> saadut;
+  for (unsigned siemen = 1; siemen <= 200; ++siemen) {
+    srand(siemen);
+    p.pisteet = 17;
+    int kursori = satunnainenKohta;
+    ASSERT_TRUE(ostaValinta(0, kursori));
+    EXPECT_LE(alus[p.alus.numero].pistemaara, 17);
+    EXPECT_FLOAT_EQ(p.pisteet, 17 - float(alus[p.alus.numero].pistemaara));
+    saadut.insert(p.alus.numero);
+  }
+  EXPECT_GT(saadut.size(), 4u);  // still a real draw among those
+}
+
+// The enemy is the first player of another team; its ship decides the answers.
+TEST_F(ShipChoice, ComputerPilotCountersTheFirstEnemyShip) {
+  struct Case {
+    int vihollisenAlus;
+    std::set<int> vastaukset;
+  };
+  for (const Case& c : {Case{6, {6, 12, -1}}, Case{5, {4, 2, -1}}, Case{13, {4, -1}}, Case{16, {0, -1}},
+                        Case{3, {-1}}}) {
+    player[1].tiimi = player[0].tiimi;  // a team mate is not countered
+    simscene::laita(2, c.vihollisenAlus, 0, 100);
+    simscene::laita(3, 1, 0, 50);
+    p.pisteet = 200;
+    std::set<int> saadut;
+    for (unsigned siemen = 1; siemen <= 300; ++siemen) {
+      srand(siemen);
+      saadut.insert(tietokoneenKohde(0));
+    }
+    EXPECT_EQ(saadut, c.vastaukset) << c.vihollisenAlus;
+  }
+}
+
+TEST_F(ShipChoice, ComputerPilotWithoutEnemiesOrMoneyPicksAnAffordableShip) {
+  for (int i = 1; i < 4; ++i) player[i].tiimi = 0;
+  player[0].tiimi = 0;
+  p.pisteet = 200;
+  std::set<int> ilmanVihollista;
+  for (unsigned siemen = 1; siemen <= 300; ++siemen) {
+    srand(siemen);
+    ilmanVihollista.insert(tietokoneenKohde(0));
+  }
+  EXPECT_GT(ilmanVihollista.size(), 10u);
+  EXPECT_GE(*ilmanVihollista.begin(), 0);
+  EXPECT_LE(*ilmanVihollista.rbegin(), 23);
+
+  simscene::laita(2, 3, 0, 100);  // an enemy the pilot would meet with the random entry
+  p.pisteet = 16;
+  for (unsigned siemen = 1; siemen <= 300; ++siemen) {
+    srand(siemen);
+    const int t = tietokoneenKohde(0);
+    ASSERT_GE(t, 0);
+    ASSERT_LT(t, 24);
+    EXPECT_LE(alus[t].pistemaara, 16);
+  }
+}
+
+TEST_F(ShipChoice, ComputerPilotPressesEveryFiveTicksAndConfirmsFiftyLater) {
+  struct Case {
+    int kohde;
+    int kursori;
+    int tikkeja;
+  };
+  for (const Case& c : {Case{3, 3, 3 * 5 + 50}, Case{-1, satunnainenKohta, 5 + 50}, Case{0, 0, 50}}) {
+    TietokoneenValinta ai(c.kohde);
+    p.pylos = p.palas = p.pfire = false;
+    int kursori = 0, tikki = 0;
+    for (; tikki < 500; ++tikki) {
+      ai.paina(p, 1, false);
+      if (alusvalinnanSyote(p, kursori)) break;
+    }
+    EXPECT_EQ(tikki + 1, c.tikkeja) << c.kohde;
+    EXPECT_EQ(kursori, c.kursori) << c.kohde;
+  }
+  // Without a screen it acts at every call.
+  TietokoneenValinta heti(2);
+  int kursori = 0, kutsuja = 0;
+  do {
+    heti.paina(p, 0, true);
+    ++kutsuja;
+  } while (!alusvalinnanSyote(p, kursori));
+  EXPECT_EQ(kutsuja, 3);
+  EXPECT_EQ(kursori, 2);
+}
+
+TEST_F(ShipChoice, ComputerPilotsOfABigGameChooseWithoutAScreen) {
+  players = 6;
+  for (int i = 0; i < 6; ++i) {
+    simscene::laita(i, 0, 100, 10.0f * i);
+    player[i].ihmispelaaja = false;
+    player[i].pisteet = 100;
+  }
+  simscene::laita(5, 5, 0, 100);
+  for (int i = 0; i < 5; ++i) player[i].tiimi = 0;  // slot 5 is everybody's enemy
+  for (int i = 0; i < 5; ++i) {
+    srand(40 + i);
+    valitseAlus(i);  // returns at once: no window is needed
+    EXPECT_FLOAT_EQ(player[i].pisteet, 100 - float(player[i].alus.pistemaara)) << i;
+    EXPECT_FALSE(player[i].pylos || player[i].palas || player[i].pfire);
+  }
+}
+
+TEST_F(ShipChoice, APlayerWhoCannotPayForAnyShipIsOut) {
+  p.pisteet = 8;  // the cheapest ship costs 9
+  valitseAlus(0);
+  EXPECT_FLOAT_EQ(p.pisteet, -1);
+  EXPECT_EQ(p.alus.numero, 0);
+}
+
+// --- The screen, with a fake clock.
+
+Uint32 kello = 0;
+Uint32 tikit() { return kello; }
+void nuku(Uint32 ms) { kello += ms; }
+
+class ShipChoiceWindow : public ShipChoice {
+protected:
+  static void SetUpTestSuite() {
+    // Kept open until the process ends: closing it unloads the GL driver, whose
+    // own allocations would then show up as leaks of unknown origin.
+    // A busy shared X server now and then refuses a window: ask again.
+    for (int yritys = 0; yritys < 5 && !(ikkuna && ikkuna->ok()); ++yritys) {
+      delete ikkuna;
+      ikkuna = new testutil::GLWindow(W, H);
+    }
+    testing::internal::CaptureStdout();
+    setupOpengl(W, H);
+    testing::internal::GetCapturedStdout();
+    // A dark background picture, so that the labels' red is easy to tell apart.
+    const GLubyte tumma[3] = {10, 10, 30};
+    glGenTextures(1, &texture[30]);
+    glBindTexture(GL_TEXTURE_2D, texture[30]);
+    glTexImage2D(GL_TEXTURE_2D, 0, GL_RGB, 1, 1, 0, GL_RGB, GL_UNSIGNED_BYTE, tumma);
+    glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MIN_FILTER, GL_NEAREST);
+  }
+  void SetUp() override {
+    ShipChoice::SetUp();
+    ASSERT_TRUE(ikkuna->ok());
+    screenwidth = W;
+    screenheight = H;
+    ticks = pacingTicks;
+    delay = pacingDelay;
+    pacingTicks = tikit;
+    pacingDelay = nuku;
+    kello = starttime = 0;
+    framecounter = oldframecounter = 0;
+    calculatefps = 100;
+  }
+  void TearDown() override {
+    pacingTicks = ticks;
+    pacingDelay = delay;
+    ShipChoice::TearDown();
+  }
+  static std::vector<GLubyte> kuva() {
+    std::vector<GLubyte> k(W * H * 3);
+    glReadBuffer(GL_BACK);
+    glPixelStorei(GL_PACK_ALIGNMENT, 1);
+    glReadPixels(0, 0, W, H, GL_RGB, GL_UNSIGNED_BYTE, k.data());
+    return k;
+  }
+  Uint32 (*ticks)() = nullptr;
+  void (*delay)(Uint32) = nullptr;
+  static testutil::GLWindow* ikkuna;
+  static const int W = 400, H = 300;
+};
+testutil::GLWindow* ShipChoiceWindow::ikkuna = nullptr;
+
+TEST_F(ShipChoiceWindow, AComputerPilotOfASmallGameTakesItsTimeOnScreen) {
+  players = 2;
+  player[1].ihmispelaaja = false;
+  player[1].pisteet = 200;
+  simscene::laita(0, 5, 0, 100);  // the enemy flies ship 5
+  for (unsigned siemen : {3u, 11u, 29u}) {
+    srand(siemen);
+    const int t = tietokoneenKohde(1);
+    const int odotettu = t > 0 ? 5 * t + 50 : t < 0 ? 5 + 50 : 50;
+    srand(siemen);
+    const int alku = framecounter;
+    valitseAlus(1);
+    EXPECT_EQ(framecounter - alku, odotettu) << siemen;
+  }
+}
+
+TEST_F(ShipChoiceWindow, TheScreenShowsTheEntryAndItsShip) {
+  // Only the entry changes between the pictures: the ship's region differs and the
+  // text rows stay (the same labels are drawn for every ship).
+  p.pisteet = 100;
+  currenttime = 0;
+  drawAlusValinta(0, 4);
+  const auto laiva4 = kuva();
+  drawAlusValinta(0, 20);
+  const auto laiva20 = kuva();
+  drawAlusValinta(0, satunnainenKohta);
+  const auto satunnainen = kuva();
+  auto erilaisia = [](const std::vector<GLubyte>& a, const std::vector<GLubyte>& b, int x0, int x1) {
+    int n = 0;
+    for (int y = 0; y < H; ++y)
+      for (int x = x0; x < x1; ++x)
+        for (int c = 0; c < 3; ++c) n += std::abs(int(a[(y * W + x) * 3 + c]) - int(b[(y * W + x) * 3 + c])) > 40;
+    return n;
+  };
+  EXPECT_GT(erilaisia(laiva4, laiva20, W * 3 / 5, W), 200);  // a different ship on the right
+  EXPECT_GT(erilaisia(laiva4, satunnainen, W * 3 / 5, W), 200);
+  int punaisia = 0;  // the red labels on the left
+  for (int y = 0; y < H; ++y)
+    for (int x = 0; x < W / 3; ++x) punaisia += laiva4[(y * W + x) * 3] > 150 && laiva4[(y * W + x) * 3 + 1] < 80;
+  EXPECT_GT(punaisia, 100);
+}
+
+}  // namespace
