@@ -41,42 +41,23 @@ void aanellinenKataloogi() {
 
 TEST(Catalogue, TableValuesIncludingWidenedFloats) {
   kataloogi();
-  // Hull table, first and last rows and the oddities.
-  EXPECT_EQ(alus[0].nopeus, 0.0015);
-  EXPECT_EQ(alus[0].paino, 200);
-  EXPECT_EQ(alus[0].fuel, 100);
-  EXPECT_EQ(alus[0].tankkaus, 0.17);
   EXPECT_EQ(alus[6].nopeus, 0.31);
-  EXPECT_EQ(alus[16].pistemaara, 47);
   EXPECT_EQ(alus[23].tankkaus, 0.035);
-  EXPECT_EQ(alus[23].jalkikoko, 0.16);
+  EXPECT_EQ(alus[15].patiaika, 4000);
+  EXPECT_EQ(alus[4].easevauhti, 0.0055);
+  EXPECT_TRUE(alus[13].patihajottaa);
+  EXPECT_FALSE(alus[13].patiVoiHajota);
   // Single-precision constants widened: not the nearest double to the decimal.
   EXPECT_EQ(alus[0].sade, 2.5999999046325684);
-  EXPECT_EQ(alus[1].sade, 2.4000000953674316);
   EXPECT_NE(alus[1].sade, 2.4);
   EXPECT_EQ(alus[11].sade, 3.0);
   EXPECT_EQ(alus[8].kaantonopeus, (double)2.4f);
-  EXPECT_EQ(alus[21].kaantonopeus, (double)1.8f);
   EXPECT_EQ(alus[3].kaantonopeus, 2.3);  // written as a double
-  EXPECT_EQ(alus[23].kaantonopeus, 1.7);
-  EXPECT_EQ(alus[0].patinopeus, (double)0.3f);
   EXPECT_EQ(alus[14].patinopeus, (double)0.007f);
   EXPECT_EQ(alus[7].patinopeus, 0.008);
   EXPECT_EQ(alus[5].epatisade, (double)0.45f);
-  EXPECT_EQ(alus[20].epatisade, 0.6);
   EXPECT_EQ(alus[7].edamage, (double)2.1f);
-  EXPECT_EQ(alus[8].patisade, (double)0.2f);
   EXPECT_EQ(alus[8].damage, (double)0.3f);
-  EXPECT_EQ(alus[2].patisade, 0.2);
-  // Weapon tables.
-  EXPECT_EQ(alus[15].patiaika, 4000);
-  EXPECT_FALSE(alus[13].patiVoiHajota);
-  EXPECT_TRUE(alus[13].patihajottaa);
-  EXPECT_EQ(alus[4].easevauhti, 0.0055);
-  EXPECT_EQ(alus[4].easekesto, 20000);
-  EXPECT_EQ(alus[15].easefuel, 0.07);
-  EXPECT_TRUE(alus[8].epatihajottaa);
-  EXPECT_FALSE(alus[8].epatiVoiHajota);
   for (int n : {0, 2, 10, 11, 12}) EXPECT_EQ(alus[n].easevauhti, 0) << n;
 
   const double energiat[24] = {50, 15, 13, 40, 50, 60, 21, 35, 30, 35, 25, 30,
@@ -89,30 +70,11 @@ TEST(Catalogue, TableValuesIncludingWidenedFloats) {
     EXPECT_EQ(alus[n].energia, energiat[n]) << n;
     EXPECT_EQ(alus[n].maxpadit, padit[n]) << n;
     EXPECT_EQ(alus[n].maxepadit, epadit[n]) << n;
-  }
-}
-
-TEST(Catalogue, KindsAndNumbersEqualTheIndexAndNamesAreSet) {
-  kataloogi();
-  for (int n = 0; n < alustyyppeja; ++n) {
     EXPECT_EQ(alus[n].aselaji, n);
     EXPECT_EQ(alus[n].easelaji, n);
     EXPECT_EQ(alus[n].numero, n);
     EXPECT_STREQ(alus[n].nimi, (n == 14 || n == 23) ? "tolmu" : "Tolmu");
   }
-}
-
-TEST(Catalogue, ConstructorDefaults) {
-  Alus a;
-  EXPECT_EQ(a.ampumisnopeus, 10);
-  EXPECT_EQ(a.patiaika, 100);
-  EXPECT_EQ(a.maxpadit, 5);
-  EXPECT_EQ(a.patinopeus, 0.6);
-  EXPECT_EQ(a.patisade, 0.2);
-  EXPECT_EQ(a.ampumisaani, nullptr);
-  EXPECT_EQ(a.energia, 0);
-  EXPECT_EQ(a.maxepadit, 0);
-  EXPECT_FALSE(a.patihajottaa);
 }
 
 TEST(CatalogueSounds, DedicatedModeCreatesNoSounds) {
@@ -179,10 +141,7 @@ TEST(PlayerLifeCycle, RespawnKeepsAwayFromThePlanetInsideTheFieldFacingTheSameWa
   }
   EXPECT_EQ(p.kulma, 123.0f);
   EXPECT_EQ(p.energia, (float)p.alus.energia);
-  EXPECT_EQ(p.fuel, (float)p.alus.fuel);
   EXPECT_EQ(p.ampumisviive, 40);
-  EXPECT_EQ(p.easeviive, 20);
-  EXPECT_EQ(p.kaasujalkiaika, 10);
 }
 
 TEST(PlayerLifeCycle, RespawnFreesOnlyTheSlotsTheNewShipUses) {
@@ -224,32 +183,13 @@ TEST(PlayerLifeCycle, TakingAShipReallocatesClearedArrays) {
 
   p.asetaAlus(alus[2]);
   EXPECT_EQ(p.pati[7].aika, 0);
-  EXPECT_EQ(p.pati[maksimipadit - 1].aika, 0);
-  EXPECT_EQ(p.epati[maksimiepadit - 1].aika, 0);
   EXPECT_EQ(p.alkusirpale[4].aika, 0);
-  EXPECT_EQ(p.alkusirpaleMaara, alkusirpaleita);
-  EXPECT_FALSE(p.laseraani);
-  EXPECT_FALSE(p.suojapaalla);
+  EXPECT_FALSE(p.laseraani || p.suojapaalla);
   EXPECT_EQ(p.ampumisjuttu, 0);
-  EXPECT_EQ(p.ampumispuoli, 1);
   EXPECT_EQ(p.energia, 13);
-  EXPECT_EQ(p.fuel, 30);
   // The after-image starts along x, spaced by the ship's thrust value.
   EXPECT_FLOAT_EQ(p.xhanta[11], (float)(p.x - 11 * alus[2].nopeus));
   EXPECT_EQ(p.kulmahanta[11], 30);
-}
-
-TEST(PlayerLifeCycle, ConstructionPlacesTheShipOutsideTheCentre) {
-  for (unsigned siemen = 1; siemen <= 50; ++siemen) {
-    srand(siemen);
-    Player p;
-    ASSERT_GE(std::hypot(p.x, p.y), 15);
-    ASSERT_LE(std::fabs(p.x), 160);
-    ASSERT_LE(std::fabs(p.y), 120);
-    EXPECT_EQ(p.pati, nullptr);
-    EXPECT_EQ(p.alpha, 1);
-    EXPECT_EQ(p.kaasujalki[4].alpha, 0);
-  }
 }
 
 TEST(PlayerLifeCycle, RespawnReplacesSoundCopiesInTheSoundList) {
