@@ -155,14 +155,6 @@ TEST_F(Objectives, DominationPointsAreTakenHeldAndContested) {
   EXPECT_FLOAT_EQ(player[0].pisteet, 2 * pisteetfreimissa);
 }
 
-TEST_F(Objectives, TwoPointsScoreTwice) {
-  asetu(0, 140, 91, 0);
-  asetu(2, -140, -91, 0);
-  laskeDPisteet();
-  EXPECT_FLOAT_EQ(player[0].pisteet, 2 * pisteetfreimissa);
-  EXPECT_FLOAT_EQ(player[1].pisteet, 0);
-}
-
 // --- Mushroom -------------------------------------------------------------------
 
 TEST_F(Objectives, EatenMushroomFeedsTheTeamAndMovesAwayFromTheCentre) {
