@@ -198,8 +198,6 @@ void Player::uudestaan(Alus a) {
 
 // The special weapons fill this.
 void Player::ease() {}
-// The computer pilot fills this.
-void Player::ailiiku() {}
 // The special weapons fill this.
 void Player::liikutaePadit() {}
 
