@@ -89,13 +89,13 @@ float matkanopeus(const Alus& a) {
   return std::min(0.7f * tasapaino, 0.4f);
 }
 
-// Gravity falls with distance^1.3; beyond this radius it stays under 40 % of the
+// Gravity falls with distance^1.3; beyond this radius it stays under 30 % of the
 // thrust, so the ship can always climb out. The planet hurts within sade + 8.
 float turvasade(const Alus& a) {
   const float kosketus = (float)a.sade + 8;
   if (ilmanInertiaa(a)) return kosketus + 7;
-  const float painovoima = std::pow(20 / ((float)a.paino * 0.4f * (float)a.nopeus), 1 / 1.3f);
-  return std::clamp(painovoima, kosketus + 12, 70.0f);
+  const float painovoima = std::pow(20 / ((float)a.paino * 0.3f * (float)a.nopeus), 1 / 1.3f);
+  return std::clamp(painovoima, kosketus + 16, 75.0f);
 }
 
 void aloita(Muisti& m, const Alus& a) {
@@ -380,7 +380,17 @@ V haluttuVauhti(Lento& l, bool& tehtavalla) {
 V planeetanVaisto(const Lento& l) {
   V ulos{0, 0};
   const float r = pituus(l.P), turva = l.m.turva;
-  if (r < turva && r > 1e-3f) ulos = l.P * ((1 + 2 * (turva - r) / turva) * l.m.matka / r);
+  if (r < turva && r > 1e-3f) {
+    // Where thrust beats gravity it climbs straight out; deeper in the well it
+    // also gathers speed along its orbit, on the side it already moves.
+    const V oikaisu = l.P * (1 / r);
+    V kierto = kohtisuora(oikaisu);
+    if (risti(l.P, l.vel) < 0) kierto = kierto * -1;
+    const Alus& a = l.p.alus;
+    const bool nousee = ilmanInertiaa(a) || 20 / ((float)a.paino * std::pow(r, 1.3f)) < 0.85f * (float)a.nopeus;
+    const V suunta = nousee ? oikaisu + kierto * 0.15f : oikaisu * 0.6f + kierto * 0.8f;
+    ulos = suunta * ((1 + 2 * (turva - r) / turva) * l.m.matka);
+  }
   const float vv = piste(l.vel, l.vel);
   if (vv < 1e-8f) return ulos;
   const float t = std::clamp(-piste(l.P, l.vel) / vv, 0.0f, 150.0f);
@@ -408,14 +418,14 @@ V asteroidienVaisto(const Lento& l) {
   V pois{0, 0};
   for (const Pati& a : asteroidi) {
     const V rel = V{a.x, a.y} - l.P;
-    if (piste(rel, rel) > 3600) continue;
+    if (piste(rel, rel) > 6400) continue;
     const V relv = V{a.xv, a.yv} - l.vel;
     const float vv = piste(relv, relv);
-    const float t = vv > 1e-8f ? std::clamp(-piste(rel, relv) / vv, 0.0f, 80.0f) : 0;
+    const float t = vv > 1e-8f ? std::clamp(-piste(rel, relv) / vv, 0.0f, 120.0f) : 0;
     const V lahin = rel + relv * t;
-    const float raja = (a.koko + (float)l.p.alus.sade) * 0.785f + 4;
+    const float raja = (a.koko + (float)l.p.alus.sade) * 0.785f + 8;  // a rock's kick can throw it at the planet
     const float q = pituus(lahin);
-    if (q < raja) pois = pois - yksikko(q > 0.3f ? lahin : rel) * (1.5f * l.m.matka * (raja - q) / raja);
+    if (q < raja) pois = pois - yksikko(q > 0.3f ? lahin : rel) * (2.5f * l.m.matka * (raja - q) / raja);
   }
   return pois;
 }
