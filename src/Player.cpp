@@ -196,10 +196,6 @@ void Player::uudestaan(Alus a) {
   aloitaAlus(*this);
 }
 
-// The special weapons fill this.
-void Player::ease() {}
-// The special weapons fill this.
-void Player::liikutaePadit() {}
 
 // ==== Flight =======================================================================
 

@@ -2,6 +2,10 @@
 
 #include "scene.h"
 
+#include <GL/gl.h>
+
+#include "glapi.h"
+
 int cpisteita = 16;
 CPiste* cpiste = nullptr;
 CPiste* alkupiste = nullptr;
@@ -107,5 +111,39 @@ void laskeCPisteet() {
 }
 
 // Drawing (filled by the rendering work)
-void piirraCPisteet() {}
-void piirraCGraffat() {}
+
+// The home square of a flower glows in its team's colour.
+static void piirraKoti(const CPiste& koti, int tiimi) {
+  glEnable(GL_BLEND);
+  glEnable(GL_TEXTURE_2D);
+  glBindTexture(GL_TEXTURE_2D, texture[18]);
+  valitseVari(tiimi);
+  glBegin(GL_QUADS);
+  glNormal3f(0, 0, 1);
+  glTexCoord2f(0, 0);
+  glVertex3f(koti.x - 10, koti.y - 10, -34);
+  glTexCoord2f(1, 0);
+  glVertex3f(koti.x + 10, koti.y - 10, -34);
+  glTexCoord2f(1, 1);
+  glVertex3f(koti.x + 10, koti.y + 10, -34);
+  glTexCoord2f(0, 1);
+  glVertex3f(koti.x - 10, koti.y + 10, -34);
+  glEnd();
+  glDisable(GL_TEXTURE_2D);
+  glDisable(GL_BLEND);
+}
+
+// A carried flower rides on its carrier's drawing.
+void piirraCPisteet() {
+  if (cpiste == nullptr || alkupiste == nullptr) return;
+  valmisteleMallit();
+  for (int i = 0; i < cpisteita; ++i) {
+    const CPiste& kukka = cpiste[i];
+    if (!kukka.enabled) continue;
+    piirraKoti(alkupiste[i], i);
+    if (kukka.player == kukkaKotona) piirraKenttaMalli(22, alkupiste[i].x, alkupiste[i].y, 5);
+    else if (kukka.player == kukkaPudonnut) piirraKenttaMalli(22, kukka.x, kukka.y, 5);
+  }
+}
+
+void piirraCGraffat() { piirraPistetaulu("capture the flower score"); }

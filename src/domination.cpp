@@ -2,6 +2,10 @@
 
 #include "scene.h"
 
+#include <GL/gl.h>
+
+#include "glapi.h"
+
 int dpisteita = 2;
 DPiste* dpiste = nullptr;
 float pisteetfreimissa = 0.005f;
@@ -51,5 +55,17 @@ void laskeDPisteet() {
 }
 
 // Drawing (filled by the rendering work)
-void piirraDPisteet() {}
-void piirraDGraffat() {}
+
+// Each point is a big flower in its owner's colour, white while nobody holds it.
+void piirraDPisteet() {
+  if (dpiste == nullptr) return;
+  valmisteleMallit();
+  for (int i = 0; i < dpisteita; ++i) {
+    const DPiste& p = dpiste[i];
+    if (p.tiimi >= 0) valitseVari(p.tiimi);
+    else glColor4f(1, 1, 1, 1);
+    piirraKenttaMalli(22, p.x, p.y, 8);
+  }
+}
+
+void piirraDGraffat() { piirraPistetaulu("domination score"); }

@@ -16,6 +16,15 @@
 #include "net.h"
 #include "sieni.h"
 
+#include <GL/glu.h>
+#include <cstdint>
+#include <cstdio>
+#include <cstring>
+
+#include "Teksti.h"
+#include "glapi.h"
+#include "peliloppu.h"
+
 Sirpale sirpale[maxSirpaleita];
 Star star[tahtia];
 Pati asteroidi[asteroideja];
@@ -727,17 +736,807 @@ void laskePikkumiehet() {
 }
 
 // Drawing (filled by the rendering work)
-void drawFrame(int) {}
-void piirraMaailma() {}
-void drawPlanet() {}
-void piirraAsteroidit() {}
-void piirraPikkumiehet() {}
 void valitseAlus(int) {}
 void drawAlusValinta(int, int) {}
-void Player::piirraPadit() {}
-void Player::piirraePadit() {}
-void Player::piirraLimat() {}
-void Player::piirraKaasujaljet() {}
-void Player::piirraViivat() {}
-void Player::piirraAlkuSirpaleet() {}
-void Player::piirraGraffat() {}
+
+
+static float xrot, yrot, zrot;  // the planet's spin, degrees
+
+static const float kentanZ = -35.0f;
+static const double asteRadiaaneina = M_PI / 180.0;
+
+int printedAsInt(double value) {
+  // A 32-bit printf("%d") given a double reads its low word: that is what the
+  // panels have always shown, so it is reproduced on every target.
+  uint64_t bits;
+  std::memcpy(&bits, &value, sizeof bits);
+  return static_cast<int32_t>(static_cast<uint32_t>(bits & 0xffffffffu));
+}
+
+static void tulostaLuku(float x, float y, int luku, float koko) {
+  char teksti[10];
+  std::snprintf(teksti, sizeof teksti, "%d", luku);
+  gl_println(x, y, 0, teksti, koko);
+}
+
+static bool verkkopeli() { return hostpeli || joinpeli; }
+
+// The two in-plane axes of a quad that faces the tilted camera: the same
+// turn as rotating by alfa about z and then by beta about y.
+struct Kasvot {
+  float oikea[3];
+  float ylos[3];
+};
+
+static Kasvot kameranKasvot() {
+  if (sets.cammode != 0) return {{1, 0, 0}, {0, 1, 0}};
+  const double a = alfa * asteRadiaaneina, b = beta * asteRadiaaneina;
+  return {{float(std::cos(a) * std::cos(b)), float(std::sin(a) * std::cos(b)), float(-std::sin(b))},
+          {float(-std::sin(a)), float(std::cos(a)), 0}};
+}
+
+static Kasvot tasossa(float kulmaAsteina) {
+  const double k = kulmaAsteina * asteRadiaaneina;
+  return {{float(std::cos(k)), float(std::sin(k)), 0}, {float(-std::sin(k)), float(std::cos(k)), 0}};
+}
+
+// One textured quad inside an open glBegin(GL_QUADS): half sizes `leveys`
+// along the first axis and `korkeus` along the second.
+static void nelio(const Kasvot& k, float x, float y, float z, float leveys, float korkeus) {
+  const float ox = k.oikea[0] * leveys, oy = k.oikea[1] * leveys, oz = k.oikea[2] * leveys;
+  const float yx = k.ylos[0] * korkeus, yy = k.ylos[1] * korkeus, yz = k.ylos[2] * korkeus;
+  glTexCoord2f(0, 0);
+  glVertex3f(x - ox - yx, y - oy - yy, z - oz - yz);
+  glTexCoord2f(1, 0);
+  glVertex3f(x + ox - yx, y + oy - yy, z + oz - yz);
+  glTexCoord2f(1, 1);
+  glVertex3f(x + ox + yx, y + oy + yy, z + oz + yz);
+  glTexCoord2f(0, 1);
+  glVertex3f(x - ox + yx, y - oy + yy, z - oz + yz);
+}
+
+static void nelio(const Kasvot& k, float x, float y, float z, float puolikas) {
+  nelio(k, x, y, z, puolikas, puolikas);
+}
+
+static void tasoNelio(float x1, float y1, float x2, float y2) {
+  glBegin(GL_QUADS);
+  glVertex2f(x1, y1);
+  glVertex2f(x2, y1);
+  glVertex2f(x2, y2);
+  glVertex2f(x1, y2);
+  glEnd();
+}
+
+// A flat, unlit, additive state for particles; the caller's state comes back
+// with lopetaHiukkaset.
+static void aloitaHiukkaset(GLuint tekstuuri, GLenum lahde) {
+  glPushAttrib(GL_ENABLE_BIT | GL_COLOR_BUFFER_BIT | GL_CURRENT_BIT | GL_TEXTURE_BIT);
+  glDisable(GL_DEPTH_TEST);
+  glDisable(GL_LIGHTING);
+  glEnable(GL_TEXTURE_2D);
+  glEnable(GL_BLEND);
+  glBlendFunc(lahde, GL_ONE);
+  glBindTexture(GL_TEXTURE_2D, tekstuuri);
+}
+
+static void lopetaHiukkaset() { glPopAttrib(); }
+
+// Camera of the running game: a tilted chase view or a straight top view.
+void asetaKameraJaValo() {
+  glMatrixMode(GL_MODELVIEW);
+  glLoadIdentity();
+  if (sets.cammode == 0) {
+    const double b = beta * kameranPii / 180.0, a2 = alfa2 * kameranPii / 180.0;
+    gluLookAt(0.25 * camposx, 0.25 * camposy, camposz, camposx, camposy, kentanZ,
+              std::cos(b) * std::cos(a2), std::cos(b) * std::sin(a2), -std::sin(b));
+  } else {
+    gluLookAt(camposx, camposy, camposz, camposx, camposy, 0, 0, 1, 0);
+  }
+  const GLfloat valkoinen[] = {1, 1, 1, 1};
+  const GLfloat harmaa[] = {0.8f, 0.8f, 0.8f, 1};
+  const GLfloat valonPaikka[] = {0, 0, -25, 1};
+  glMaterialfv(GL_FRONT_AND_BACK, GL_SPECULAR, valkoinen);
+  glLightfv(GL_LIGHT0, GL_DIFFUSE, harmaa);
+  glLightfv(GL_LIGHT0, GL_POSITION, valonPaikka);
+  glEnable(GL_BLEND);
+  glBlendFunc(GL_ONE, GL_ONE);
+}
+
+static void piirraGalaksi(GLuint tekstuuri, float x, float y, float puolikas) {
+  glBindTexture(GL_TEXTURE_2D, tekstuuri);
+  glBegin(GL_QUADS);
+  nelio(tasossa(0), x, y, -235, puolikas);
+  glEnd();
+}
+
+static void piirraTahdet() {
+  const Kasvot suoraan = tasossa(0);
+  glBindTexture(GL_TEXTURE_2D, texture[18]);
+  glBegin(GL_QUADS);
+  for (const Star& s : star) {
+    glColor4f(s.r, s.g, s.b, 1);
+    nelio(suoraan, s.x, s.y, s.z + kentanZ, s.koko);
+  }
+  glEnd();
+}
+
+// Galaxies and stars, as far as the detail level allows.
+void piirraTausta() {
+  if (sets.detail < 1) return;
+  glPushAttrib(GL_ENABLE_BIT | GL_CURRENT_BIT | GL_TEXTURE_BIT);
+  glDisable(GL_LIGHTING);
+  glEnable(GL_TEXTURE_2D);
+  glColor4f(1, 1, 1, 1);
+  if (sets.detail > 1) piirraGalaksi(texture[23], 272, -60, 12);
+  piirraGalaksi(texture[26], -112, -40, 8);
+  piirraTahdet();
+  glPopAttrib();
+}
+
+static bool piirtaaViivoja(const Alus& a) {
+  return a.easelaji == 5 || a.easelaji == 6 || a.easelaji == 7 || a.aselaji == 9 || a.aselaji == 11 ||
+         a.numero == 18;
+}
+
+static void piirraPelaaja(Player& p) {
+  p.piirra();
+  p.piirraPadit();
+  p.piirraePadit();
+  p.piirraLimat();
+  p.piirraKaasujaljet();
+  if (piirtaaViivoja(p.alus)) {
+    // The line effects age with the drawing rate, not the simulation.
+    p.laskeViivat();
+    p.piirraViivat();
+  }
+}
+
+// Ships with everything they own, then the swirls of the ships waiting to come back.
+void piirraPelaajat() {
+  for (int i = 0; i < pelaajaLkm(); ++i)
+    if (pelissa(i) && player[i].kuolema < 1) piirraPelaaja(player[i]);
+  for (int i = 0; i < pelaajaLkm(); ++i)
+    if (pelissa(i) && player[i].kuolema >= 1 && player[i].kuolema < uudestaanHetki)
+      player[i].piirraAlkuSirpaleet();
+}
+
+
+// The corner pieces stand at the frame's corners; the runs of flares between them.
+struct ReunanJakso {
+  float dx, dy;      // one step
+  int kulmaMalli;    // list_int entry of the corner the run starts from
+  float r0, g0, b0;  // colour at step 0
+  float r1, g1, b1;  // colour change per step
+};
+
+static const ReunanJakso reunanJaksot[4] = {
+    {-16, 0, 19, 1, 0, 0, -0.05f, 0, 0.05f},
+    {0, -12, 20, 0, 0, 1, 0.05f, 0, -0.05f},
+    {16, 0, 19, 1, 0, 0, -0.05f, 0.05f, 0},
+    {0, 12, 21, 0, 1, 0, 0.05f, -0.05f, 0},
+};
+
+void valmisteleMallit() {
+  glEnable(GL_DEPTH_TEST);
+  glEnable(GL_LIGHTING);
+  glDisable(GL_BLEND);
+  glDisable(GL_TEXTURE_2D);
+}
+
+void piirraKenttaMalli(int lista, float x, float y, float koko) {
+  glPushMatrix();
+  glTranslatef(x, y, kentanZ);
+  glScalef(koko, koko, koko);
+  glRotatef(90, 1, 0, 0);  // the models stand up along their y axis
+  glCallList(list_int[lista]);
+  glPopMatrix();
+}
+
+static void piirraKulmaMalli(float x, float y, int lista) {
+  glPushAttrib(GL_ENABLE_BIT);
+  valmisteleMallit();
+  piirraKenttaMalli(lista, x, y, 5);
+  glPopAttrib();
+}
+
+// The glowing frame of the field through (160, 120), (-160, 120), (-160, -120), (160, -120).
+void piirraKentanReuna() {
+  float x = 160, y = 120;
+  for (const ReunanJakso& j : reunanJaksot) {
+    piirraKulmaMalli(x, y, j.kulmaMalli);
+    x += 20 * j.dx;
+    y += 20 * j.dy;
+  }
+  const Kasvot kasvot = kameranKasvot();
+  glPushAttrib(GL_ENABLE_BIT | GL_COLOR_BUFFER_BIT | GL_CURRENT_BIT | GL_TEXTURE_BIT);
+  glDisable(GL_LIGHTING);
+  glEnable(GL_TEXTURE_2D);
+  glEnable(GL_BLEND);
+  glBlendFunc(GL_ONE, GL_ONE);
+  glBindTexture(GL_TEXTURE_2D, texture[18]);
+  glBegin(GL_QUADS);
+  for (const ReunanJakso& j : reunanJaksot) {
+    for (int i = 1; i < 20; ++i) {
+      glColor4f(j.r0 + j.r1 * i, j.g0 + j.g1 * i, j.b0 + j.b1 * i, 0.8f);
+      nelio(kasvot, x + j.dx * i, y + j.dy * i, kentanZ, 6);
+    }
+    x += 20 * j.dx;
+    y += 20 * j.dy;
+  }
+  glEnd();
+  glPopAttrib();
+}
+
+static void piirraTavoitteet() {
+  glEnable(GL_BLEND);
+  glBlendFunc(GL_SRC_ALPHA, GL_ONE_MINUS_SRC_ALPHA);
+  if (gamemode == 4) piirraSPisteet();
+  else if (gamemode == 2) piirraDPisteet();
+  else if (gamemode == 3) piirraCPisteet();
+}
+
+static void piirraSirpaleetTekstuurilla(const Kasvot& kasvot, bool nelioina) {
+  glBindTexture(GL_TEXTURE_2D, texture[nelioina ? 15 : 18]);
+  glBegin(GL_QUADS);
+  for (int i = 0; i < kaytossaSirpaleita(); ++i) {
+    const Sirpale& s = sirpale[i];
+    if (s.aika <= 0 || (s.muoto == 10) != nelioina) continue;
+    const double haalistus = s.aika / s.maxaika;
+    glColor4f(s.red * haalistus, s.green * haalistus, s.blue * haalistus, 1);
+    nelio(kasvot, s.x, s.y, s.z + kentanZ, s.koko);
+  }
+  glEnd();
+}
+
+// Explosion debris, fading as it ages. With additive blending the order does
+// not show, so each texture is drawn in one batch.
+void piirraSirpaleet() {
+  aloitaHiukkaset(texture[18], GL_ONE);
+  const Kasvot kasvot = kameranKasvot();
+  piirraSirpaleetTekstuurilla(kasvot, false);
+  piirraSirpaleetTekstuurilla(kasvot, true);
+  lopetaHiukkaset();
+}
+
+// Player panels and the objective score, on a plane in front of the camera.
+void piirraHud() {
+  glEnable(GL_BLEND);
+  glBlendFunc(GL_SRC_COLOR, GL_ONE_MINUS_SRC_ALPHA);
+  glEnable(GL_TEXTURE_2D);
+  glDisable(GL_LIGHTING);
+  glDisable(GL_DEPTH_TEST);
+  glMatrixMode(GL_MODELVIEW);
+  glLoadIdentity();
+  glTranslatef(0, 0, -30);
+  for (int i = 0; i < pelaajaLkm(); ++i) player[i].piirraGraffat();
+  if (gamemode == 2) piirraDGraffat();
+  else if (gamemode == 3) piirraCGraffat();
+  else if (gamemode == 4) piirraSGraffat();
+}
+
+void drawFrame(int) {
+  glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);
+  asetaKameraJaValo();
+  piirraTausta();
+  piirraPelaajat();
+  piirraPikkumiehet();
+  piirraAsteroidit();
+  drawPlanet();
+  piirraKentanReuna();
+  piirraTavoitteet();
+  piirraSirpaleet();
+  piirraHud();
+  // The planet spins with the drawing rate.
+  xrot += 0.6f;
+  yrot += 0.9f;
+  zrot += 0.12f;
+  SDL_GL_SwapBuffers();
+}
+
+// Cone directions on the planet: equal-area latitude bands between two polar
+// caps, neighbouring bands turned by half a cone. Worked out once.
+struct Piikki {
+  float leveys, pituus;  // colatitude and longitude, degrees
+};
+
+static const int piikkeja = 60;
+static const int piikkiVyohykkeita = 6;
+
+static int laskePiikit(Piikki* piikit) {
+  const double lakki = 0.5 * 4.0 / std::sqrt(double(piikkeja));
+  const double vyo = (M_PI - 2 * lakki) / piikkiVyohykkeita;
+  int maara = 0;
+  double kertyma = 0;
+  // Band 0 and band 7 are the caps; each band's share follows its area.
+  for (int v = 0; v < piikkiVyohykkeita + 2; ++v) {
+    const double yla = v == 0 ? 0 : lakki + (v - 1) * vyo;
+    const double ala = v == 0 ? lakki : v == piikkiVyohykkeita + 1 ? M_PI : yla + vyo;
+    const double osuus = piikkeja * (std::cos(yla) - std::cos(ala)) / 2;
+    const int ennen = int(std::lround(kertyma));
+    kertyma += osuus;
+    const int tassa = int(std::lround(kertyma)) - ennen;
+    const bool napa = v == 0 || v == piikkiVyohykkeita + 1;
+    const double keski = napa ? (v == 0 ? 0 : M_PI) : (yla + ala) / 2;
+    for (int k = 0; k < tassa && maara < piikkeja + 2; ++k) {
+      const double siirto = (v % 2) * 0.5;
+      piikit[maara++] = {float(keski * 180 / M_PI), float((k + siirto) * 360.0 / tassa)};
+    }
+  }
+  return maara;
+}
+
+static GLUquadric* planeetanMuoto() {
+  static GLUquadric* muoto = gluNewQuadric();
+  return muoto;
+}
+
+void drawPlanet() {
+  static Piikki piikit[piikkeja + 2];
+  static const int piikkiMaara = laskePiikit(piikit);
+  const int tarkkuus = sets.detail * 4 + 8;
+  const int piikinTarkkuus = sets.detail > 0 ? sets.detail * 4 : 3;
+  glEnable(GL_LIGHTING);
+  glEnable(GL_DEPTH_TEST);
+  glEnable(GL_CULL_FACE);
+  glDisable(GL_BLEND);
+  glDisable(GL_TEXTURE_2D);
+  glPushMatrix();
+  glTranslatef(0, 0, kentanZ);
+  glScalef(2.2f, 2.2f, 2.2f);
+  glRotatef(xrot, 1, 0, 0);
+  glRotatef(yrot, 0, 1, 0);
+  glRotatef(zrot, 0, 0, 1);
+  glColor4f(1, 1, 1, 1);
+  gluSphere(planeetanMuoto(), 3, tarkkuus, tarkkuus);
+  for (int i = 0; i < piikkiMaara; ++i) {
+    glPushMatrix();
+    glRotatef(piikit[i].pituus, 0, 0, 1);
+    glRotatef(piikit[i].leveys, 0, 1, 0);
+    glTranslatef(0, 0, 2.8f);
+    gluCylinder(planeetanMuoto(), 0.5, 0, 1, piikinTarkkuus, 1);
+    glPopMatrix();
+  }
+  glPopMatrix();
+  glDisable(GL_CULL_FACE);
+  glEnable(GL_TEXTURE_2D);
+  glEnable(GL_BLEND);
+}
+
+void piirraAsteroidit() {
+  glEnable(GL_LIGHTING);
+  glEnable(GL_TEXTURE_2D);
+  glEnable(GL_DEPTH_TEST);
+  glDisable(GL_BLEND);
+  glBindTexture(GL_TEXTURE_2D, texture[39]);
+  glColor4f(1, 1, 1, 1);
+  for (const Pati& a : asteroidi) {
+    glPushMatrix();
+    glTranslatef(a.x, a.y, kentanZ);
+    glRotatef(xrot * a.r + a.alku, 1, 0, 0);
+    glRotatef(yrot * a.g + a.alku, 0, 1, 0);
+    glRotatef(zrot * a.b + a.alku, 0, 0, 1);
+    glScalef(a.koko, a.koko, a.koko);
+    glCallList(list_asteroid);
+    glPopMatrix();
+  }
+  glEnable(GL_BLEND);
+  glDisable(GL_DEPTH_TEST);
+  glDisable(GL_LIGHTING);
+}
+
+// Little men stand turned a quarter left: local (px, py) lands at (py, -px).
+void piirraPikkumiehet() {
+  glEnable(GL_BLEND);
+  glBlendFunc(GL_ONE, GL_ONE);
+  glEnable(GL_TEXTURE_2D);
+  glBindTexture(GL_TEXTURE_2D, texture[16]);
+  glColor4f(1, 1, 1, 1);
+  glBegin(GL_QUADS);
+  glNormal3f(0, 0, 1);
+  for (const Pati& m : pikkumies) {
+    if (m.aika <= 0) continue;
+    const float z = kentanZ + 1;
+    glTexCoord2f(0, 1);
+    glVertex3f(m.x - 0.4f, m.y + 0.4f, z);
+    glTexCoord2f(1, 1);
+    glVertex3f(m.x - 0.4f, m.y - 0.4f, z);
+    glTexCoord2f(1, 0);
+    glVertex3f(m.x + 0.4f, m.y - 0.4f, z);
+    glTexCoord2f(0, 0);
+    glVertex3f(m.x + 0.4f, m.y + 0.4f, z);
+  }
+  glEnd();
+}
+
+// Shots. Weapons that never set a colour leave (0, 0, 0); each kind then gets
+// a look of its own so that no shot is invisible.
+static const float oletusVarit[alustyyppeja][3] = {
+    {1, 0.8f, 0.3f},  {1, 0.5f, 0.2f},  {1, 1, 0.5f},     {0.4f, 0.8f, 1},  {1, 0.6f, 0.2f},
+    {0.6f, 1, 0.4f},  {0.3f, 1, 1},     {1, 0.9f, 0.8f},  {0.9f, 0.4f, 1},  {0.3f, 1, 0.3f},
+    {1, 0.3f, 0.3f},  {0.5f, 0.7f, 1},  {1, 1, 0.3f},     {0.2f, 1, 0.2f},  {1, 0.9f, 0.8f},
+    {1, 0.2f, 0.2f},  {0.8f, 0.5f, 1},  {0.4f, 1, 0.8f},  {0.3f, 1, 1},     {1, 0.9f, 0.5f},
+    {0.7f, 1, 0.3f},  {1, 0.6f, 0.1f},  {0.9f, 0.9f, 1},  {1, 0.4f, 0.7f},
+};
+
+struct Vari {
+  float r, g, b;
+};
+
+static Vari laukauksenVari(int laji, const Pati& p) {
+  if (p.r != 0 || p.g != 0 || p.b != 0) return {p.r, p.g, p.b};
+  const float* v = oletusVarit[laji >= 0 && laji < alustyyppeja ? laji : 0];
+  return {v[0], v[1], v[2]};
+}
+
+// A shot of a hot gun is weaker; the weaker, the redder.
+static Vari kuumuudenVari(const Pati& p, const Alus& a) {
+  const float teho = a.patienergia > 0 ? float(p.energia / a.patienergia) : 1;
+  const float kuumuus = std::fmin(std::fmax(1 - teho, 0.0f), 0.5f) * 2;
+  return {1, 1 - 0.8f * kuumuus, 0.6f * (1 - kuumuus)};
+}
+
+static bool onSade(int laji) { return laji == 6 || laji == 9 || laji == 18; }
+
+// The flare textures fade out at about half their width: a quad of twice the
+// radius shows a glow of the shot's own size.
+static void piirraPati(int laji, int kohta, const Pati& p, const Alus& a, const Kasvot& kasvot) {
+  Vari v = laukauksenVari(laji, p);
+  float koko = float(a.patisade * 2);
+  switch (laji) {
+    case 4:
+      if (kohta == 0) koko = float(a.patisade * 8 * (1 + 0.2 * std::sin(p.aika * 0.25)));
+      else koko = 0.6f;
+      break;
+    case 13: {  // the charge ball grows with its energy, up to 2000
+      const float lataus = std::fmin(std::fmax(p.energia / 2000.0f, 0.0f), 1.0f);
+      koko *= 0.3f + 0.7f * lataus;
+      break;
+    }
+    case 15: {  // mines blink; the untextured square is kept small
+      const float kirkkaus = (p.aika / 25) % 2 == 0 ? 1.0f : 0.25f;
+      v = {v.r * kirkkaus, v.g * kirkkaus, v.b * kirkkaus};
+      koko = float(a.patisade * 0.6);
+      break;
+    }
+    case 19:
+      v = kuumuudenVari(p, a);
+      break;
+    default:
+      break;
+  }
+  glColor4f(v.r, v.g, v.b, 1);
+  if (laji == 7 || laji == 14) {
+    nelio(tasossa(p.kulma), p.x, p.y, kentanZ, koko * 1.2f, koko * 0.6f);
+  } else if (laji == 21) {
+    // Fan shots streak along their flight.
+    const float suunta = float(std::atan2(p.yv, p.xv) / asteRadiaaneina);
+    nelio(tasossa(suunta), p.x, p.y, kentanZ, koko * 1.6f, koko);
+  } else {
+    nelio(kasvot, p.x, p.y, kentanZ, koko);
+  }
+}
+
+void Player::piirraPadit() {
+  const int laji = alus.aselaji;
+  if (onSade(laji) || pati == nullptr) return;  // beams are drawn as lines
+  aloitaHiukkaset(alus.patitexture, GL_ONE);
+  const Kasvot kasvot = kameranKasvot();
+  glBegin(GL_QUADS);
+  const int maara = kaytettavatPaikat(alus.maxpadit, maksimipadit);
+  for (int i = 0; i < maara; ++i)
+    if (pati[i].aika > 0) piirraPati(laji, i, pati[i], alus, kasvot);
+  glEnd();
+  lopetaHiukkaset();
+}
+
+// Special shots and effects. Colours per special kind; shots that carry a colour
+// of their own keep it.
+static const float erikoisVarit[alustyyppeja][3] = {
+    {0.3f, 0.6f, 1},    {1, 0.85f, 0.4f}, {1, 0.5f, 0.1f},  {0.4f, 0.9f, 1},   {0.7f, 0.3f, 1},
+    {0.5f, 1, 0.5f},    {0.5f, 0.8f, 1},  {0.75f, 0.6f, 1}, {1, 0.55f, 0.2f},  {0.9f, 1, 0.9f},
+    {1, 0.9f, 0.6f},    {0.2f, 0.3f, 1},  {1, 1, 1},        {1, 0.4f, 0.3f},   {1, 0.7f, 0.3f},
+    {1, 0.5f, 0.2f},    {1, 0.8f, 0.5f},  {0.2f, 0.9f, 0.1f}, {1, 0.95f, 0.4f}, {0.9f, 0.9f, 1},
+    {0.7f, 1, 0.4f},    {1, 0.6f, 1},     {0.6f, 1, 1},     {1, 0.15f, 0.1f},
+};
+
+static Vari erikoisenVari(int laji, const Pati& p) {
+  if (p.r != 0 || p.g != 0 || p.b != 0) return {p.r, p.g, p.b};
+  const float* v = erikoisVarit[laji >= 0 && laji < alustyyppeja ? laji : 0];
+  return {v[0], v[1], v[2]};
+}
+
+static float suuntaAsteina(const Pati& p) { return float(std::atan2(p.yv, p.xv) / asteRadiaaneina); }
+
+// One live special shot, drawn by kind; sizes follow the shot radius (the flare
+// fades at about half its width, so twice the radius shows the shot's own size).
+static void piirraErikoinen(int laji, const Pati& p, const Alus& a, const Kasvot& kasvot) {
+  const Vari v = erikoisenVari(laji, p);
+  const float koko = float(std::fmax(a.epatisade * 2, 0.8));
+  float kirkkaus = 1;
+  switch (laji) {
+    case 4:  // a gravity well: three arms turning round a dark heart
+      for (int k = 0; k < 3; ++k) {
+        glColor4f(v.r * 0.7f, v.g * 0.7f, v.b * 0.7f, 1);
+        nelio(tasossa(p.aika * 6.0f + k * 120), p.x, p.y, kentanZ, koko * 2.2f, koko * 0.35f);
+      }
+      break;
+    case 13: case 21:  // streaks along the flight
+      glColor4f(v.r, v.g, v.b, 1);
+      nelio(tasossa(suuntaAsteina(p)), p.x, p.y, kentanZ, koko * 1.6f, koko * 0.6f);
+      return;
+    case 17: {  // slime wobbles
+      const float heilahdus = 1 + 0.15f * float(std::sin(p.aika * 0.3));
+      glColor4f(v.r, v.g, v.b, 1);
+      nelio(kasvot, p.x, p.y, kentanZ, koko * heilahdus, koko / heilahdus);
+      return;
+    }
+    case 23:  // a charge blinks faster as its time runs out
+      kirkkaus = (p.aika / std::max(4, p.aika / 8)) % 2 == 0 ? 1.0f : 0.3f;
+      break;
+    default:
+      break;
+  }
+  glColor4f(v.r * kirkkaus, v.g * kirkkaus, v.b * kirkkaus, 1);
+  nelio(kasvot, p.x, p.y, kentanZ, koko);
+}
+
+// Effects of the ship itself: the shield's bubble, the boost's flame, the blade
+// and the pulse's ring.
+static void piirraSuojakupla(const Player& p, const Kasvot& kasvot) {
+  const float hiipuu = std::fmin(1.0f, p.easekesto / 25.0f);  // fades in its last quarter second
+  const float syke = 0.85f + 0.15f * float(std::sin(p.easekesto * 0.4));
+  glColor4f(0.3f * hiipuu, 0.6f * hiipuu, 1.0f * hiipuu, 1);
+  nelio(kasvot, p.x, p.y, kentanZ, float(p.alus.sade * 1.6) * syke);
+}
+
+static void piirraTehostin(const Player& p) {
+  const float taakse = p.kulma + 180;
+  const double a = taakse * asteRadiaaneina;
+  const float pituus = float(p.alus.sade) * (1.4f + 0.3f * float(std::sin(p.fcounter + p.x)));
+  const float x = p.x + float(std::cos(a)) * (float(p.alus.sade) + pituus * 0.5f);
+  const float y = p.y + float(std::sin(a)) * (float(p.alus.sade) + pituus * 0.5f);
+  glColor4f(1, 0.55f, 0.15f, 1);
+  nelio(tasossa(taakse), x, y, kentanZ, pituus, float(p.alus.sade) * 0.4f);
+}
+
+// The blade points where the heading, taken as radians, points (see liiku).
+static void piirraTera(const Player& p) {
+  const double n = p.alus.easenopeus, e = p.easeviive;
+  const double d = e < n * 0.5 ? e / 20 : (n - e) / 20;
+  const float pituus = float(2 * d + p.alus.sade) * 0.5f;
+  const float suunta = float(p.kulma / asteRadiaaneina);
+  const float x = p.x + float(std::cos(p.kulma)) * pituus, y = p.y + float(std::sin(p.kulma)) * pituus;
+  glColor4f(0.9f, 0.9f, 1, 1);
+  nelio(tasossa(suunta), x, y, kentanZ, pituus, 0.35f);
+}
+
+static void piirraPulssi(const Player& p, const Kasvot& kasvot) {
+  const float kulunut = float(p.alus.easenopeus - p.easeviive);
+  const float kesto = 30;
+  if (kulunut < 0 || kulunut > kesto) return;
+  const float sade = float(p.alus.epatisade) * kulunut / kesto, hiipuu = 1 - kulunut / kesto;
+  glColor4f(1 * hiipuu, 0.9f * hiipuu, 0.6f * hiipuu, 1);
+  for (int k = 0; k < 32; ++k) {
+    const double a = k * 2 * M_PI / 32;
+    nelio(kasvot, p.x + float(std::cos(a)) * sade, p.y + float(std::sin(a)) * sade, kentanZ, 1.2f);
+  }
+}
+
+static void piirraErikoisTila(const Player& p, const Kasvot& kasvot) {
+  switch (p.alus.easelaji) {
+    case 0:
+      if (p.suojapaalla) piirraSuojakupla(p, kasvot);
+      break;
+    case 10:
+      if (p.easeviive > 0) piirraPulssi(p, kasvot);
+      break;
+    case 15:
+      if (p.suojapaalla) piirraTehostin(p);
+      break;
+    case 19:
+      if (p.easeviive > 0 && p.ampumispuoli >= 2) piirraTera(p);
+      break;
+    default:
+      break;
+  }
+}
+
+void Player::piirraePadit() {
+  const int laji = alus.easelaji;
+  aloitaHiukkaset(alus.epatitexture != 0 ? alus.epatitexture : texture[18], GL_ONE);
+  const Kasvot kasvot = kameranKasvot();
+  glBegin(GL_QUADS);
+  const int maara = epati ? kaytettavatPaikat(alus.maxepadit, maksimiepadit) : 0;
+  for (int i = 0; i < maara; ++i)
+    if (epati[i].aika > 0) piirraErikoinen(laji, epati[i], alus, kasvot);
+  glEnd();
+  glBindTexture(GL_TEXTURE_2D, texture[18]);  // the ship's own effects glow
+  glBegin(GL_QUADS);
+  piirraErikoisTila(*this, kasvot);
+  glEnd();
+  lopetaHiukkaset();
+}
+
+// Slime sticks to the hull and turns with it.
+void Player::piirraLimat() {
+  if (lima == nullptr) return;
+  aloitaHiukkaset(texture[18], GL_ONE);
+  glColor4f(0.1f, 0.7f, 0.1f, 1.0f);
+  glPushMatrix();
+  glTranslatef(x, y, kentanZ);
+  glRotatef(kulma - 90, 0, 0, 1);
+  const Kasvot suoraan = tasossa(0);
+  glBegin(GL_QUADS);
+  for (int i = 0; i < limoja; ++i)
+    if (lima[i].aika > 0) nelio(suoraan, lima[i].x, lima[i].y, 0, 0.5f);
+  glEnd();
+  glPopMatrix();
+  lopetaHiukkaset();
+}
+
+static void piirraSavut(const Kaasujalki* jalki, float puolikas) {
+  for (int i = 0; i < kaasujalkia; ++i) {
+    if (jalki[i].alpha <= 0) continue;
+    glColor4f(1, 0, 0, jalki[i].alpha);
+    nelio(tasossa(0), jalki[i].x, jalki[i].y, kentanZ, puolikas);
+  }
+}
+
+void Player::piirraKaasujaljet() {
+  const int tyyppi = alus.numero;
+  if (tyyppi == 16 || tyyppi == 22 || kaasujalki == nullptr) return;
+  aloitaHiukkaset(texture[18], GL_SRC_ALPHA);
+  glBegin(GL_QUADS);
+  const float puolikas = float(2 * alus.jalkikoko);
+  piirraSavut(kaasujalki, puolikas);
+  if ((tyyppi == 4 || tyyppi == 23) && kaasujalki2 != nullptr) piirraSavut(kaasujalki2, puolikas);
+  glEnd();
+  lopetaHiukkaset();
+}
+
+static float viivanLeveys(const Alus& a) {
+  if (a.numero == 18) return 1.5f;
+  return a.aselaji == 6 || a.aselaji == 9 || a.aselaji == 11 ? 2.0f : 1.0f;
+}
+
+void Player::piirraViivat() {
+  if (viivat == nullptr) return;
+  glDisable(GL_TEXTURE_2D);
+  glEnable(GL_LINE_SMOOTH);
+  glLineWidth(viivanLeveys(alus));
+  glBegin(GL_LINES);
+  for (int i = 0; i < viivoja; ++i) {
+    const Viivakasa& v = viivat[i];
+    if (v.aika <= 0) continue;
+    glColor4f(v.r, v.g, v.b, 0.9f);
+    glVertex3f(v.x1, v.y1, kentanZ);
+    glVertex3f(v.x2, v.y2, kentanZ);
+  }
+  glEnd();
+  glLineWidth(1.0f);
+  glEnable(GL_TEXTURE_2D);
+}
+
+// The swirl gathering into a ship about to come back: bright at birth,
+// fading quadratically.
+void Player::piirraAlkuSirpaleet() {
+  if (alkusirpale == nullptr) return;
+  glDisable(GL_DEPTH_TEST);
+  glEnable(GL_BLEND);
+  glBlendFunc(GL_SRC_ALPHA, GL_ONE);
+  glBindTexture(GL_TEXTURE_2D, texture[18]);
+  const Kasvot suoraan = tasossa(0);
+  glBegin(GL_QUADS);
+  for (int i = 0; i < alkusirpaleMaara; ++i) {
+    const Sirpale& s = alkusirpale[i];
+    if (s.aika <= 0) continue;
+    const double ika = 1 - s.aika / s.maxaika;
+    glColor4f(s.red, s.green, s.blue, 1 - ika * ika);
+    nelio(suoraan, x + s.x, y + s.y, kentanZ + s.z + 1, s.koko);
+  }
+  glEnd();
+  glBlendFunc(GL_SRC_COLOR, GL_ONE_MINUS_SRC_COLOR);
+}
+
+// Player panels: five down each side for up to ten players, else two columns of eight.
+static const float paneelinPaikat[10][2] = {
+    {-14.5f, 10},  {12.5f, 10},    {-14.5f, -10}, {12.5f, -10}, {-14.5f, 6.5f},
+    {-14.5f, 3},   {-14.5f, -2.5f}, {-14.5f, -6},  {12.5f, 6.5f}, {12.5f, -6},
+};
+
+static void paneelinPaikka(int n, float& px, float& py) {
+  if (players <= 10) {
+    const int k = n >= 0 && n < 10 ? n : 0;
+    px = paneelinPaikat[k][0];
+    py = paneelinPaikat[k][1];
+  } else {
+    px = n < 8 ? -14.5f : 12.5f;
+    py = 10 - 2.85f * (n < 8 ? n : n - 8);
+  }
+}
+
+static void piirraPalkki(float y1, float y2, float taytto) {
+  const float f = std::fmax(taytto, 0.0f);
+  glColor4f(1 - std::pow(f, 1.7f), f, 0, 0.8f);
+  tasoNelio(-1, y1, 2 * f - 1, y2);
+}
+
+static void piirraPaneelinTekstit(const Player& p) {
+  if (verkkopeli()) {
+    gl_println(-1, 1, 0, netnick[p.numero >= 0 && p.numero < maxPlayers ? p.numero : 0], 0.3f);
+  } else {
+    gl_println(-1, 1, 0, "player", 0.3f);
+    tulostaLuku(1, 1, p.numero + 1, 0.3f);
+  }
+  gl_println(2, 1, 0, "team", 0.3f);
+  tulostaLuku(3.7f, 1, p.tiimi + 1, 0.3f);
+  gl_println(-1, 0.33f, 0, "shield", 0.3f);
+  gl_println(-0.4f, -0.125f, 0, "fuel", 0.3f);
+}
+
+static void piirraKrediitit(const Player& p) {
+  gl_println(-1.5f, -0.6f, 0, "credits", 0.25f);
+  tulostaLuku(1.0f, -0.6f, printedAsInt(p.pisteet), 0.25f);
+  gl_println(2.6f, -0.6f, 0, "/", 0.25f);
+  tulostaLuku(2.8f, -0.6f, verkkopeli() ? mpcredits : printedAsInt(fullcredits), 0.25f);
+}
+
+static void piirraPaneelinPalkit(const Player& p) {
+  glDisable(GL_TEXTURE_2D);
+  glTranslatef(2, 0, 0);
+  glColor4f(0.25f, 0.25f, 0, 0.5f);
+  tasoNelio(-1.05f, 0.2f, 1.05f, 0.46f);
+  tasoNelio(-1.05f, -0.25f, 1.05f, 0.01f);
+  piirraPalkki(0.23f, 0.43f, float(p.energia / p.alus.energia));
+  piirraPalkki(-0.22f, -0.02f, float(p.fuel / p.alus.fuel));
+  glColor4f(0.2f, 0.5f, 0.2f, 0.5f);
+  glEnable(GL_TEXTURE_2D);
+}
+
+void Player::piirraGraffat() {
+  if (energia < 0) energia = 0;  // the panel keeps the record tidy for everyone else
+  float px, py;
+  paneelinPaikka(numero, px, py);
+  glPushMatrix();
+  glTranslatef(px, py, 0);
+  // The panel keeps its pixel size relative to a 512-pixel-wide screen.
+  const float mittakaava = std::sqrt(1.0f / (screenwidth * 0.001953125f));
+  glScalef(mittakaava, mittakaava, mittakaava);
+  valitseVari(tiimi);
+  piirraPaneelinTekstit(*this);
+  const bool krediittipeli = verkkopeli() ? gamemode == 0 || gamemode == 1 : pistepeli;
+  if (krediittipeli) piirraKrediitit(*this);
+  piirraPaneelinPalkit(*this);
+  glPopMatrix();
+}
+
+// The score panel of the objective modes, one entry per team in slot order.
+void piirraPistetaulu(const char* otsikko) {
+  glPushMatrix();
+  glEnable(GL_BLEND);
+  glBlendFunc(GL_ONE, GL_ONE);
+  glDisable(GL_LIGHTING);
+  glTranslatef(-8.5f, 10, 0);
+  glColor4f(0.2f, 0.2f, 0.8f, 0.8f);
+  gl_println(1, 2, 0, otsikko, 0.4f);
+  glColor4f(0.2f, 0.5f, 0.2f, 0.5f);
+  const int raja = verkkopeli() ? mpcredits : printedAsInt(fullcredits);
+  int listatut[maxPlayers];
+  int tiimeja = 0;
+  for (int i = 0; i < pelaajaLkm(); ++i) {
+    const Player& p = player[i];
+    bool jo = false;
+    for (int t = 0; t < tiimeja; ++t) jo = jo || listatut[t] == p.tiimi;
+    if (jo) continue;
+    listatut[tiimeja++] = p.tiimi;
+    gl_println(0, 1, 0, "team", 0.25f);
+    tulostaLuku(2, 1, p.tiimi + 1, 0.25f);
+    tulostaLuku(p.pisteet < 1000 ? 0 : -0.4f, 0.5f, printedAsInt(p.pisteet), 0.25f);
+    gl_println(1.3f, 0.5f, 0, "/", 0.25f);
+    tulostaLuku(1.6f, 0.5f, raja, 0.25f);
+    glTranslatef(3.5f, 0, 0);
+    if (tiimeja == 5 || tiimeja == 10) glTranslatef(-17.5f, -1.2f, 0);
+  }
+  glPopMatrix();
+}

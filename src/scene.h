@@ -65,3 +65,20 @@ void piirraPikkumiehet();
 // Ship choice of one player (credit games).
 void valitseAlus(int pelaaja);
 void drawAlusValinta(int pelaaja, int kursori);
+
+// What a 32-bit printf("%d") shows for a double argument: the low word of its
+// bits as a signed int (so whole amounts show as 0). The score panels print it.
+int printedAsInt(double value);
+// The team score panel of the objective modes, under the given title.
+void piirraPistetaulu(const char* otsikko);
+// Models standing on the field (frame corners, flowers, mushrooms): the GL
+// state they are drawn in, and one model of list_int at (x, y) at a scale.
+void valmisteleMallit();
+void piirraKenttaMalli(int lista, float x, float y, float koko);
+// The steps of drawFrame, in drawing order (also timed on their own).
+void asetaKameraJaValo();
+void piirraTausta();
+void piirraPelaajat();
+void piirraKentanReuna();
+void piirraSirpaleet();
+void piirraHud();

@@ -3,6 +3,8 @@
 #include "Main.h"
 #include "scene.h"
 
+#include <GL/gl.h>
+
 int spisteita = 1;
 SPiste* spiste = nullptr;
 float sienipisteet = 10, skuolemapisteet = 1;
@@ -49,5 +51,12 @@ void laskeSPisteet() {
 }
 
 // Drawing (filled by the rendering work)
-void piirraSPisteet() {}
-void piirraSGraffat() {}
+
+void piirraSPisteet() {
+  if (spiste == nullptr) return;
+  valmisteleMallit();
+  glColor4f(1, 1, 1, 1);
+  for (int i = 0; i < spisteita; ++i) piirraKenttaMalli(23, spiste[i].x, spiste[i].y, 5);
+}
+
+void piirraSGraffat() { piirraPistetaulu("mushroom score"); }

@@ -1,0 +1,348 @@
+// The frame drawing, read back from a real (software) GL context.
+#include <GL/gl.h>
+#include <GL/glu.h>
+#include <SDL/SDL.h>
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include <cmath>
+#include <cstring>
+#include <vector>
+
+#include "Main.h"
+#include "Player.h"
+#include "Sets.h"
+#include "glapi.h"
+#include "peliloppu.h"
+#include "scene.h"
+
+namespace {
+
+struct Rgb {
+  float r, g, b;
+};
+
+class Render : public ::testing::Test {
+protected:
+  static void SetUpTestSuite() {
+    ASSERT_EQ(chdir(VORTA_DATA_DIR), 0);
+    ASSERT_EQ(SDL_Init(SDL_INIT_VIDEO), 0) << SDL_GetError();
+    SDL_GL_SetAttribute(SDL_GL_DOUBLEBUFFER, 1);
+    ASSERT_NE(SDL_SetVideoMode(1024, 768, 0, SDL_OPENGL), nullptr) << SDL_GetError();
+    screenwidth = 1024;
+    screenheight = 768;
+    setupOpengl(1024, 768);
+  }
+  // The window stays open to the end: closing it unloads the GL driver, whose
+  // own leftovers would then be reported without a library name to suppress.
+
+  // An empty field seen from straight above, far enough to show the whole frame.
+  void SetUp() override {
+    players = 0;
+    gamemode = 0;
+    pistepeli = false;
+    sets.cammode = 1;
+    sets.detail = 0;
+    camposx = camposy = 0;
+    camposz = 400;
+    alfa = beta = alfa2 = beta2 = 0;
+    std::memset(sirpale, 0, sizeof sirpale);
+    std::memset(asteroidi, 0, sizeof asteroidi);
+    std::memset(pikkumies, 0, sizeof pikkumies);
+    for (Pati& a : asteroidi) a.x = 1000;  // out of sight
+  }
+
+  // The software renderer keeps the back buffer through a swap (its front buffer
+  // reads back empty), so a finished frame is read from the back buffer.
+  static Rgb pixel(int x, int y) {
+    GLubyte p[4];
+    glReadBuffer(GL_BACK);
+    glReadPixels(x, y, 1, 1, GL_RGBA, GL_UNSIGNED_BYTE, p);
+    return {p[0] / 255.0f, p[1] / 255.0f, p[2] / 255.0f};
+  }
+
+  // Where a point given in the current model-view space lands on the screen.
+  static void project(double x, double y, double z, int& px, int& py) {
+    GLdouble mv[16], pr[16], wx, wy, wz;
+    GLint vp[4];
+    glGetDoublev(GL_MODELVIEW_MATRIX, mv);
+    glGetDoublev(GL_PROJECTION_MATRIX, pr);
+    glGetIntegerv(GL_VIEWPORT, vp);
+    gluProject(x, y, z, mv, pr, vp, &wx, &wy, &wz);
+    px = int(wx);
+    py = int(wy);
+  }
+
+  // The colour shown at a point of the field after a full frame.
+  static Rgb fieldPixel(double x, double y) {
+    asetaKameraJaValo();
+    int px, py;
+    project(x, y, -35, px, py);
+    return pixel(px, py);
+  }
+
+  // The colour shown at a point of the HUD plane (at depth -30).
+  static Rgb hudPixel(double x, double y) {
+    glMatrixMode(GL_MODELVIEW);
+    glLoadIdentity();
+    int px, py;
+    project(x, y, -30, px, py);
+    return pixel(px, py);
+  }
+
+  static int countRed(int y1, int y2) {
+    static GLubyte rows[768][1024][4];
+    glReadBuffer(GL_BACK);
+    glReadPixels(0, 0, 1024, 768, GL_RGBA, GL_UNSIGNED_BYTE, rows);
+    int red = 0;
+    for (int y = y1; y < y2; ++y)
+      for (int x = 0; x < 1024; ++x)
+        if (rows[y][x][0] > 100 && rows[y][x][1] < 40 && rows[y][x][2] < 40) ++red;
+    return red;
+  }
+};
+
+void expectColour(Rgb got, Rgb want, const char* where) {
+  const float tolerance = 0.07f;
+  EXPECT_NEAR(got.r, want.r, tolerance) << where;
+  EXPECT_NEAR(got.g, want.g, tolerance) << where;
+  EXPECT_NEAR(got.b, want.b, tolerance) << where;
+}
+
+TEST(PrintedAsInt, ShowsTheLowWordOfTheDouble) {
+  // Whole and half amounts have an all-zero low word.
+  EXPECT_EQ(printedAsInt(25.0), 0);
+  EXPECT_EQ(printedAsInt(0.0), 0);
+  EXPECT_EQ(printedAsInt(1.5), 0);
+  EXPECT_EQ(printedAsInt(-1.0), 0);
+  // 0x3FD5555555555555 and 0x3FB999999999999A: the low word, signed.
+  EXPECT_EQ(printedAsInt(1.0 / 3.0), 0x55555555);
+  EXPECT_EQ(printedAsInt(0.1), -1717986918);
+}
+
+TEST_F(Render, FrameCornersFollowTheRunColours) {
+  drawFrame(0);
+  // Each run fades from one colour to another; a corner shows the end of one run
+  // and the start of the next.
+  expectColour(fieldPixel(144, 120), {0.95f, 0, 0.05f}, "top right, first run");
+  expectColour(fieldPixel(0, 120), {0.5f, 0, 0.5f}, "top middle");
+  expectColour(fieldPixel(-144, 120), {0.05f, 0, 0.95f}, "top left, first run");
+  expectColour(fieldPixel(-160, 108), {0.05f, 0, 0.95f}, "top left, second run");
+  expectColour(fieldPixel(-160, -108), {0.95f, 0, 0.05f}, "bottom left, second run");
+  expectColour(fieldPixel(-144, -120), {0.95f, 0.05f, 0}, "bottom left, third run");
+  expectColour(fieldPixel(144, -120), {0.05f, 0.95f, 0}, "bottom right, third run");
+  expectColour(fieldPixel(160, -108), {0.05f, 0.95f, 0}, "bottom right, fourth run");
+  expectColour(fieldPixel(160, 108), {0.95f, 0.05f, 0}, "top right, fourth run");
+  expectColour(fieldPixel(0, 60), {0, 0, 0}, "inside the field");
+}
+
+TEST_F(Render, PlanetSitsInTheMiddleInBothCameraModes) {
+  for (int mode : {0, 1}) {
+    sets.cammode = mode;
+    camposz = 100;
+    drawFrame(0);
+    const Rgb middle = pixel(512, 384);
+    EXPECT_GT(middle.r, 0.3f) << "camera mode " << mode;
+    EXPECT_NEAR(middle.r, middle.g, 0.05f) << "the planet is white, camera mode " << mode;
+    EXPECT_NEAR(middle.g, middle.b, 0.05f) << "camera mode " << mode;
+    expectColour(fieldPixel(40, 0), {0, 0, 0}, "beside the planet");
+  }
+}
+
+TEST_F(Render, DebrisFadesWithAge) {
+  sirpale[0] = Sirpale{};
+  sirpale[0].x = 60;
+  sirpale[0].y = 40;
+  sirpale[0].koko = 3;
+  sirpale[0].red = 1;
+  sirpale[0].green = 0.5;
+  sirpale[0].aika = 100;
+  sirpale[0].maxaika = 200;
+  drawFrame(0);
+  expectColour(fieldPixel(60, 40), {0.5f, 0.25f, 0}, "half-aged shard");
+}
+
+// One ship of the given weapon kind with a few shots of its own.
+class Shots : public Render {
+protected:
+  Pati shots[4] = {};
+  Pati* ownShots = nullptr;
+
+  void SetUp() override {
+    Render::SetUp();
+    camposz = 100;
+    players = 1;
+    Player& p = player[0];
+    ownShots = p.pati;
+    p.pati = shots;
+    p.kuolema = 0;
+    p.x = p.y = 100;  // the ship itself out of the way
+    p.alus.maxpadit = 4;
+    p.alus.patitexture = texture[18];
+  }
+  void TearDown() override { player[0].pati = ownShots; }
+
+  Pati& shoot(int kind, float x, float y, float radius) {
+    player[0].alus.aselaji = kind;
+    player[0].alus.patisade = radius;
+    shots[0].x = x;
+    shots[0].y = y;
+    shots[0].aika = 10;
+    return shots[0];
+  }
+};
+
+TEST_F(Shots, UncolouredShotStillShowsAndTintedShotKeepsItsColour) {
+  shoot(0, 20, 10, 0.8f);
+  drawFrame(0);
+  const Rgb plain = fieldPixel(20, 10);
+  EXPECT_GT(plain.r + plain.g + plain.b, 0.5f);
+  Pati& blue = shoot(0, 20, 10, 0.8f);
+  blue.b = 1;
+  drawFrame(0);
+  expectColour(fieldPixel(20, 10), {0, 0, 1}, "blue shot");
+}
+
+TEST_F(Shots, BeamKindsLeaveTheirShotsToTheLines) {
+  for (int kind : {6, 9, 18}) {
+    Pati& beam = shoot(kind, 20, 10, 2);
+    beam.r = 1;
+    drawFrame(0);
+    expectColour(fieldPixel(20, 10), {0, 0, 0}, "beam kind");
+  }
+}
+
+TEST_F(Shots, ChargeBallGrowsWithItsEnergy) {
+  Pati& ball = shoot(13, 20, 10, 3);
+  ball.r = 1;
+  ball.energia = 100;
+  drawFrame(0);
+  EXPECT_LT(fieldPixel(22.5, 10).r, 0.05f) << "a fresh ball is small";
+  ball.energia = 2000;
+  drawFrame(0);
+  EXPECT_GT(fieldPixel(22.5, 10).r, 0.2f) << "a full ball is big";
+}
+
+class Panel : public Render {
+protected:
+  void SetUp() override {
+    Render::SetUp();
+    players = 1;
+    Player& p = player[0];
+    p.numero = 0;
+    p.tiimi = 0;
+    p.alus.energia = 40;
+    p.alus.fuel = 80;
+    p.energia = 40;
+    p.fuel = 20;
+  }
+
+  // A point of the panel of player n given in the panel's own units.
+  static Rgb panelPixel(float corner_x, float corner_y, float x, float y) {
+    const float scale = std::sqrt(1.0f / (1024 * 0.001953125f));
+    return hudPixel(corner_x + x * scale, corner_y + y * scale);
+  }
+
+  static void drawHud() {
+    glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);
+    piirraHud();
+  }
+};
+
+TEST_F(Panel, FullBarIsGreenAndLowBarIsRed) {
+  drawHud();
+  const Rgb shield = panelPixel(-14.5f, 10, 2, 0.33f);
+  EXPECT_GT(shield.g, 0.9f);
+  EXPECT_LT(shield.r, 0.1f);
+  // A quarter-full tank: (1 - 0.25^1.7, 0.25, 0) drawn over the bar frame.
+  const Rgb fuel = panelPixel(-14.5f, 10, 1.25f, -0.12f);
+  EXPECT_GT(fuel.r, 0.7f);
+  EXPECT_LT(fuel.g, 0.15f);
+  // The empty end of the fuel bar shows only the frame behind it.
+  const Rgb empty = panelPixel(-14.5f, 10, 2.8f, -0.12f);
+  EXPECT_LT(empty.r, 0.1f);
+  EXPECT_LT(empty.g, 0.1f);
+}
+
+TEST_F(Panel, NegativeShieldIsClampedIntoThePlayer) {
+  player[0].energia = -7.5f;
+  drawHud();
+  EXPECT_EQ(player[0].energia, 0.0f);
+  player[0].energia = 12;
+  drawHud();
+  EXPECT_EQ(player[0].energia, 12.0f);
+}
+
+TEST_F(Panel, ElevenPlayersUseTwoColumnsOfEight) {
+  player[9].numero = 9;
+  player[9].alus.energia = player[9].energia = 30;
+  player[9].alus.fuel = player[9].fuel = 30;
+  player[0].energia = 0;  // only player 9 shows a full shield
+  players = 10;
+  drawHud();
+  EXPECT_GT(panelPixel(12.5f, -6, 2, 0.33f).g, 0.9f) << "five down each side";
+  players = 11;
+  drawHud();
+  EXPECT_LT(panelPixel(12.5f, -6, 2, 0.33f).g, 0.1f);
+  EXPECT_GT(panelPixel(12.5f, 10 - 2.85f, 2, 0.33f).g, 0.9f) << "second column, second row";
+}
+
+TEST_F(Panel, PlayerOutOfACreditGameKeepsItsPanel) {
+  pistepeli = true;
+  player[0].pisteet = -1;
+  drawHud();
+  EXPECT_GT(panelPixel(-14.5f, 10, 2, 0.33f).g, 0.9f);
+}
+
+class Victory : public Render {
+protected:
+  void SetUp() override {
+    Render::SetUp();
+    players = 2;
+    for (int i = 0; i < 2; ++i) {
+      player[i].numero = i;
+      player[i].tiimi = i;
+      player[i].pisteet = -1;
+    }
+  }
+  // Text rows at depth -25 seen from 15 units: y = 12 lands near pixel row 662.
+  static int teamLineRed() { return countRed(630, 700); }
+  static int middleRed() { return countRed(355, 415); }
+  static std::vector<GLubyte> teamLine() {
+    std::vector<GLubyte> rows(1024 * 70 * 4);
+    glReadBuffer(GL_BACK);
+    glReadPixels(0, 630, 1024, 70, GL_RGBA, GL_UNSIGNED_BYTE, rows.data());
+    return rows;
+  }
+};
+
+TEST_F(Victory, NobodyLeftIsADraw) {
+  drawVictory(0);
+  EXPECT_GT(middleRed(), 50) << "\"draw\" in the middle";
+  EXPECT_EQ(teamLineRed(), 0);
+}
+
+TEST_F(Victory, DeathMatchNamesTheWinningTeam) {
+  player[1].pisteet = 5;
+  drawVictory(1);
+  EXPECT_GT(teamLineRed(), 50);
+  EXPECT_EQ(middleRed(), 0);
+}
+
+TEST_F(Victory, ObjectiveModePrintsTheTeamWithoutAddingOne) {
+  // Team 0 reaching the limit reads "team 0 won", as a death match won by team
+  // -1 would: the objective screen prints the bare team number.
+  gamemode = 2;
+  player[0].pisteet = float(fullcredits);
+  drawVictory(1);
+  const std::vector<GLubyte> objective = teamLine();
+  EXPECT_GT(teamLineRed(), 50);
+  gamemode = 0;
+  player[0].pisteet = 0;
+  drawVictory(-1);
+  EXPECT_TRUE(teamLine() == objective);
+  drawVictory(0);
+  EXPECT_TRUE(teamLine() != objective);
+}
+
+}  // namespace
