@@ -174,7 +174,7 @@ struct Lento {
   float tahtays = 0;   // heading that would hit the target
   float kantama = 0;   // reach of the primary weapon
   float lahto = 0;     // range it likes to fight at
-  bool vaara = false;  // planet, wall or rock close: flying comes first
+  bool lentoEnsin = false;  // a rock, wall, planet or task comes before aiming
 };
 
 // Speed of its primary shot relative to the ship.
@@ -196,12 +196,16 @@ float aseenKantama(const Player& p) {
   return std::min(laukausNopeus(a) * (float)a.patiaika * 0.8f, 110.0f);
 }
 
+// Specials 14 and 15 hurt by collision: those ships ram.
+bool rammaa(const Player& p) { return p.alus.easelaji == 14 || p.alus.easelaji == 15; }
+
 float mieluisinEtaisyys(const Lento& l) {
   const Alus& a = l.p.alus;
   float d = std::clamp(l.kantama * 0.45f, 18.0f, 45.0f);
   if (sadeAse(a) || a.numero == 9 || (a.numero == 11 && l.p.suojapaalla)) d = l.kantama * 0.55f;
   const ErikoisKaytto k = erikoisenKaytto(a.easelaji);
   const bool valmis = l.p.easeviive < 1 && l.p.fuel >= a.easefuel;
+  if (l.t.erikoinen && rammaa(l.p) && (valmis || l.p.suojapaalla)) return 0;  // straight into it
   if (l.t.erikoinen && k == ErikoisKaytto::Lahella && valmis) d = std::min(d, (float)erikoisenKantama(a.easelaji) * 0.6f);
   return std::max(d, (float)a.sade * 3);
 }
@@ -473,7 +477,7 @@ void kaanny(Player& p, float haluttu) {
   p.pright = oikea;
 }
 
-bool taisteluun(const Lento& l) { return l.m.kohde >= 0 && !l.vaara && l.etaisyys < l.kantama * 1.3f + 10; }
+bool taisteluun(const Lento& l) { return l.m.kohde >= 0 && !l.lentoEnsin && l.etaisyys < l.kantama * 1.3f + 10; }
 
 // Type 18 always flies forward; a press of thrust turns it about at once, which
 // it uses when the way it wants lies behind it.
@@ -674,9 +678,11 @@ bool laukaise(Lento& l) {
 
 bool erikoinen(const Lento& l) {
   const Player& p = l.p;
-  if (!l.t.erikoinen || p.easeviive >= 1 || p.fuel < p.alus.easefuel) return false;
   const float kantama = (float)erikoisenKantama(p.alus.easelaji);
   const bool kohde = l.m.kohde >= 0;
+  if (p.alus.easelaji == 15)  // the boost goes on and off a press at a time
+    return l.t.erikoinen && p.suojapaalla != (kohde && l.etaisyys < kantama && p.fuel > 0.2f * (float)p.alus.fuel);
+  if (!l.t.erikoinen || p.easeviive >= 1 || p.fuel < p.alus.easefuel) return false;
   const float terveys = p.energia / (float)p.alus.energia;
   switch (erikoisenKaytto(p.alus.easelaji)) {
     case ErikoisKaytto::Suoja: return l.m.uhka;
@@ -718,7 +724,7 @@ void Player::ailiiku() {
   bool tehtavalla = false;
   const V halu = haluttuVauhti(l, tehtavalla);
   const V vaisto = planeetanVaisto(l) + seinienVaisto(l) + asteroidienVaisto(l);
-  l.vaara = pituus(vaisto) > 0.25f * m.matka || (tehtavalla && l.etaisyys > l.kantama * 0.7f);
+  l.lentoEnsin = pituus(vaisto) > 0.25f * m.matka || (tehtavalla && l.etaisyys > l.kantama * 0.7f);
   const V kokonaan = halu + vaisto + m.vaistoVektori;
   if (ilmanInertiaa(alus))
     lennaIlmanInertiaa(l, kokonaan);
