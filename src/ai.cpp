@@ -201,7 +201,8 @@ bool rammaa(const Player& p) { return p.alus.easelaji == 14 || p.alus.easelaji =
 
 float mieluisinEtaisyys(const Lento& l) {
   const Alus& a = l.p.alus;
-  float d = std::clamp(l.kantama * 0.45f, 18.0f, 45.0f);
+  // Short guns must come in close; nobody sits right on top of its target.
+  float d = std::min(std::clamp(l.kantama * 0.45f, 18.0f, 45.0f), l.kantama * 0.7f);
   if (sadeAse(a) || a.numero == 9 || (a.numero == 11 && l.p.suojapaalla)) d = l.kantama * 0.55f;
   const ErikoisKaytto k = erikoisenKaytto(a.easelaji);
   const bool valmis = l.p.easeviive < 1 && l.p.fuel >= a.easefuel;
@@ -667,7 +668,7 @@ bool laukaise(Lento& l) {
       if (!lahinVierasKelpaa(l)) return false;
       break;
     case 1:  // the recoil must not throw it into the planet
-      if (janaOsuuPlaneettaan(l.P, l.P - suunta(p.kulma) * 60, l.m.turva)) return false;
+      if (janaOsuuPlaneettaan(l.P, l.P - suunta(p.kulma) * 100, (float)p.alus.sade + 16)) return false;
       break;
     default: break;
   }
