@@ -173,7 +173,7 @@ struct Lento {
   float etaisyys = 1e9f;
   float tahtays = 0;   // heading that would hit the target
   float kantama = 0;   // reach of the primary weapon
-  float lahto = 0;     // range it likes to fight at
+  float mieluisin = 0; // range it likes to fight at
   bool lentoEnsin = false;  // a rock, wall, planet or task comes before aiming
 };
 
@@ -241,7 +241,7 @@ void arvioiKohde(Lento& l) {
   const bool ohjautuu = l.p.alus.numero == 7;
   const V relv = (l.kohdeV - l.vel) * (ohjautuu ? 0.0f : l.t.ennakko);
   l.tahtays = ennakkoKulma(rel, relv, std::max(laukausNopeus(l.p.alus), 0.05f)) + m.virhe;
-  l.lahto = mieluisinEtaisyys(l);
+  l.mieluisin = mieluisinEtaisyys(l);
 }
 
 // ---- Where to go ----
@@ -370,7 +370,7 @@ V haluttuVauhti(Lento& l, bool& tehtavalla) {
   if (tehtavalla) return kohti(l, kohde);
   if (l.m.kohde >= 0) {
     const V dir = yksikko(l.kohdeP - l.P);
-    V v = kohti(l, sallittu(l.kohdeP - dir * l.lahto, l.m.turva));
+    V v = kohti(l, sallittu(l.kohdeP - dir * l.mieluisin, l.m.turva));
     if (l.t.vaistaa) v = v + kohtisuora(dir) * (l.m.matka * 0.25f);  // circle a little: harder to hit
     return v;
   }
@@ -393,8 +393,8 @@ V planeetanVaisto(const Lento& l) {
     if (risti(l.P, l.vel) < 0) kierto = kierto * -1;
     const Alus& a = l.p.alus;
     const bool nousee = ilmanInertiaa(a) || 20 / ((float)a.paino * std::pow(r, 1.3f)) < 0.85f * (float)a.nopeus;
-    const V suunta = nousee ? oikaisu + kierto * 0.15f : oikaisu * 0.6f + kierto * 0.8f;
-    ulos = suunta * ((1 + 2 * (turva - r) / turva) * l.m.matka);
+    const V nosto = nousee ? oikaisu + kierto * 0.15f : oikaisu * 0.6f + kierto * 0.8f;
+    ulos = nosto * ((1 + 2 * (turva - r) / turva) * l.m.matka);
   }
   const float vv = piste(l.vel, l.vel);
   if (vv < 1e-8f) return ulos;
@@ -547,7 +547,7 @@ float tahtaysVirhe(const Lento& l) {
   return e;
 }
 
-float sieto(const Lento& l) {
+float osumaSieto(const Lento& l) {
   const Player& k = player[l.m.kohde];
   const float leveys = (float)k.alus.sade * 0.785f + (float)l.p.alus.patisade;
   float s = std::atan2(leveys, std::max(l.etaisyys, 1.0f)) / asteenRadiaanit;
@@ -652,7 +652,7 @@ bool laukaise(Lento& l) {
     if (n == 4) l.m.pommiMatkalla = false;
     return false;
   }
-  const bool tahdatty = tahtaysVirhe(l) < sieto(l) && !ystavaTiella(l, l.tahtays, l.etaisyys);
+  const bool tahdatty = tahtaysVirhe(l) < osumaSieto(l) && !ystavaTiella(l, l.tahtays, l.etaisyys);
   switch (n) {
     case 4: return pommita(l, tahdatty);
     case 13: return lataa(l, tahdatty);
