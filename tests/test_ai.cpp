@@ -10,6 +10,8 @@
 
 #include "ai.h"
 #include "ctf.h"
+#include "domination.h"
+#include "sieni.h"
 #include "simscene.h"
 
 namespace {
@@ -114,6 +116,33 @@ TEST(Pilot, BringsTheEnemyFlowerHome) {
   }
   EXPECT_GE(player[0].pisteet, ctfpisteet) << "no capture in " << f << " frames";
   EXPECT_EQ(cpiste[1].player, kukkaKotona);
+}
+
+// A lone pilot takes both domination points, then eats mushrooms for its team,
+// with an idle enemy in the game.
+TEST(Pilot, TakesThePointsAndEatsTheMushroom) {
+  tyhja(2, aiTasoja - 1, 9);
+  gamemode = 2;
+  lentaja(0, 16, 0, 80, 0, 90);
+  const Maali m = maali(1, 10, 0, -110, 1);
+  for (int k = 0; k < dpisteita; ++k) dpiste[k].tiimi = -1;
+  int f = 1;
+  for (; f <= 20000 && !(dpiste[0].tiimi == 0 && dpiste[1].tiimi == 0); ++f) {
+    m.pida();
+    player[1].energia = (float)player[1].alus.energia;
+    calculateFrame(f);
+  }
+  EXPECT_EQ(dpiste[0].tiimi, 0) << f << " frames";
+  EXPECT_EQ(dpiste[1].tiimi, 0);
+
+  gamemode = 4;
+  player[0].pisteet = 0;
+  for (int g = 0; g < 20000 && player[0].pisteet < 2 * sienipisteet; ++g, ++f) {
+    m.pida();
+    player[1].energia = (float)player[1].alus.energia;
+    calculateFrame(f);
+  }
+  EXPECT_GE(player[0].pisteet, 2 * sienipisteet);
 }
 
 // Four pilots in two teams with "ai vs ai": each only ever goes for the other team.
