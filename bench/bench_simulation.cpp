@@ -5,6 +5,7 @@
 #include <cstdlib>
 
 #include "../tests/simscene.h"
+#include "ai.h"
 #include "ctf.h"
 
 namespace {
@@ -96,5 +97,36 @@ void BM_LaukausVastaanLaukaus(benchmark::State& state) {
   }
 }
 BENCHMARK(BM_LaukausVastaanLaukaus)->Unit(benchmark::kMicrosecond);
+
+// Sixteen computer pilots in four teams at the top level, "ai vs ai", deciding
+// their buttons for one frame; the world step itself runs between the measured
+// parts with the pilots' buttons left as they set them.
+void BM_KuusitoistaLentajaa(benchmark::State& state) {
+  tyhjaMaailma(maxPlayers);
+  sets.ai = aiTasoja - 1;
+  sets.aikohteet = true;
+  aiAlusta();
+  const int tyypit[] = {8, 12, 16, 21, 22, 23, 15, 4, 9, 13, 6, 18, 7, 14, 3, 0};
+  kehalle(maxPlayers, tyypit, maxPlayers);
+  for (int i = 0; i < maxPlayers; ++i) player[i].tiimi = i % 4;
+  int frame = 0;
+  auto askel = [&frame]() {
+    pidaTaysina(maxPlayers);
+    for (int i = 0; i < maxPlayers; ++i) player[i].ihmispelaaja = true;
+    calculateFrame(++frame);
+    for (int i = 0; i < maxPlayers; ++i) player[i].ihmispelaaja = false;
+  };
+  for (int f = 0; f < 1000; ++f) {
+    for (int i = 0; i < maxPlayers; ++i) player[i].ailiiku();
+    askel();
+  }
+  for (auto _ : state) {
+    for (int i = 0; i < maxPlayers; ++i) player[i].ailiiku();
+    state.PauseTiming();
+    askel();
+    state.ResumeTiming();
+  }
+}
+BENCHMARK(BM_KuusitoistaLentajaa)->Unit(benchmark::kMicrosecond);
 
 }  // namespace

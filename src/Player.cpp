@@ -196,8 +196,6 @@ void Player::uudestaan(Alus a) {
   aloitaAlus(*this);
 }
 
-// The computer pilot fills this.
-void Player::ailiiku() {}
 
 // ==== Flight =======================================================================
 
