@@ -1300,6 +1300,7 @@ void Player::piirra() {
   aloitaPiirto();
   glTranslatef(x, y, -35);
   tiimiHehku(*this, nakyvyys);
+  glDisable(GL_TEXTURE_2D);  // the hull lists bind their own skins where they have one
   glDisable(GL_BLEND);
   glDepthMask(GL_TRUE);
   glEnable(GL_LIGHTING);

@@ -110,7 +110,7 @@ void laskeCPisteet() {
   }
 }
 
-// Drawing (filled by the rendering work)
+// Drawing
 
 // The home square of a flower glows in its team's colour.
 static void piirraKoti(const CPiste& koti, int tiimi) {

@@ -54,7 +54,7 @@ void laskeDPisteet() {
   }
 }
 
-// Drawing (filled by the rendering work)
+// Drawing
 
 // Each point is a big flower in its owner's colour, white while nobody holds it.
 void piirraDPisteet() {

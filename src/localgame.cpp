@@ -11,6 +11,7 @@
 #include "Menu.h"
 #include "Sets.h"
 #include "Teksti.h"
+#include "ai.h"
 #include "audio.h"
 #include "ctf.h"
 #include "domination.h"
@@ -72,6 +73,7 @@ Pelisilmukka aloitaPeli(int tila, bool krediitit, bool valinta, bool satunnaiset
   saavalita = valinta;
   nollaaPelaajat(krediitit ? static_cast<float>(fullcredits) : 0.0f, satunnaisetAlukset);
   nollaaTavoitteet();
+  aiAlusta();  // the pilots forget the last match's targets and plans
   ekapisteframe = true;
   if (tila >= 2) return tavoiteSilmukka;
   return krediitit ? krediittiSilmukka : vapaaSilmukka;

@@ -69,7 +69,7 @@ int peliloppu() {
   return 1;
 }
 
-// Drawing (filled by the rendering work)
+// Drawing
 
 // The team of the last player that reached the score limit, -1 if none did.
 static int tavoitteenSaavuttanutTiimi() {

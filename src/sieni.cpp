@@ -50,7 +50,7 @@ void laskeSPisteet() {
   }
 }
 
-// Drawing (filled by the rendering work)
+// Drawing
 
 void piirraSPisteet() {
   if (spiste == nullptr) return;

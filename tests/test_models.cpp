@@ -193,11 +193,15 @@ TEST_F(Mallit, EveryShipCoversTheCentreAndGrowsWithItsRadius) {
 }
 
 TEST_F(Mallit, SilhouettesArePairwiseDifferent) {
+  // The hulls alone: the team glow under every ship would be common to all of them.
+  const GLuint hehku = tiimitexture;
+  tiimitexture = 0;
   std::vector<Kuva> kuvat;
   for (int n = 0; n < 24; n++) {
     valmisteleAlus(n, 3);
     kuvat.push_back(piirra());
   }
+  tiimitexture = hehku;
   for (int a = 0; a < 24; a++)
     for (int b = a + 1; b < 24; b++) {
       int erot = 0, yhteensa = 0;
@@ -497,6 +501,7 @@ TEST_F(Mallit, AsteroidIsALumpyRockOfUnitSize) {
     glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);
     if (karsinta) glEnable(GL_CULL_FACE);
     glEnable(GL_DEPTH_TEST);
+    glDisable(GL_TEXTURE_2D);  // the shape alone; the rock skin is the field drawing's
     glPushMatrix();
     glTranslatef(0, 0, -35);
     glScalef(4, 4, 4);
