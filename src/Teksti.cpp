@@ -14,9 +14,6 @@ float letterwidth[256];
 namespace {
 // letterwidth is plain data that the game may change; it starts as the shared table.
 const bool leveydetAlussa = (std::copy(std::begin(kirjainleveys), std::end(kirjainleveys), letterwidth), true);
-}
-
-namespace {
 
 const size_t maksimiPituus = 1000;  // a line without a zero byte stops here
 const float soluPx = 64, kuvaPx = 1024;
@@ -28,21 +25,19 @@ size_t pituus(const char* text) { return text ? strnlen(text, maksimiPituus) : 0
 bool onGlyfi(unsigned char b) { return b < 128; }
 float leveys(unsigned char b) { return letterwidth[b]; }
 
-void piirraGlyfi(unsigned char b, float s) {
+// One glyph's quad centred on the pen at `kyna`; the caller holds glBegin(GL_QUADS).
+void piirraGlyfi(unsigned char b, float s, float kyna) {
   const int sarake = b & 15, rivi = b >> 4;
   const float vasen = (sarake * soluPx + 2) / kuvaPx, oikea = ((sarake + 1) * soluPx - 1) / kuvaPx;
   const float ala = ((rivi + 1) * soluPx - 1) / kuvaPx, yla = (rivi * soluPx + 2) / kuvaPx;
-  glBegin(GL_QUADS);
-  glNormal3f(0, 0, 1);
   glTexCoord2f(vasen, ala);
-  glVertex3f(-s, -s, 0);
+  glVertex3f(kyna - s, -s, 0);
   glTexCoord2f(oikea, ala);
-  glVertex3f(s, -s, 0);
+  glVertex3f(kyna + s, -s, 0);
   glTexCoord2f(oikea, yla);
-  glVertex3f(s, s, 0);
+  glVertex3f(kyna + s, s, 0);
   glTexCoord2f(vasen, yla);
-  glVertex3f(-s, s, 0);
-  glEnd();
+  glVertex3f(kyna - s, s, 0);
 }
 
 }  // namespace
@@ -53,11 +48,17 @@ void gl_println(float x, float y, float z, const char* text, float size) {
   glBindTexture(GL_TEXTURE_2D, texture[28]);
   glPushMatrix();
   glTranslatef(x, y, z);
+  // The whole line is one batch of quads: a draw call per letter made text the
+  // costliest part of the HUD on a software renderer.
+  glBegin(GL_QUADS);
+  glNormal3f(0, 0, 1);
+  float kyna = 0;
   for (size_t i = 0; i < n; i++) {
     const unsigned char b = static_cast<unsigned char>(text[i]);
-    if (onGlyfi(b)) piirraGlyfi(b, size);
-    glTranslatef(2 * size * leveys(b), 0, 0);
+    if (onGlyfi(b)) piirraGlyfi(b, size, kyna);
+    kyna += 2 * size * leveys(b);
   }
+  glEnd();
   glPopMatrix();
 }
 
