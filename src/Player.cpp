@@ -15,23 +15,20 @@
 
 Player player[maxPlayers];
 
-namespace {
-
-// The simulation converts degrees with the single-precision pi; the balance was tuned with it.
-const float pii = 3.1415927f;
-double rad(double aste) { return aste * pii / 180.0; }
-double aste(double r) { return r * 180.0 / pii; }
-
-const double kosketus = 0.785;  // every contact test scales the summed radii by this
-const float kentanX = 160, kentanY = 120;
-
-bool isanta() { return !joinpeli; }  // host or local game: this machine decides
-bool pelissa(const Player& p) { return !pistepeli || p.pisteet >= 0; }
+namespace saannot {
+bool isanta() { return !joinpeli; }
 int pelaajia() { return std::max(0, std::min(players, maxPlayers)); }
+bool pelissa(const Player& p) { return !pistepeli || p.pisteet >= 0; }
+bool suojattu(const Player& p) { return p.alus.easelaji == 0 && p.suojapaalla; }
 void soita(Sound* s) {
   if (efektitpaalla && s) s->play();
 }
-bool suojattu(const Player& p) { return p.alus.easelaji == 0 && p.suojapaalla; }
+}  // namespace saannot
+
+using namespace saannot;
+
+namespace {
+
 // Kinds that fly without inertia: they steer by position, not by velocity.
 bool inertiaton(const Player& p) {
   return p.alus.aselaji == 6 || p.alus.aselaji == 18 || p.alus.numero == 22;

@@ -136,3 +136,19 @@ public:
 
 const int maxPlayers = 16;
 extern Player player[maxPlayers];
+
+// Rules shared by the flight, weapon and special-weapon code.
+namespace saannot {
+// The simulation converts degrees with the single-precision pi; the balance was tuned with it.
+const float pii = 3.1415927f;
+inline double rad(double aste) { return aste * pii / 180.0; }
+inline double aste(double r) { return r * 180.0 / pii; }
+const double kosketus = 0.785;  // every contact test scales the summed radii by this
+const float kentanX = 160, kentanY = 120;
+
+bool isanta();                    // host or local game: this machine decides
+int pelaajia();                   // player slots in use, kept within the array
+bool pelissa(const Player& p);    // not put out of a credit game
+bool suojattu(const Player& p);   // the shield special is up
+void soita(Sound* s);             // plays when effects are on and the sound exists
+}  // namespace saannot

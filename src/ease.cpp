@@ -17,26 +17,14 @@
 #include "net.h"
 #include "scene.h"
 
+using namespace saannot;
+
 namespace {
 
-// The simulation converts degrees with the single-precision pi.
-const float pii = 3.1415927f;
-double rad(double aste) { return aste * pii / 180.0; }
-double aste(double r) { return r * 180.0 / pii; }
-
-const double kosketus = 0.785;  // every contact test scales the summed radii by this
-const float kentanX = 160, kentanY = 120;
 const double planeetanNielu = 8, planeetanVeto = 40;
 
-bool isanta() { return !joinpeli; }  // host or local game: this machine decides
-int pelaajia() { return std::max(0, std::min(players, maxPlayers)); }
-bool pelissa(const Player& p) { return !pistepeli || p.pisteet >= 0; }
 bool elossa(const Player& p) { return pelissa(p) && p.kuolema < 1; }
-bool suojattu(const Player& p) { return p.alus.easelaji == 0 && p.suojapaalla; }
 bool vihollinen(const Player& o, const Player& k) { return &k != &o && k.tiimi != o.tiimi && elossa(k); }
-void soita(Sound* s) {
-  if (efektitpaalla && s) s->play();
-}
 int indeksi(const Player& p) {
   const long i = &p - player;
   return i >= 0 && i < maxPlayers ? (int)i : -1;

@@ -11,6 +11,7 @@
 #include <string>
 #include <vector>
 
+#include "testutil.h"
 #include "Alus.h"
 #include "Main.h"
 #include "Sets.h"
@@ -265,17 +266,7 @@ float brightnessAt(int x, int y) {
   return (p[0] + p[1] + p[2]) / (3 * 255.0f);
 }
 
-// Window pixel of a model-view point.
-void project(float x, float y, float z, int& px, int& py) {
-  GLdouble mv[16], pr[16], wx, wy, wz;
-  GLint vp[4];
-  glGetDoublev(GL_MODELVIEW_MATRIX, mv);
-  glGetDoublev(GL_PROJECTION_MATRIX, pr);
-  glGetIntegerv(GL_VIEWPORT, vp);
-  gluProject(x, y, z, mv, pr, vp, &wx, &wy, &wz);
-  px = int(wx);
-  py = int(wy);
-}
+using testutil::projectToWindow;
 
 class Drawing : public InTempDir {
  protected:
@@ -348,10 +339,10 @@ TEST_F(Drawing, TextLightsPixelsAtItsPointOnly) {
   glTranslatef(0, 0, -10);
   gl_println(0, 0, 0, "AB");
   int ax, ay, bx, by, belowx, belowy, farx, fary;
-  project(0, 0.4f, 0, ax, ay);
-  project(2 * letterwidth['A'], 0.4f, 0, bx, by);
-  project(0, -0.6f, 0, belowx, belowy);  // the glyph's dark lower half: the image is the right way up
-  project(3.5f, 0.4f, 0, farx, fary);    // past the end of "AB"
+  projectToWindow(0, 0.4f, 0, ax, ay);
+  projectToWindow(2 * letterwidth['A'], 0.4f, 0, bx, by);
+  projectToWindow(0, -0.6f, 0, belowx, belowy);  // the glyph's dark lower half: the image is the right way up
+  projectToWindow(3.5f, 0.4f, 0, farx, fary);    // past the end of "AB"
   EXPECT_GT(brightnessAt(ax, ay), 0.8f);
   EXPECT_GT(brightnessAt(bx, by), 0.8f);
   EXPECT_LT(brightnessAt(belowx, belowy), 0.05f);
@@ -366,8 +357,8 @@ TEST_F(Drawing, HighBytesDrawNothingAndAdvanceOneWidth) {
   const char text[] = {char(0xC8), 'A', char(0xFF), 0};
   gl_println(0, 0, 0, text, 0.5f);
   int hx, hy, ax, ay;
-  project(0, 0.2f, 0, hx, hy);
-  project(1.0f, 0.2f, 0, ax, ay);  // 2 x size x width 1
+  projectToWindow(0, 0.2f, 0, hx, hy);
+  projectToWindow(1.0f, 0.2f, 0, ax, ay);  // 2 x size x width 1
   EXPECT_LT(brightnessAt(hx, hy), 0.05f);
   EXPECT_GT(brightnessAt(ax, ay), 0.8f);
 }

@@ -259,22 +259,8 @@ TEST_F(LocalGame, EscapeInTheMenuLeavesAtOnce) {
 class LocalMenuWindow : public LocalGame {
 protected:
   static void SetUpTestSuite() {
-    // Kept open until the process ends: closing it unloads the GL driver, whose
-    // own allocations would then show up as leaks of unknown origin.
-    // A busy shared X server now and then refuses a window: ask again.
-    for (int yritys = 0; yritys < 5 && !(ikkuna && ikkuna->ok()); ++yritys) {
-      delete ikkuna;
-      ikkuna = new testutil::GLWindow(W, H);
-    }
-    testing::internal::CaptureStdout();
-    setupOpengl(W, H);
-    testing::internal::GetCapturedStdout();
-    // A dark blue picture behind the menu, so that text is easy to tell apart.
-    const GLubyte sininen[3] = {0, 0, 90};
-    glGenTextures(1, &texture[29]);
-    glBindTexture(GL_TEXTURE_2D, texture[29]);
-    glTexImage2D(GL_TEXTURE_2D, 0, GL_RGB, 1, 1, 0, GL_RGB, GL_UNSIGNED_BYTE, sininen);
-    glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MIN_FILTER, GL_NEAREST);
+    ikkuna = &testutil::gameWindow(W, H);
+    testutil::plainTexture(29, 0, 0, 90);  // a plain dark backdrop behind the text
   }
   void SetUp() override {
     LocalGame::SetUp();
@@ -283,16 +269,12 @@ protected:
     screenheight = H;
   }
   static std::vector<GLubyte> rivi(float y) {
-    GLdouble mv[16], pr[16], wx, wy, wz;
-    GLint vp[4];
-    glGetDoublev(GL_MODELVIEW_MATRIX, mv);  // the menu's fitted view is still current
-    glGetDoublev(GL_PROJECTION_MATRIX, pr);
-    glGetIntegerv(GL_VIEWPORT, vp);
-    gluProject(-20, y, -40, mv, pr, vp, &wx, &wy, &wz);
+    int px, py;
+    testutil::projectToWindow(-20, y, -40, px, py);  // the menu's fitted view is still current
     std::vector<GLubyte> r(W * 3);
     glReadBuffer(GL_BACK);
     glPixelStorei(GL_PACK_ALIGNMENT, 1);
-    glReadPixels(0, int(wy), W, 1, GL_RGB, GL_UNSIGNED_BYTE, r.data());
+    glReadPixels(0, py, W, 1, GL_RGB, GL_UNSIGNED_BYTE, r.data());
     return r;
   }
   static int punaisia(const std::vector<GLubyte>& r) {

@@ -4,6 +4,7 @@
 #include <SDL/SDL.h>
 #include <gtest/gtest.h>
 
+#include "testutil.h"
 #include "Main.h"
 #include "Menu.h"
 #include "Player.h"
@@ -104,15 +105,11 @@ class MenuFrame : public ::testing::Test {
 
   // The window row of a point seen with the menu's identity model-view.
   static int rowOf(float x, float y, float z) {
-    GLdouble mv[16], pr[16], wx, wy, wz;
-    GLint vp[4];
     glMatrixMode(GL_MODELVIEW);
     glLoadIdentity();
-    glGetDoublev(GL_MODELVIEW_MATRIX, mv);
-    glGetDoublev(GL_PROJECTION_MATRIX, pr);
-    glGetIntegerv(GL_VIEWPORT, vp);
-    gluProject(x, y, z, mv, pr, vp, &wx, &wy, &wz);
-    return int(wy);
+    int px, py;
+    testutil::projectToWindow(x, y, z, px, py);
+    return py;
   }
   static int labelRow(float y) { return rowOf(0, y, -40); }
 

@@ -9,6 +9,7 @@
 #include <cstring>
 #include <vector>
 
+#include "testutil.h"
 #include "Main.h"
 #include "Player.h"
 #include "Sets.h"
@@ -61,23 +62,12 @@ protected:
     return {p[0] / 255.0f, p[1] / 255.0f, p[2] / 255.0f};
   }
 
-  // Where a point given in the current model-view space lands on the screen.
-  static void project(double x, double y, double z, int& px, int& py) {
-    GLdouble mv[16], pr[16], wx, wy, wz;
-    GLint vp[4];
-    glGetDoublev(GL_MODELVIEW_MATRIX, mv);
-    glGetDoublev(GL_PROJECTION_MATRIX, pr);
-    glGetIntegerv(GL_VIEWPORT, vp);
-    gluProject(x, y, z, mv, pr, vp, &wx, &wy, &wz);
-    px = int(wx);
-    py = int(wy);
-  }
 
   // The colour shown at a point of the field after a full frame.
   static Rgb fieldPixel(double x, double y) {
     asetaKameraJaValo();
     int px, py;
-    project(x, y, -35, px, py);
+    testutil::projectToWindow(x, y, -35, px, py);
     return pixel(px, py);
   }
 
@@ -86,7 +76,7 @@ protected:
     glMatrixMode(GL_MODELVIEW);
     glLoadIdentity();
     int px, py;
-    project(x, y, -30, px, py);
+    testutil::projectToWindow(x, y, -30, px, py);
     return pixel(px, py);
   }
 

@@ -180,22 +180,8 @@ void nuku(Uint32 ms) { kello += ms; }
 class ShipChoiceWindow : public ShipChoice {
 protected:
   static void SetUpTestSuite() {
-    // Kept open until the process ends: closing it unloads the GL driver, whose
-    // own allocations would then show up as leaks of unknown origin.
-    // A busy shared X server now and then refuses a window: ask again.
-    for (int yritys = 0; yritys < 5 && !(ikkuna && ikkuna->ok()); ++yritys) {
-      delete ikkuna;
-      ikkuna = new testutil::GLWindow(W, H);
-    }
-    testing::internal::CaptureStdout();
-    setupOpengl(W, H);
-    testing::internal::GetCapturedStdout();
-    // A dark background picture, so that the labels' red is easy to tell apart.
-    const GLubyte tumma[3] = {10, 10, 30};
-    glGenTextures(1, &texture[30]);
-    glBindTexture(GL_TEXTURE_2D, texture[30]);
-    glTexImage2D(GL_TEXTURE_2D, 0, GL_RGB, 1, 1, 0, GL_RGB, GL_UNSIGNED_BYTE, tumma);
-    glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MIN_FILTER, GL_NEAREST);
+    ikkuna = &testutil::gameWindow(W, H);
+    testutil::plainTexture(30, 10, 10, 30);  // a plain dark backdrop behind the text
   }
   void SetUp() override {
     ShipChoice::SetUp();

@@ -1,5 +1,9 @@
 #include "testutil.h"
 
+#include "glapi.h"
+
+#include <GL/gl.h>
+#include <GL/glu.h>
 #include <SDL/SDL.h>
 #include <dlfcn.h>
 #include <fcntl.h>
@@ -209,6 +213,35 @@ void put32(std::string& out, unsigned value) {
 }
 
 }  // namespace
+
+GLWindow& gameWindow(int width, int height) {
+  static GLWindow* window = nullptr;
+  for (int attempt = 0; attempt < 5 && !(window && window->ok()); ++attempt) {
+    delete window;
+    window = new GLWindow(width, height);
+  }
+  if (window->ok()) setupOpengl(width, height);
+  return *window;
+}
+
+void plainTexture(int slot, unsigned char r, unsigned char g, unsigned char b) {
+  const GLubyte texel[3] = {r, g, b};
+  glGenTextures(1, &texture[slot]);
+  glBindTexture(GL_TEXTURE_2D, texture[slot]);
+  glTexImage2D(GL_TEXTURE_2D, 0, GL_RGB, 1, 1, 0, GL_RGB, GL_UNSIGNED_BYTE, texel);
+  glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MIN_FILTER, GL_NEAREST);
+}
+
+void projectToWindow(double x, double y, double z, int& px, int& py) {
+  GLdouble mv[16], pr[16], wx, wy, wz;
+  GLint vp[4];
+  glGetDoublev(GL_MODELVIEW_MATRIX, mv);
+  glGetDoublev(GL_PROJECTION_MATRIX, pr);
+  glGetIntegerv(GL_VIEWPORT, vp);
+  gluProject(x, y, z, mv, pr, vp, &wx, &wy, &wz);
+  px = int(wx);
+  py = int(wy);
+}
 
 void writeToneWav(const std::string& path, double seconds, double frequency, int rate) {
   const unsigned samples = static_cast<unsigned>(seconds * rate);

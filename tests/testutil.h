@@ -118,6 +118,19 @@ private:
   std::string error_;
 };
 
+// The test program's one GL window with the game's GL set-up run in it. It stays open
+// until the process ends: closing it unloads the GL driver, whose own allocations
+// would then show up as leaks of unknown origin. A busy shared X server now and then
+// refuses a window, so it asks again a few times; check ok() on the result.
+GLWindow& gameWindow(int width, int height);
+
+// Fills texture slot `slot` with one texel of the given colour: a plain backdrop
+// in place of a menu picture, so that the text drawn over it is easy to tell apart.
+void plainTexture(int slot, unsigned char r, unsigned char g, unsigned char b);
+
+// The window pixel where a point of the current model-view space is drawn.
+void projectToWindow(double x, double y, double z, int& px, int& py);
+
 // Writes a 16-bit mono PCM WAV file with a sine tone.
 void writeToneWav(const std::string& path, double seconds, double frequency = 440.0, int rate = 22050);
 
