@@ -64,17 +64,17 @@ Range lengthRange(const std::string& name) {
 
 // The PCM data of a WAV file as SDL reads it, with its format.
 struct Wav {
-  SDL_AudioSpec spec{};
+  SDL_AudioSpec muoto{};
   std::vector<int16_t> samples;
   bool loaded = false;
-  double seconds() const { return static_cast<double>(samples.size()) / spec.freq; }
+  double seconds() const { return static_cast<double>(samples.size()) / muoto.freq; }
 };
 
 Wav readWav(const std::string& path) {
   Wav wav;
   Uint8* data = nullptr;
   Uint32 bytes = 0;
-  if (!SDL_LoadWAV(path.c_str(), &wav.spec, &data, &bytes)) return wav;
+  if (!SDL_LoadWAV(path.c_str(), &wav.muoto, &data, &bytes)) return wav;
   wav.loaded = true;
   wav.samples.resize(bytes / 2);
   std::memcpy(wav.samples.data(), data, wav.samples.size() * 2);
@@ -228,9 +228,9 @@ TEST_F(GeneratedAudio, EverySampleIsAShortLoudCleanMonoWavThatTheMixerLoads) {
 
     Wav wav = readWav(path);
     ASSERT_TRUE(wav.loaded) << SDL_GetError();
-    EXPECT_EQ(wav.spec.format, AUDIO_S16LSB);
-    EXPECT_EQ(wav.spec.channels, 1);
-    EXPECT_TRUE(wav.spec.freq == 22050 || wav.spec.freq == 44100) << wav.spec.freq;
+    EXPECT_EQ(wav.muoto.format, AUDIO_S16LSB);
+    EXPECT_EQ(wav.muoto.channels, 1);
+    EXPECT_TRUE(wav.muoto.freq == 22050 || wav.muoto.freq == 44100) << wav.muoto.freq;
     const Range range = lengthRange(name);
     EXPECT_GE(wav.seconds(), range.low);
     EXPECT_LE(wav.seconds(), range.high);
@@ -250,7 +250,7 @@ TEST_F(GeneratedAudio, EverySampleIsAShortLoudCleanMonoWavThatTheMixerLoads) {
 TEST_F(GeneratedAudio, ExplosionIsALowHeavyBlastThatDiesAway) {
   Wav wav = readWav(dataPath(kExplosion));
   ASSERT_TRUE(wav.loaded);
-  const size_t tenth = wav.spec.freq / 10;
+  const size_t tenth = wav.muoto.freq / 10;
   // Loud at the start, still rumbling at half time, quiet in the last tenth.
   const double start = rmsOf(wav.samples, 0, 2 * tenth);
   const double middle = rmsOf(wav.samples, 6 * tenth, 8 * tenth);
@@ -273,7 +273,7 @@ TEST_F(GeneratedAudio, LaserLoopJoinsWithoutAJumpStartsQuietlyAndIsNotFaded) {
   // It begins at a zero crossing, so the beam switches on without a click.
   EXPECT_LE(std::abs(static_cast<int>(s.front())), largestStep);
   // A loop with faded ends would pulse at every repeat: both ends carry full level.
-  const size_t edge = wav.spec.freq / 50;
+  const size_t edge = wav.muoto.freq / 50;
   const double whole = rmsOf(s, 0, s.size());
   EXPECT_GT(rmsOf(s, 0, edge), whole * 0.5);
   EXPECT_GT(rmsOf(s, s.size() - edge, s.size()), whole * 0.5);
