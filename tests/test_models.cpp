@@ -46,16 +46,13 @@ struct Kuva {
   }
 };
 
-char alkukansio[4096];
-
 // Pixels per world unit in the ship plane: the camera stands 15 units above it.
 const double pikseleitaYksikolla = koko / 2 / (15 * std::tan(22.5 * M_PI / 180));
 
 class Mallit : public ::testing::Test {
  protected:
   static void SetUpTestSuite() {
-    // The game's textures load from the data folder; pictures are saved where the run started.
-    ASSERT_NE(getcwd(alkukansio, sizeof alkukansio), nullptr);
+    // The game's textures load from the data folder.
     ASSERT_EQ(chdir(VORTA_DATA_DIR), 0);
     ASSERT_EQ(SDL_Init(SDL_INIT_VIDEO), 0) << SDL_GetError();
     ASSERT_NE(SDL_SetVideoMode(ikkunaLeveys, ikkunaKorkeus, 0, SDL_OPENGL), nullptr) << SDL_GetError();
@@ -537,86 +534,6 @@ TEST_F(Mallit, AsteroidIsALumpyRockOfUnitSize) {
   EXPECT_GT(*pienin, 0.6);
   EXPECT_LT(*suurin, 1.4);
   EXPECT_GT(*suurin - *pienin, 0.12) << "a rock, not a ball";
-}
-
-// Saves the window as a BMP picture, top row first.
-void tallennaKuva(const std::string& nimi) {
-  const int w = ikkunaLeveys, h = ikkunaKorkeus;
-  std::vector<unsigned char> rgba(w * h * 4), kaannetty(w * h * 4);
-  glReadPixels(0, 0, w, h, GL_RGBA, GL_UNSIGNED_BYTE, rgba.data());
-  for (int y = 0; y < h; y++) std::copy_n(&rgba[(h - 1 - y) * w * 4], w * 4, &kaannetty[y * w * 4]);
-  SDL_Surface* s = SDL_CreateRGBSurfaceFrom(kaannetty.data(), w, h, 32, w * 4, 0xff, 0xff00, 0xff0000, 0);
-  SDL_SaveBMP(s, (std::string(alkukansio) + "/" + nimi).c_str());
-  SDL_FreeSurface(s);
-}
-
-// Pictures for looking at the models: run with --gtest_also_run_disabled_tests
-// (VORTA_TILT=degrees tilts the view). They write models.bmp and others.bmp.
-class Kuvat : public Mallit {
- protected:
-  void SetUp() override {
-    Mallit::SetUp();
-    glViewport(0, 0, ikkunaLeveys, ikkunaKorkeus);
-    glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);
-    glMatrixMode(GL_PROJECTION);
-    glLoadIdentity();
-    glOrtho(-3, 3, -2, 2, -100, 100);
-    glMatrixMode(GL_MODELVIEW);
-  }
-  // Moves to grid cell n of six columns and four rows.
-  static void ruutu(int n) {
-    glLoadIdentity();
-    glTranslatef(-2.5f + (n % 6), 1.5f - (n / 6), 0);
-    if (const char* kallistus = std::getenv("VORTA_TILT")) glRotatef(-std::atof(kallistus), 1, 0, 0);
-  }
-};
-
-TEST_F(Kuvat, DISABLED_EveryShip) {
-  for (int n = 0; n < 24; n++) {
-    valmisteleAlus(n, 0.42);
-    p().tiimi = n % 2;
-    ruutu(n);
-    p().piirra(0, 0, 0, 0, 20);
-  }
-  tallennaKuva("models.bmp");
-}
-
-TEST_F(Kuvat, DISABLED_OtherModelsAndEffects) {
-  int ruutuja = 0;
-  for (GLuint lista : {list_int[19], list_int[20], list_int[21], list_int[22], list_int[23]}) {
-    ruutu(ruutuja++);
-    glTranslatef(0, -0.35f, 0);
-    glRotatef(90, 1, 0, 0);
-    glScalef(0.4f, 0.4f, 0.4f);
-    glRotatef(-70, 1, 0, 0);
-    glEnable(GL_LIGHTING);
-    glEnable(GL_DEPTH_TEST);
-    glEnable(GL_NORMALIZE);
-    glColor3f(1, 0.3f, 0.3f);
-    glCallList(lista);
-  }
-  ruutu(ruutuja++);
-  glScalef(0.4f, 0.4f, 0.4f);
-  glColor3f(0.8f, 0.75f, 0.7f);
-  glCallList(list_asteroid);
-  std::vector<CPiste> kukka(1, CPiste{0, 0, 0, 1, true});
-  cpiste = kukka.data();
-  cpisteita = 1;
-  gamemode = 3;
-  for (int n : {0, 4, 23, 15, 5, 13, 2}) {
-    valmisteleAlus(n, 3);
-    p().pylos = true;
-    p().suojapaalla = n == 5 || n == 15;
-    p().alpha = n == 13 ? 0.5f : 1;
-    p().tiimi = 0;
-    ruutu(ruutuja++);
-    glScalef(0.12f, 0.12f, 0.12f);  // game units: the ship's radius is 3
-    glTranslatef(0, 0, 35);
-    p().piirra();
-  }
-  cpiste = nullptr;
-  gamemode = 0;
-  tallennaKuva("others.bmp");
 }
 
 }  // namespace
