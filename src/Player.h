@@ -1,6 +1,8 @@
 // One player slot: its ship, motion, buttons and the arrays the ship owns.
 #pragma once
 
+#include <cmath>
+
 #include "Alus.h"
 
 class Sound;
@@ -143,6 +145,13 @@ namespace saannot {
 const float pii = 3.1415927f;
 inline double rad(double aste) { return aste * pii / 180.0; }
 inline double aste(double r) { return r * 180.0 / pii; }
+// a - b in degrees, brought into [-180, 180].
+inline double kulmaero(double a, double b) {
+  double e = std::fmod(a - b, 360.0);
+  if (e > 180) e -= 360;
+  if (e < -180) e += 360;
+  return e;
+}
 const double kosketus = 0.785;  // every contact test scales the summed radii by this
 const float kentanX = 160, kentanY = 120;
 

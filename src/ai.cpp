@@ -35,13 +35,7 @@ V yksikko(V a) {
 V kohtisuora(V a) { return {-a.y, a.x}; }
 V suunta(float asteet) { return {std::cos(asteet * asteenRadiaanit), std::sin(asteet * asteenRadiaanit)}; }
 float kulmaAsteina(V a) { return std::atan2(a.y, a.x) / asteenRadiaanit; }
-// a - b brought into [-180, 180].
-float kulmaEro(float a, float b) {
-  float e = std::fmod(a - b, 360.0f);
-  if (e > 180) e -= 360;
-  if (e < -180) e += 360;
-  return e;
-}
+float kulmaEro(float a, float b) { return (float)saannot::kulmaero(a, b); }
 V paikka(const Player& p) { return {p.x, p.y}; }
 V vauhti(const Player& p) { return {p.xvauhti, p.yvauhti}; }
 
@@ -174,8 +168,17 @@ struct Lento {
   float tahtays = 0;   // heading that would hit the target
   float kantama = 0;   // reach of the primary weapon
   float mieluisin = 0; // range it likes to fight at
+  float syoksyKulma = 0; // heading on which a lunge meets the target
   bool lentoEnsin = false;  // a rock, wall, planet or task comes before aiming
 };
+
+// Specials 14 and 15 hurt by collision: those ships ram.
+bool rammaa(const Player& p) { return p.alus.easelaji == 14 || p.alus.easelaji == 15; }
+// A type-14 ram waits for a nearly full tank, since the blow spends all of it.
+bool erikoinenValmis(const Player& p) {
+  const float tarve = p.alus.easelaji == 14 ? 0.8f * (float)p.alus.fuel : (float)p.alus.easefuel;
+  return p.easeviive < 1 && p.fuel >= tarve;
+}
 
 // Speed of its primary shot relative to the ship.
 float laukausNopeus(const Alus& a) {
@@ -196,16 +199,13 @@ float aseenKantama(const Player& p) {
   return std::min(laukausNopeus(a) * (float)a.patiaika * 0.8f, 110.0f);
 }
 
-// Specials 14 and 15 hurt by collision: those ships ram.
-bool rammaa(const Player& p) { return p.alus.easelaji == 14 || p.alus.easelaji == 15; }
-
 float mieluisinEtaisyys(const Lento& l) {
   const Alus& a = l.p.alus;
   // Short guns must come in close; nobody sits right on top of its target.
   float d = std::min(std::clamp(l.kantama * 0.45f, 18.0f, 45.0f), l.kantama * 0.7f);
   if (sadeAse(a) || a.numero == 9 || (a.numero == 11 && l.p.suojapaalla)) d = l.kantama * 0.55f;
   const ErikoisKaytto k = erikoisenKaytto(a.easelaji);
-  const bool valmis = l.p.easeviive < 1 && l.p.fuel >= a.easefuel;
+  const bool valmis = erikoinenValmis(l.p);
   if (l.t.erikoinen && rammaa(l.p) && (valmis || l.p.suojapaalla)) return 0;  // straight into it
   if (l.t.erikoinen && k == ErikoisKaytto::Lahella && valmis) d = std::min(d, (float)erikoisenKantama(a.easelaji) * 0.6f);
   return std::max(d, (float)a.sade * 3);
@@ -241,6 +241,7 @@ void arvioiKohde(Lento& l) {
   const bool ohjautuu = l.p.alus.numero == 7;
   const V relv = (l.kohdeV - l.vel) * (ohjautuu ? 0.0f : l.t.ennakko);
   l.tahtays = ennakkoKulma(rel, relv, std::max(laukausNopeus(l.p.alus), 0.05f)) + m.virhe;
+  if (rammaa(l.p)) l.syoksyKulma = ennakkoKulma(rel, relv, (float)l.p.alus.easevauhti) + m.virhe;
   l.mieluisin = mieluisinEtaisyys(l);
 }
 
@@ -563,7 +564,12 @@ float polttoaineVara(const Lento& l) {
   return std::min((float)l.p.alus.easefuel, 0.35f * (float)l.p.alus.fuel);
 }
 
-bool polttoainetta(const Lento& l) { return l.p.fuel >= l.p.alus.patifuel + polttoaineVara(l); }
+// A type-14 ram hits with the fuel left in its tank: the gun may only spend a full tank's overflow.
+bool polttoainetta(const Lento& l) {
+  const Alus& a = l.p.alus;
+  if (l.t.erikoinen && a.easelaji == 14 && l.etaisyys < 50) return l.p.fuel >= a.fuel - 0.01;
+  return l.p.fuel >= a.patifuel + polttoaineVara(l);
+}
 
 // The zap hits the first other-team ship in reach, in slot order: it fires only
 // when that one is fair game.
@@ -683,11 +689,13 @@ bool erikoinen(const Lento& l) {
   const bool kohde = l.m.kohde >= 0;
   if (p.alus.easelaji == 15)  // the boost goes on and off a press at a time
     return l.t.erikoinen && p.suojapaalla != (kohde && l.etaisyys < kantama && p.fuel > 0.2f * (float)p.alus.fuel);
-  if (!l.t.erikoinen || p.easeviive >= 1 || p.fuel < p.alus.easefuel) return false;
+  if (!l.t.erikoinen || !erikoinenValmis(p)) return false;
   const float terveys = p.energia / (float)p.alus.energia;
   switch (erikoisenKaytto(p.alus.easelaji)) {
     case ErikoisKaytto::Suoja: return l.m.uhka;
-    case ErikoisKaytto::Lahella: return kohde && l.etaisyys < kantama;
+    case ErikoisKaytto::Lahella:
+      if (p.alus.easelaji == 14) return kohde && l.etaisyys < kantama && std::fabs(kulmaEro(l.syoksyKulma, p.kulma)) < 12;
+      return kohde && l.etaisyys < kantama;
     case ErikoisKaytto::Kaukaa: return kohde && l.etaisyys < kantama && tahtaysVirhe(l) < 15;
     case ErikoisKaytto::Pako: return terveys < 0.35f && (l.m.uhka || (kohde && l.etaisyys < 30));
     case ErikoisKaytto::Takaa:

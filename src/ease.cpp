@@ -321,11 +321,37 @@ void hakeutuja(Player& p) {  // 13: a slow seeker that speeds up as it closes in
   if (isanta()) laukaiseRungosta(p, p.kulma, 1, p.alus.easevauhti, p.alus.easekesto);
 }
 
-void syoksy(Player& p) {  // 14: a lunge forward to ram
+// 14: a lunge forward to ram. For a moment after it the ship's course bends
+// towards the nearest enemy ahead, so that a lunge begun well ends in the hull.
+const float syoksynKesto = 30;
+const double syoksynKaanto = 3, syoksynKeila = 60, syoksynUlottuma = 40;
+
+void syoksy(Player& p) {
   if (!isanta()) return;
   const double a = rad(p.kulma);
   p.xvauhti = (float)(p.xvauhti + std::cos(a) * p.alus.easevauhti);
   p.yvauhti = (float)(p.yvauhti + std::sin(a) * p.alus.easevauhti);
+  p.easekesto = syoksynKesto;
+}
+
+void ohjaaSyoksya(Player& p) {
+  if (p.alus.easelaji != 14 || p.easekesto <= 0 || !isanta()) return;
+  const double vauhti = std::hypot(p.xvauhti, p.yvauhti);
+  if (vauhti < 1e-3) return;
+  const double suunta = aste(std::atan2(p.yvauhti, p.xvauhti));
+  double paras = syoksynUlottuma, kaanto = 0;
+  for (int j = 0; j < pelaajia(); ++j) {
+    const Player& k = player[j];
+    if (!vihollinen(p, k)) continue;
+    const double d = etaisyys(p.x, p.y, k.x, k.y), ero = kulmaero(aste(std::atan2(k.y - p.y, k.x - p.x)), suunta);
+    if (d < paras && std::fabs(ero) < syoksynKeila) {
+      paras = d;
+      kaanto = std::clamp(ero, -syoksynKaanto, syoksynKaanto);
+    }
+  }
+  const double a = rad(suunta + kaanto);
+  p.xvauhti = (float)(std::cos(a) * vauhti);
+  p.yvauhti = (float)(std::sin(a) * vauhti);
 }
 
 void tera(Player& p) { p.ampumispuoli = 2; }       // 19: the blade runs in liiku
@@ -514,10 +540,8 @@ bool hakeutuva(Player& o, Pati& s) {  // 13
   const double vauhti = std::min(std::hypot(s.xv, s.yv) + 0.004, 3 * o.alus.easevauhti);
   double suunta = aste(std::atan2(s.yv, s.xv));
   if (const Player* k = lahinVihollinen(o, s.x, s.y, 120)) {
-    double ero = aste(std::atan2(k->y - s.y, k->x - s.x)) - suunta;
-    while (ero > 180) ero -= 360;
-    while (ero < -180) ero += 360;
-    suunta += std::max(-hakeutujanKaanto, std::min(hakeutujanKaanto, ero));
+    const double ero = kulmaero(aste(std::atan2(k->y - s.y, k->x - s.x)), suunta);
+    suunta += std::clamp(ero, -hakeutujanKaanto, hakeutujanKaanto);
   }
   s.xv = (float)(std::cos(rad(suunta)) * vauhti);
   s.yv = (float)(std::sin(rad(suunta)) * vauhti);
@@ -525,13 +549,18 @@ bool hakeutuva(Player& o, Pati& s) {  // 13
   return true;
 }
 
-const double jakautumisKulma = 12;
+const double jakautumisKulma = 12, jakautujanHaku = 60, jakautujanKaanto = 30;
 
 bool jakautuva(Player& o, Pati& s) {  // 21
   if (s.ampumisviive <= 0 || --s.ampumisviive > 0) return true;
   s.ampumisviive = jakautumisVali;
   if (!isanta()) return true;
-  const double vauhti = std::hypot(s.xv, s.yv), suunta = aste(std::atan2(s.yv, s.xv));
+  const double vauhti = std::hypot(s.xv, s.yv);
+  double suunta = aste(std::atan2(s.yv, s.xv));
+  // Each split turns the pair towards the nearest enemy ahead, so the cluster closes on it.
+  if (const Player* k = lahinVihollinen(o, s.x, s.y, jakautujanHaku))
+    suunta += std::clamp(kulmaero(aste(std::atan2(k->y - s.y, k->x - s.x)), suunta), -jakautujanKaanto,
+                         jakautujanKaanto);
   // The twins start side by side just clear of each other, since they can break each other.
   const double sivuun = o.alus.epatisade * kosketus + 0.01, a = rad(suunta + 90);
   const double sx = std::cos(a) * sivuun, sy = std::sin(a) * sivuun;
@@ -674,7 +703,8 @@ void Player::ease() {
     const int i = indeksi(*this);
     if (i >= 0 && erikoinenPohjassa[i]) return;  // still the same press
   }
-  if (!joinpeli) fuel = (float)(fuel - alus.easefuel);
+  // The lunge is paid by the ram that ends it, which spends the whole tank.
+  if (!joinpeli && laji != 14) fuel = (float)(fuel - alus.easefuel);
   easeviive = (float)alus.easenopeus;
   soita(eampumisaani);
   laukaisut[laji](*this);
@@ -684,6 +714,7 @@ void Player::liikutaePadit() {
   const int i = indeksi(*this);
   if (i >= 0) erikoinenPohjassa[i] = erikoisnappi(*this);
   sammutaSininenSade(*this);
+  ohjaaSyoksya(*this);
   kuivataLimat(*this);
   const Lento lentaa = lento(alus.easelaji);
   for (int k = 0, n = paikat(*this); k < n; ++k)
@@ -709,12 +740,13 @@ double erikoisenKantama(int easelaji) {
     case 2: return itsetuhonSade * 0.5;                  // the blast is strongest close in
     case 3: return a.easevauhti * a.easekesto * 0.5;
     case 4: return planeetanVeto;
-    case 5: case 8: case 13: case 17: case 21: return std::min(90.0, a.easevauhti * a.easekesto * 0.5);
+    case 5: case 8: case 13: case 17: return std::min(90.0, a.easevauhti * a.easekesto * 0.5);
+    case 21: return a.easevauhti * a.easekesto * 0.8;  // the splits find their way
     case 7: return a.epatisade * salamanUlottuma;
     case 9: return 12;
     case 10: return a.epatisade;
     case 11: return a.epatisade;                         // the blue beam's length
-    case 14: return 15;
+    case 14: return 25;
     case 15: return 40;
     case 18: return a.epatisade * purkauksenUlottuma;
     case 19: return a.sade + a.easenopeus / 20;          // the blade's full reach

@@ -19,14 +19,14 @@ bool laskeVaraukset = false;
 long varauksia = 0;
 }  // namespace
 
-void* operator new(std::size_t koko) {
+// All kept out of line: inlined, the compiler would see malloc() meet operator delete.
+[[gnu::noinline]] void* operator new(std::size_t koko) {
   if (laskeVaraukset) ++varauksia;
   if (void* p = std::malloc(koko ? koko : 1)) return p;
   throw std::bad_alloc();
 }
-// Kept out of line: inlined, the compiler would see free() meet operator new.
 [[gnu::noinline]] void operator delete(void* p) noexcept { std::free(p); }
-void operator delete(void* p, std::size_t) noexcept { ::operator delete(p); }
+[[gnu::noinline]] void operator delete(void* p, std::size_t) noexcept { std::free(p); }
 
 namespace {
 

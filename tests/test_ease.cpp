@@ -38,7 +38,7 @@ protected:
   void TearDown() override { joinpeli = hostpeli = false; }
 };
 
-TEST_F(Specials, ATriggerSpendsFuelSetsTheCoolDownAndPhaseExceptKind12) {
+TEST_F(Specials, ATriggerSpendsFuelSetsTheCoolDownAndPhaseExceptKind12AndTheLunge) {
   for (int n = 0; n < alustyyppeja; ++n) {
     simscene::maailma(2, 0, 7);
     Player& p = laita(0, n, -100, 60);
@@ -49,7 +49,8 @@ TEST_F(Specials, ATriggerSpendsFuelSetsTheCoolDownAndPhaseExceptKind12) {
       EXPECT_EQ(p.easeviive, 0);
       continue;
     }
-    EXPECT_FLOAT_EQ(p.fuel, (float)(alus[n].fuel - alus[n].easefuel)) << "kind " << n;
+    const double maksu = n == 14 ? 0 : alus[n].easefuel;  // the ram that ends a lunge takes the tank
+    EXPECT_FLOAT_EQ(p.fuel, (float)(alus[n].fuel - maksu)) << "kind " << n;
     EXPECT_EQ(p.easeviive, (float)alus[n].easenopeus) << "kind " << n;
     if (n == 19 || n == 20) {
       EXPECT_EQ(p.ampumispuoli, n == 19 ? 2 : 3);  // the phase liiku runs
@@ -308,7 +309,41 @@ TEST_F(Specials, WellPulseAndDischarge) {
   EXPECT_FLOAT_EQ(d.fuel, 12);
 }
 
+TEST_F(Specials, TheLungeBendsTowardsAnEnemyAheadAndRamsWithTheTank) {
+  for (float sivuun : {15.0f, -15.0f}) {
+    simscene::maailma(2, 0, 7);
+    Player& o = laita(0, 14, -100, 80);
+    Player& k = laita(1, 3, -75, 80 + sivuun);
+    o.ease();
+    EXPECT_GT(o.easekesto, 0);
+    o.liikutaePadit();
+    EXPECT_GT(o.yvauhti * sivuun, 0) << "turns towards the enemy";
+    // Out of the cone ahead the course holds.
+    k.x = -110;
+    const float yv = o.yvauhti;
+    o.liikutaePadit();
+    EXPECT_FLOAT_EQ(o.yvauhti, yv);
+  }
+  // Contact spends the whole tank on the blow.
+  Player& o = laita(0, 14, -100, 80);
+  Player& k = laita(1, 3, -96, 80);
+  o.fuel = (float)(o.alus.fuel / 2);
+  ASSERT_TRUE(k.tormaa(o.x, o.y, o.alus.sade, 0));
+  EXPECT_FLOAT_EQ(k.energia, (float)(k.alus.energia - o.alus.edamage / 2));
+  EXPECT_EQ(o.fuel, 0);
+}
+
 TEST_F(Specials, SplittersBouncersSeekersAndDrones) {
+  {  // a split turns the twins towards an enemy off the line of flight
+    Player& o = laita(0, 21, -100, 80);
+    laita(1, 1, -60, 100);
+    o.ease();
+    for (int f = 0; f < 26; ++f) o.liikutaePadit();
+    ASSERT_EQ(elavat(o), 2);
+    EXPECT_GT(o.epati[0].yv, 0);
+    EXPECT_GT(o.epati[1].yv, 0);
+  }
+
   Player& o = laita(0, 21, -100, 80);
   laita(1, 1, 100, -100);
   o.ease();
