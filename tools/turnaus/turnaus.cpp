@@ -4,8 +4,9 @@
 //
 //   turnaus [--rounds N] [--frames F] [--level L] [--seed S] [--matrix]
 //
-// Prints a table of win rates per ship, strongest first; --matrix adds the
-// row-against-column win counts.
+// Prints a table of win rates per ship, strongest first, beside the ship's price
+// in the credits game (the price is what a fair win rate should follow); --matrix
+// adds the row-against-column win counts.
 #include <algorithm>
 #include <cmath>
 #include <cstdio>
@@ -113,10 +114,10 @@ int main(int argc, char** argv) {
                    [](int x, int y) { return tulos[x].osuus() > tulos[y].osuus(); });
   std::printf("level %d, %d rounds per pairing, %d frames per round, seed %u\n", as.taso, as.kierroksia, as.freimeja,
               as.siemen);
-  std::printf("ship   wins losses draws  win rate\n");
+  std::printf("ship  price   wins losses draws  win rate\n");
   for (int n : jarjestys)
-    std::printf("%4d  %5d %6d %5d  %7.1f%%\n", n, tulos[n].voitot, tulos[n].tappiot, tulos[n].tasat,
-                100 * tulos[n].osuus());
+    std::printf("%4d  %5.0f  %5d %6d %5d  %7.1f%%\n", n, alus[n].pistemaara, tulos[n].voitot, tulos[n].tappiot,
+                tulos[n].tasat, 100 * tulos[n].osuus());
   if (!as.taulukko) return 0;
   std::printf("\nwins of row against column\n    ");
   for (int b = 0; b < alustyyppeja; ++b) std::printf("%3d", b);
