@@ -39,31 +39,18 @@ void pyoritaNuolia() {
   if (nuolirot > 180) nuolirot -= 360;
 }
 
-void suorakaide(float x1, float y1, float x2, float y2, float z) {
-  glBegin(GL_QUADS);
-  glTexCoord2f(0, 1);
-  glVertex3f(x1, y1, z);
-  glTexCoord2f(1, 1);
-  glVertex3f(x2, y1, z);
-  glTexCoord2f(1, 0);
-  glVertex3f(x2, y2, z);
-  glTexCoord2f(0, 0);
-  glVertex3f(x1, y2, z);
-  glEnd();
-}
-
 void piirraTausta() {
   glEnable(GL_TEXTURE_2D);
   glBindTexture(GL_TEXTURE_2D, texture[31]);
   glColor4f(1, 1, 1, 1);
-  suorakaide(-1, -0.75f, 1, 0.75f, -1.8f);
+  kuvaNelio(-1, -0.75f, 1, 0.75f, -1.8f, true);
 }
 
 void piirraPaneeli() {
   glDisable(GL_TEXTURE_2D);
   glBlendFunc(GL_SRC_ALPHA, GL_ONE_MINUS_SRC_ALPHA);
   glColor4f(0, 0, 0, 0.6f);
-  suorakaide(-2, -0.5f, -0.1f, 0.5f, -3.5f);
+  kuvaNelio(-2, -0.5f, -0.1f, 0.5f, -3.5f, true);
 }
 
 // The glyphs are white on black: added to the picture, their black vanishes.

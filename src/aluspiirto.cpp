@@ -1157,17 +1157,7 @@ void tiimiHehku(const Player& p, float nakyvyys) {
   glBindTexture(GL_TEXTURE_2D, tiimitexture);
   tiiminVari(p.tiimi, 0.8f * nakyvyys);
   const float r = static_cast<float>(p.alus.sade) * 1.7f, z = static_cast<float>(p.alus.sade) * -0.3f;
-  glBegin(GL_QUADS);
-  glNormal3f(0, 0, 1);
-  glTexCoord2f(0, 0);
-  glVertex3f(-r, -r, z);
-  glTexCoord2f(1, 0);
-  glVertex3f(r, -r, z);
-  glTexCoord2f(1, 1);
-  glVertex3f(r, r, z);
-  glTexCoord2f(0, 1);
-  glVertex3f(-r, r, z);
-  glEnd();
+  kuvaNelio(-r, -r, r, r, z);
 }
 
 bool tyontaa(const Player& p) {

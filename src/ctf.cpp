@@ -118,17 +118,7 @@ static void piirraKoti(const CPiste& koti, int tiimi) {
   glEnable(GL_TEXTURE_2D);
   glBindTexture(GL_TEXTURE_2D, texture[18]);
   valitseVari(tiimi);
-  glBegin(GL_QUADS);
-  glNormal3f(0, 0, 1);
-  glTexCoord2f(0, 0);
-  glVertex3f(koti.x - 10, koti.y - 10, -34);
-  glTexCoord2f(1, 0);
-  glVertex3f(koti.x + 10, koti.y - 10, -34);
-  glTexCoord2f(1, 1);
-  glVertex3f(koti.x + 10, koti.y + 10, -34);
-  glTexCoord2f(0, 1);
-  glVertex3f(koti.x - 10, koti.y + 10, -34);
-  glEnd();
+  kuvaNelio(koti.x - 10, koti.y - 10, koti.x + 10, koti.y + 10, -34);
   glDisable(GL_TEXTURE_2D);
   glDisable(GL_BLEND);
 }

@@ -357,6 +357,21 @@ void drawCube() {
   glEnd();
 }
 
+void kuvaNelio(float x1, float y1, float x2, float y2, float z, bool kuvaAlasPain) {
+  const float v1 = kuvaAlasPain ? 1.0f : 0.0f, v2 = 1.0f - v1;
+  glBegin(GL_QUADS);
+  glNormal3f(0, 0, 1);
+  glTexCoord2f(0, v1);
+  glVertex3f(x1, y1, z);
+  glTexCoord2f(1, v1);
+  glVertex3f(x2, y1, z);
+  glTexCoord2f(1, v2);
+  glVertex3f(x2, y2, z);
+  glTexCoord2f(0, v2);
+  glVertex3f(x1, y2, z);
+  glEnd();
+}
+
 void drawTri() {
   glBegin(GL_TRIANGLES);
   glNormal3f(0, 0, 1);

@@ -23,4 +23,7 @@ void generateLightFlare(GLuint* name);
 void generateLightNelio(GLuint* name);
 void valitseVari(int colour);
 void drawCube();
+// A textured rectangle at depth z facing +z; with `kuvaAlasPain` the image's top row
+// lies at y1 (images are stored top row first).
+void kuvaNelio(float x1, float y1, float x2, float y2, float z, bool kuvaAlasPain = false);
 void drawTri();

@@ -212,16 +212,7 @@ void kokoRuutu() {
   const float z = -1.5f;
   const float h = 1.5f * std::tan(22.5f * 3.1415927f / 180.0f) * 1.01f;
   const float w = h * puoliLeveys40() / (40.0f * std::tan(22.5f * 3.1415927f / 180.0f));
-  glBegin(GL_QUADS);
-  glTexCoord2f(0, 1);
-  glVertex3f(-w, -h, z);
-  glTexCoord2f(1, 1);
-  glVertex3f(w, -h, z);
-  glTexCoord2f(1, 0);
-  glVertex3f(w, h, z);
-  glTexCoord2f(0, 0);
-  glVertex3f(-w, h, z);
-  glEnd();
+  kuvaNelio(-w, -h, w, h, z, true);
 }
 
 void tasainenPiirto() {
