@@ -1,5 +1,6 @@
 #include "testutil.h"
 
+#include "Main.h"
 #include "glapi.h"
 
 #include <GL/gl.h>
@@ -224,12 +225,24 @@ GLWindow& gameWindow(int width, int height) {
   return *window;
 }
 
-void plainTexture(int slot, unsigned char r, unsigned char g, unsigned char b) {
-  const GLubyte texel[3] = {r, g, b};
-  glGenTextures(1, &texture[slot]);
-  glBindTexture(GL_TEXTURE_2D, texture[slot]);
+bool menuScreen(int w, int h, int backdrop) {
+  if (!gameWindow(w, h).ok()) return false;
+  screenwidth = w;
+  screenheight = h;
+  const GLubyte texel[3] = {0, 0, 90};
+  glGenTextures(1, &texture[backdrop]);
+  glBindTexture(GL_TEXTURE_2D, texture[backdrop]);
   glTexImage2D(GL_TEXTURE_2D, 0, GL_RGB, 1, 1, 0, GL_RGB, GL_UNSIGNED_BYTE, texel);
   glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MIN_FILTER, GL_NEAREST);
+  return true;
+}
+
+std::vector<unsigned char> readRgb(int x, int y, int width, int height) {
+  std::vector<unsigned char> rgb(size_t(width) * height * 3);
+  glReadBuffer(GL_BACK);
+  glPixelStorei(GL_PACK_ALIGNMENT, 1);
+  glReadPixels(x, y, width, height, GL_RGB, GL_UNSIGNED_BYTE, rgb.data());
+  return rgb;
 }
 
 void projectToWindow(double x, double y, double z, int& px, int& py) {
@@ -241,6 +254,28 @@ void projectToWindow(double x, double y, double z, int& px, int& py) {
   gluProject(x, y, z, mv, pr, vp, &wx, &wy, &wz);
   px = int(wx);
   py = int(wy);
+}
+
+Uint32 FakeClock::now = 0;
+int FakeClock::sleeps = 0;
+std::function<void()> FakeClock::onSleep;
+
+FakeClock::FakeClock() : ticks_(pacingTicks), delay_(pacingDelay) {
+  now = 0;
+  sleeps = 0;
+  onSleep = nullptr;
+  pacingTicks = [] { return now; };
+  pacingDelay = [](Uint32 ms) {
+    now += ms;
+    ++sleeps;
+    if (onSleep) onSleep();
+  };
+}
+
+FakeClock::~FakeClock() {
+  pacingTicks = ticks_;
+  pacingDelay = delay_;
+  onSleep = nullptr;
 }
 
 void writeToneWav(const std::string& path, double seconds, double frequency, int rate) {
