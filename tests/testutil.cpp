@@ -13,7 +13,6 @@
 #include <unistd.h>
 
 #include <chrono>
-#include <cmath>
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
@@ -201,20 +200,6 @@ GLWindow::GLWindow(int width, int height) {
 
 GLWindow::~GLWindow() { SDL_QuitSubSystem(SDL_INIT_VIDEO); }
 
-namespace {
-
-void put16(std::string& out, unsigned value) {
-  out.push_back(static_cast<char>(value & 0xff));
-  out.push_back(static_cast<char>((value >> 8) & 0xff));
-}
-
-void put32(std::string& out, unsigned value) {
-  put16(out, value & 0xffff);
-  put16(out, value >> 16);
-}
-
-}  // namespace
-
 GLWindow& gameWindow(int width, int height) {
   static GLWindow* window = nullptr;
   for (int attempt = 0; attempt < 5 && !(window && window->ok()); ++attempt) {
@@ -276,28 +261,6 @@ FakeClock::~FakeClock() {
   pacingTicks = ticks_;
   pacingDelay = delay_;
   onSleep = nullptr;
-}
-
-void writeToneWav(const std::string& path, double seconds, double frequency, int rate) {
-  const unsigned samples = static_cast<unsigned>(seconds * rate);
-  const unsigned dataBytes = samples * 2;
-  std::string wav = "RIFF";
-  put32(wav, 36 + dataBytes);
-  wav += "WAVEfmt ";
-  put32(wav, 16);
-  put16(wav, 1);  // PCM
-  put16(wav, 1);  // mono
-  put32(wav, static_cast<unsigned>(rate));
-  put32(wav, static_cast<unsigned>(rate) * 2);
-  put16(wav, 2);
-  put16(wav, 16);
-  wav += "data";
-  put32(wav, dataBytes);
-  for (unsigned i = 0; i < samples; i++) {
-    const double v = std::sin(2 * M_PI * frequency * i / rate) * 20000;
-    put16(wav, static_cast<unsigned>(static_cast<int16_t>(std::lround(v))) & 0xffff);
-  }
-  writeFile(path, wav);
 }
 
 }  // namespace testutil

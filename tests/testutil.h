@@ -1,5 +1,5 @@
 // Helpers shared by the tests: temporary folders, files, child processes, a fake
-// frame clock, an OpenGL window for render tests and generated sound files.
+// frame clock and an OpenGL window for render tests.
 #pragma once
 
 #include <SDL/SDL_stdinc.h>
@@ -153,8 +153,5 @@ private:
   Uint32 (*ticks_)();
   void (*delay_)(Uint32);
 };
-
-// Writes a 16-bit mono PCM WAV file with a sine tone.
-void writeToneWav(const std::string& path, double seconds, double frequency = 440.0, int rate = 22050);
 
 }  // namespace testutil
