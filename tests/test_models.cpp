@@ -388,19 +388,6 @@ TEST_F(Mallit, DrawingLeavesTheGlStateAsItFoundIt) {
   glDepthMask(GL_TRUE);
 }
 
-TEST_F(Mallit, MenuDrawingPlacesTheShipAtTheGivenPoint) {
-  valmisteleAlus(9, 2);
-  glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);
-  p().piirra(6, 0, -35, 90, 90);
-  Kuva k = lue();
-  long sx = 0, n = 0;
-  for (int y = 0; y < koko; y++)
-    for (int x = 0; x < koko; x++)
-      if (k.peitetty(x, y)) sx += x, n++;
-  ASSERT_GT(n, 100);
-  EXPECT_NEAR(static_cast<double>(sx) / n - koko / 2, 6 * pikseleitaYksikolla, 10);
-}
-
 // Triangles a list emits, counted with the GL's feedback mode.
 int kolmioita(GLuint lista) {
   std::vector<GLfloat> puskuri(1 << 20);
