@@ -1,8 +1,11 @@
 // Sound over the mixer: fields only with the library off; with it on, real
 // output through SDL's disk audio driver, the music stop callback and sharing.
+#include "../tools/soundgen/writers.h"
+
 #include <gtest/gtest.h>
 
 #include <chrono>
+#include <cmath>
 #include <cstdint>
 #include <cstdlib>
 #include <cstring>
@@ -77,7 +80,9 @@ protected:
     callbackCalls = 0;
     initAudio();
     ASSERT_TRUE(working);
-    testutil::writeToneWav(tone, 0.3);
+    synth::Samples wave(synth::frames(0.3));  // a 440 Hz tone
+    for (size_t i = 0; i < wave.size(); i++) wave[i] = 0.6f * float(std::sin(2 * M_PI * 440 * i / synth::kRate));
+    ASSERT_TRUE(audiofile::writeWav(tone, wave));
   }
   void TearDown() override {
     uninitAudio();

@@ -1,6 +1,5 @@
 // The waving-flag intro: the cloth step, the skip keys and the end of the intro.
 #include <GL/gl.h>
-#include <SDL/SDL.h>
 #include <gtest/gtest.h>
 
 #include <cmath>
@@ -9,6 +8,7 @@
 #include "Main.h"
 #include "Sets.h"
 #include "lippu.h"
+#include "testutil.h"
 
 namespace {
 
@@ -82,8 +82,7 @@ TEST(IntroEnd, SkipKeysEndItAndAreConsumed) {
 }
 
 TEST(IntroEnd, RunsInAWindowAndRestoresTheFrameRate) {
-  ASSERT_EQ(SDL_Init(SDL_INIT_VIDEO), 0) << SDL_GetError();
-  ASSERT_NE(SDL_SetVideoMode(320, 240, 0, SDL_OPENGL), nullptr) << SDL_GetError();
+  ASSERT_TRUE(testutil::gameWindow(320, 240).ok());
   screenwidth = 320;
   screenheight = 240;
   sets.fps = 120;
@@ -93,10 +92,7 @@ TEST(IntroEnd, RunsInAWindowAndRestoresTheFrameRate) {
   EXPECT_EQ(calculatefps, 120.0f);
   EXPECT_FALSE(escpressed);
   // The pass drawn before the skip shows the flag left of centre, lit, over black space.
-  glReadBuffer(GL_BACK);  // the software GL swaps by copying
-  GLubyte flag[3], corner[3];
-  glReadPixels(130, 130, 1, 1, GL_RGB, GL_UNSIGNED_BYTE, flag);
-  glReadPixels(2, 2, 1, 1, GL_RGB, GL_UNSIGNED_BYTE, corner);
+  const std::vector<GLubyte> flag = testutil::readRgb(130, 130, 1, 1), corner = testutil::readRgb(2, 2, 1, 1);
   EXPECT_GT(flag[0] + flag[1] + flag[2], 60);
   EXPECT_LT(corner[0] + corner[1] + corner[2], 30);
 }

@@ -1,7 +1,5 @@
 // The main menu: cursor rules, leaving it, and what its frame shows.
 #include <GL/gl.h>
-#include <GL/glu.h>
-#include <SDL/SDL.h>
 #include <gtest/gtest.h>
 
 #include "testutil.h"
@@ -82,26 +80,15 @@ TEST_F(MenuInput, EscapeLeavesTheMainMenuAsALocalGame) {
   EXPECT_FALSE(escpressed);
 }
 
-// --- The drawn frame. The software GL swaps by copying, so the back buffer still
-// holds the frame after the swap (the front buffer of an Xvfb window reads back black).
+// --- The drawn frame.
 
 class MenuFrame : public ::testing::Test {
  protected:
-  static void SetUpTestSuite() {
-    ASSERT_EQ(SDL_Init(SDL_INIT_VIDEO), 0) << SDL_GetError();
-    ASSERT_NE(SDL_SetVideoMode(W, H, 0, SDL_OPENGL), nullptr) << SDL_GetError();
-    testing::internal::CaptureStdout();
-    setupOpengl(W, H);  // no images here: the labels draw as solid glyph squares
-    testing::internal::GetCapturedStdout();
-    // A dark blue background picture in slot 31.
-    const GLubyte blue[3] = {0, 0, 90};
-    glGenTextures(1, &texture[31]);
-    glBindTexture(GL_TEXTURE_2D, texture[31]);
-    glTexImage2D(GL_TEXTURE_2D, 0, GL_RGB, 1, 1, 0, GL_RGB, GL_UNSIGNED_BYTE, blue);
-    glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MIN_FILTER, GL_NEAREST);
+  // No images here: the labels draw as solid glyph squares over a plain backdrop.
+  void SetUp() override {
+    ASSERT_TRUE(testutil::menuScreen(W, H, 31));
+    nuolirot = 0;
   }
-
-  void SetUp() override { nuolirot = 0; }
 
   // The window row of a point seen with the menu's identity model-view.
   static int rowOf(float x, float y, float z) {
@@ -112,14 +99,7 @@ class MenuFrame : public ::testing::Test {
     return py;
   }
   static int labelRow(float y) { return rowOf(0, y, -40); }
-
-  static std::vector<GLubyte> frameRow(int y) {
-    std::vector<GLubyte> row(W * 3);
-    glReadBuffer(GL_BACK);
-    glPixelStorei(GL_PACK_ALIGNMENT, 1);
-    glReadPixels(0, y, W, 1, GL_RGB, GL_UNSIGNED_BYTE, row.data());
-    return row;
-  }
+  static std::vector<GLubyte> frameRow(int y) { return testutil::readRgb(0, y, W, 1); }
 
   static int redPixels(const std::vector<GLubyte>& row) {
     int n = 0;

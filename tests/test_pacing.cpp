@@ -5,18 +5,13 @@
 #include <vector>
 
 #include "Main.h"
+#include "testutil.h"
 
 namespace {
 
-Uint32 fakeNow = 0;
-int sleeps = 0;
-std::vector<int> stepped;
+using testutil::FakeClock;
 
-Uint32 fakeTicks() { return fakeNow; }
-void fakeDelay(Uint32 ms) {
-  sleeps++;
-  fakeNow += ms;
-}
+std::vector<int> stepped;
 void recordStep(int frame) { stepped.push_back(frame); }
 
 std::vector<int> range(int first, int last) {
@@ -28,32 +23,25 @@ std::vector<int> range(int first, int last) {
 class Pacing : public ::testing::Test {
 protected:
   void SetUp() override {
-    pacingTicks = fakeTicks;
-    pacingDelay = fakeDelay;
     starttime = 1000;
     calculatefps = 100;
     calculatedframes = 0;
   }
-  void TearDown() override {
-    pacingTicks = realTicks;
-    pacingDelay = realDelay;
-  }
   // One pass with the clock `ms` after the start and `old` frames computed.
   int pass(CatchUp policy, int limit, int old, int ms) {
     oldframecounter = old;
-    fakeNow = 1000 + ms;
-    sleeps = 0;
+    FakeClock::now = 1000 + ms;
+    FakeClock::sleeps = 0;
     stepped.clear();
     return paceAndCalculate(policy, limit, recordStep);
   }
-  Uint32 (*realTicks)() = pacingTicks;
-  void (*realDelay)(Uint32) = pacingDelay;
+  FakeClock clock;
 };
 
 TEST_F(Pacing, WaitsInTwoMillisecondSleepsAndNeverRepeatsAFrame) {
   EXPECT_EQ(pass(CatchUp::DropBacklog, 5, 0, 0), 1);
   EXPECT_EQ(stepped, std::vector<int>{1});
-  EXPECT_EQ(sleeps, 5);
+  EXPECT_EQ(FakeClock::sleeps, 5);
   EXPECT_EQ(currenttime, 10);
   EXPECT_EQ(pass(CatchUp::DropBacklog, 5, oldframecounter, 10), 1);
   EXPECT_EQ(stepped, std::vector<int>{2});
@@ -84,7 +72,7 @@ TEST_F(Pacing, ClockBehindTheLastFrameWaitsInsteadOfSpinning) {
   // As after the intro: frames counted at 150 a second, the clock now read at 100.
   EXPECT_EQ(pass(CatchUp::DropBacklog, 5, 300, 2000), 1);
   EXPECT_EQ(stepped, std::vector<int>{201});
-  EXPECT_EQ(sleeps, 5);
+  EXPECT_EQ(FakeClock::sleeps, 5);
   calculatefps = 50;
   pass(CatchUp::DropBacklog, 5, 1, 55);  // frame 2.75, truncated
   EXPECT_EQ(stepped, std::vector<int>{2});
@@ -92,14 +80,13 @@ TEST_F(Pacing, ClockBehindTheLastFrameWaitsInsteadOfSpinning) {
 
 TEST_F(Pacing, MenuWaitOnlyFollowsTheClock) {
   oldframecounter = 2;
-  fakeNow = 1333;
-  sleeps = 0;
+  FakeClock::now = 1333;
   waitNextFrame();
   EXPECT_EQ(oldframecounter, 33);
-  EXPECT_EQ(sleeps, 0);
+  EXPECT_EQ(FakeClock::sleeps, 0);
   waitNextFrame();
   EXPECT_EQ(oldframecounter, 34);
-  EXPECT_EQ(sleeps, 4);
+  EXPECT_EQ(FakeClock::sleeps, 4);
   EXPECT_EQ(calculatedframes, 0);
 }
 

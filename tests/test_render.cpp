@@ -1,7 +1,5 @@
 // The frame drawing, read back from a real (software) GL context.
 #include <GL/gl.h>
-#include <GL/glu.h>
-#include <SDL/SDL.h>
 #include <gtest/gtest.h>
 #include <unistd.h>
 
@@ -26,19 +24,15 @@ struct Rgb {
 class Render : public ::testing::Test {
 protected:
   static void SetUpTestSuite() {
-    ASSERT_EQ(chdir(VORTA_DATA_DIR), 0);
-    ASSERT_EQ(SDL_Init(SDL_INIT_VIDEO), 0) << SDL_GetError();
-    SDL_GL_SetAttribute(SDL_GL_DOUBLEBUFFER, 1);
-    ASSERT_NE(SDL_SetVideoMode(1024, 768, 0, SDL_OPENGL), nullptr) << SDL_GetError();
-    screenwidth = 1024;
-    screenheight = 768;
-    setupOpengl(1024, 768);
+    ASSERT_EQ(chdir(VORTA_DATA_DIR), 0);  // the game's textures
+    window = &testutil::gameWindow(1024, 768);
   }
-  // The window stays open to the end: closing it unloads the GL driver, whose
-  // own leftovers would then be reported without a library name to suppress.
 
   // An empty field seen from straight above, far enough to show the whole frame.
   void SetUp() override {
+    ASSERT_TRUE(window->ok()) << window->error();
+    screenwidth = 1024;
+    screenheight = 768;
     players = 0;
     gamemode = 0;
     pistepeli = false;
@@ -53,15 +47,10 @@ protected:
     for (Pati& a : asteroidi) a.x = 1000;  // out of sight
   }
 
-  // The software renderer keeps the back buffer through a swap (its front buffer
-  // reads back empty), so a finished frame is read from the back buffer.
   static Rgb pixel(int x, int y) {
-    GLubyte p[4];
-    glReadBuffer(GL_BACK);
-    glReadPixels(x, y, 1, 1, GL_RGBA, GL_UNSIGNED_BYTE, p);
+    const std::vector<GLubyte> p = testutil::readRgb(x, y, 1, 1);
     return {p[0] / 255.0f, p[1] / 255.0f, p[2] / 255.0f};
   }
-
 
   // The colour shown at a point of the field after a full frame.
   static Rgb fieldPixel(double x, double y) {
@@ -81,16 +70,14 @@ protected:
   }
 
   static int countRed(int y1, int y2) {
-    static GLubyte rows[768][1024][4];
-    glReadBuffer(GL_BACK);
-    glReadPixels(0, 0, 1024, 768, GL_RGBA, GL_UNSIGNED_BYTE, rows);
+    const std::vector<GLubyte> rows = testutil::readRgb(0, y1, 1024, y2 - y1);
     int red = 0;
-    for (int y = y1; y < y2; ++y)
-      for (int x = 0; x < 1024; ++x)
-        if (rows[y][x][0] > 100 && rows[y][x][1] < 40 && rows[y][x][2] < 40) ++red;
+    for (size_t i = 0; i < rows.size(); i += 3) red += rows[i] > 100 && rows[i + 1] < 40 && rows[i + 2] < 40;
     return red;
   }
+  static testutil::GLWindow* window;
 };
+testutil::GLWindow* Render::window = nullptr;
 
 void expectColour(Rgb got, Rgb want, const char* where) {
   const float tolerance = 0.07f;
@@ -298,12 +285,7 @@ protected:
   // Text rows at depth -25 seen from 15 units: y = 12 lands near pixel row 662.
   static int teamLineRed() { return countRed(630, 700); }
   static int middleRed() { return countRed(355, 415); }
-  static std::vector<GLubyte> teamLine() {
-    std::vector<GLubyte> rows(1024 * 70 * 4);
-    glReadBuffer(GL_BACK);
-    glReadPixels(0, 630, 1024, 70, GL_RGBA, GL_UNSIGNED_BYTE, rows.data());
-    return rows;
-  }
+  static std::vector<GLubyte> teamLine() { return testutil::readRgb(0, 630, 1024, 70); }
 };
 
 TEST_F(Victory, NobodyLeftIsADraw) {

@@ -16,23 +16,18 @@
 
 namespace {
 
+using testutil::FakeClock;
+
 // One key per menu pass, pressed while the menu waits for its next frame:
 // d/u down and up, l/r left and right, e Enter, x Escape.
 std::string nappaimet;
 size_t seuraava = 0;
-Uint32 kello = 0;
-int unia = 0;
-
-Uint32 tikit() { return kello; }
-
-bool nappainOdottaa() {
-  const Player& p = player[0];
-  return p.pylos || p.palas || p.pleft || p.pright || entterpressed || escpressed;
-}
+const int vahtiraja = 50000;  // sleeps before the watchdog ends a script that never leaves
 
 void painaSeuraava() {
-  if (nappainOdottaa() || seuraava >= nappaimet.size()) return;
   Player& p = player[0];
+  if (p.pylos || p.palas || p.pleft || p.pright || entterpressed || escpressed) return;
+  if (seuraava >= nappaimet.size()) return;
   switch (nappaimet[seuraava++]) {
     case 'd': p.palas = true; break;
     case 'u': p.pylos = true; break;
@@ -43,50 +38,33 @@ void painaSeuraava() {
   }
 }
 
-void nuku(Uint32 ms) {
-  kello += ms;
-  if (++unia > 50000) escpressed = true;  // watchdog: a script that never leaves
-  painaSeuraava();
-}
-
 class SettingsMenu : public ::testing::Test {
 protected:
-  static void SetUpTestSuite() {
-    ikkuna = &testutil::gameWindow(W, H);
-    testutil::plainTexture(31, 10, 10, 30);  // a plain dark backdrop behind the text
-  }
   void SetUp() override {
-    ASSERT_TRUE(ikkuna->ok());
+    ASSERT_TRUE(testutil::menuScreen(W, H, 31));
     simscene::kataloogi();
     sets = Sets();
     sets.playermaara = players = 3;
     sets.credits = fullcredits = 200;
-    screenwidth = W;
-    screenheight = H;
     musiikkipaalla = efektitpaalla = false;
-    ticks = pacingTicks;
-    delay = pacingDelay;
-    pacingTicks = tikit;
-    pacingDelay = nuku;
-    kello = starttime = 0;
+    FakeClock::onSleep = [] {
+      if (FakeClock::sleeps > vahtiraja) escpressed = true;
+      painaSeuraava();
+    };
+    starttime = 0;
     framecounter = oldframecounter = 0;
     calculatefps = 100;
-    unia = 0;
     seuraava = 0;
     unohdaNapit();
   }
-  void TearDown() override {
-    pacingTicks = ticks;
-    pacingDelay = delay;
-    unohdaNapit();
-  }
+  void TearDown() override { unohdaNapit(); }
   // Runs the settings menu on a key script; true when it ended by the script.
   bool aja(const std::string& nappainjono) {
     testing::internal::CaptureStdout();  // the save prints a trace
     nappaimet = nappainjono;
     asetusmenu();
     testing::internal::GetCapturedStdout();
-    return unia <= 50000 && seuraava == nappaimet.size();
+    return FakeClock::sleeps <= vahtiraja && seuraava == nappaimet.size();
   }
   std::string tallennettu() { return testutil::readFile(kansio.file("sets.txt")); }
   static bool sisaltaa(const std::string& teksti, const std::string& osa) {
@@ -94,12 +72,9 @@ protected:
   }
 
   testutil::TempWorkDir kansio;
-  Uint32 (*ticks)() = nullptr;
-  void (*delay)(Uint32) = nullptr;
-  static testutil::GLWindow* ikkuna;
+  FakeClock kello;
   static const int W = 320, H = 240;
 };
-testutil::GLWindow* SettingsMenu::ikkuna = nullptr;
 
 TEST_F(SettingsMenu, ApplyCopiesTheValuesIntoTheGameAndSavesThem) {
   // Players +2, credits +10, music volume -5, then "Apply and Save Settings".
@@ -144,12 +119,9 @@ TEST_F(SettingsMenu, AFailedSaveIsReportedAndTheMenuGoesOn) {
   ASSERT_TRUE(aja("ddr" "uuuu" "e" "x"));
   EXPECT_EQ(sets.playermaara, 4);  // applied in memory all the same
   // The last frame drawn still carries the message on the bottom line.
-  std::vector<GLubyte> rivi(W * 3);
+  const std::vector<GLubyte> alareuna = testutil::readRgb(0, 0, W, H / 8);
   int valkoisia = 0;
-  for (int y = 0; y < H / 8; ++y) {
-    glReadPixels(0, y, W, 1, GL_RGB, GL_UNSIGNED_BYTE, rivi.data());
-    for (int x = 0; x < W; ++x) valkoisia += rivi[x * 3] > 150 && rivi[x * 3 + 1] > 150;
-  }
+  for (size_t i = 0; i < alareuna.size(); i += 3) valkoisia += alareuna[i] > 150 && alareuna[i + 1] > 150;
   EXPECT_GT(valkoisia, 20);
 }
 

@@ -173,47 +173,18 @@ TEST_F(ShipChoice, APlayerWhoCannotPayForAnyShipIsOut) {
 
 // --- The screen, with a fake clock.
 
-Uint32 kello = 0;
-Uint32 tikit() { return kello; }
-void nuku(Uint32 ms) { kello += ms; }
-
 class ShipChoiceWindow : public ShipChoice {
 protected:
-  static void SetUpTestSuite() {
-    ikkuna = &testutil::gameWindow(W, H);
-    testutil::plainTexture(30, 10, 10, 30);  // a plain dark backdrop behind the text
-  }
   void SetUp() override {
     ShipChoice::SetUp();
-    ASSERT_TRUE(ikkuna->ok());
-    screenwidth = W;
-    screenheight = H;
-    ticks = pacingTicks;
-    delay = pacingDelay;
-    pacingTicks = tikit;
-    pacingDelay = nuku;
-    kello = starttime = 0;
+    ASSERT_TRUE(testutil::menuScreen(W, H, 30));
+    starttime = 0;
     framecounter = oldframecounter = 0;
     calculatefps = 100;
   }
-  void TearDown() override {
-    pacingTicks = ticks;
-    pacingDelay = delay;
-    ShipChoice::TearDown();
-  }
-  static std::vector<GLubyte> kuva() {
-    std::vector<GLubyte> k(W * H * 3);
-    glReadBuffer(GL_BACK);
-    glPixelStorei(GL_PACK_ALIGNMENT, 1);
-    glReadPixels(0, 0, W, H, GL_RGB, GL_UNSIGNED_BYTE, k.data());
-    return k;
-  }
-  Uint32 (*ticks)() = nullptr;
-  void (*delay)(Uint32) = nullptr;
-  static testutil::GLWindow* ikkuna;
+  testutil::FakeClock kello;
   static const int W = 400, H = 300;
 };
-testutil::GLWindow* ShipChoiceWindow::ikkuna = nullptr;
 
 TEST_F(ShipChoiceWindow, AComputerPilotOfASmallGameTakesItsTimeOnScreen) {
   players = 2;
@@ -237,11 +208,11 @@ TEST_F(ShipChoiceWindow, TheScreenShowsTheEntryAndItsShip) {
   p.pisteet = 100;
   currenttime = 0;
   drawAlusValinta(0, 4);
-  const auto laiva4 = kuva();
+  const auto laiva4 = testutil::readRgb(0, 0, W, H);
   drawAlusValinta(0, 20);
-  const auto laiva20 = kuva();
+  const auto laiva20 = testutil::readRgb(0, 0, W, H);
   drawAlusValinta(0, satunnainenKohta);
-  const auto satunnainen = kuva();
+  const auto satunnainen = testutil::readRgb(0, 0, W, H);
   auto erilaisia = [](const std::vector<GLubyte>& a, const std::vector<GLubyte>& b, int x0, int x1) {
     int n = 0;
     for (int y = 0; y < H; ++y)

@@ -380,20 +380,4 @@ TEST_F(Respawn, PlayersOutOfACreditGameAreLeftAlone) {
   EXPECT_EQ(eloSirpaleita(), 0);
 }
 
-// --- Stars ---------------------------------------------------------------------
-
-TEST_F(World, OnlyTheFirst75StarsRipple) {
-  alustaTahdet();
-  const float kaukainen = star[75].z;
-  star[0].x = -45;
-  star[0].y = 45;
-  calculateFrame(100);
-  EXPECT_NEAR(star[0].z, std::sin(2.0) * -8 - 50, 1e-4);
-  EXPECT_EQ(star[75].z, kaukainen);
-  for (int i = 0; i < 75; ++i) {
-    EXPECT_GE(star[i].z, -58.001f);
-    EXPECT_LE(star[i].z, -41.999f);
-  }
-}
-
 }  // namespace

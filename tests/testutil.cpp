@@ -1,5 +1,6 @@
 #include "testutil.h"
 
+#include "Main.h"
 #include "glapi.h"
 
 #include <GL/gl.h>
@@ -12,7 +13,6 @@
 #include <unistd.h>
 
 #include <chrono>
-#include <cmath>
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
@@ -200,20 +200,6 @@ GLWindow::GLWindow(int width, int height) {
 
 GLWindow::~GLWindow() { SDL_QuitSubSystem(SDL_INIT_VIDEO); }
 
-namespace {
-
-void put16(std::string& out, unsigned value) {
-  out.push_back(static_cast<char>(value & 0xff));
-  out.push_back(static_cast<char>((value >> 8) & 0xff));
-}
-
-void put32(std::string& out, unsigned value) {
-  put16(out, value & 0xffff);
-  put16(out, value >> 16);
-}
-
-}  // namespace
-
 GLWindow& gameWindow(int width, int height) {
   static GLWindow* window = nullptr;
   for (int attempt = 0; attempt < 5 && !(window && window->ok()); ++attempt) {
@@ -224,12 +210,24 @@ GLWindow& gameWindow(int width, int height) {
   return *window;
 }
 
-void plainTexture(int slot, unsigned char r, unsigned char g, unsigned char b) {
-  const GLubyte texel[3] = {r, g, b};
-  glGenTextures(1, &texture[slot]);
-  glBindTexture(GL_TEXTURE_2D, texture[slot]);
+bool menuScreen(int w, int h, int backdrop) {
+  if (!gameWindow(w, h).ok()) return false;
+  screenwidth = w;
+  screenheight = h;
+  const GLubyte texel[3] = {0, 0, 90};
+  glGenTextures(1, &texture[backdrop]);
+  glBindTexture(GL_TEXTURE_2D, texture[backdrop]);
   glTexImage2D(GL_TEXTURE_2D, 0, GL_RGB, 1, 1, 0, GL_RGB, GL_UNSIGNED_BYTE, texel);
   glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MIN_FILTER, GL_NEAREST);
+  return true;
+}
+
+std::vector<unsigned char> readRgb(int x, int y, int width, int height) {
+  std::vector<unsigned char> rgb(size_t(width) * height * 3);
+  glReadBuffer(GL_BACK);
+  glPixelStorei(GL_PACK_ALIGNMENT, 1);
+  glReadPixels(x, y, width, height, GL_RGB, GL_UNSIGNED_BYTE, rgb.data());
+  return rgb;
 }
 
 void projectToWindow(double x, double y, double z, int& px, int& py) {
@@ -243,26 +241,26 @@ void projectToWindow(double x, double y, double z, int& px, int& py) {
   py = int(wy);
 }
 
-void writeToneWav(const std::string& path, double seconds, double frequency, int rate) {
-  const unsigned samples = static_cast<unsigned>(seconds * rate);
-  const unsigned dataBytes = samples * 2;
-  std::string wav = "RIFF";
-  put32(wav, 36 + dataBytes);
-  wav += "WAVEfmt ";
-  put32(wav, 16);
-  put16(wav, 1);  // PCM
-  put16(wav, 1);  // mono
-  put32(wav, static_cast<unsigned>(rate));
-  put32(wav, static_cast<unsigned>(rate) * 2);
-  put16(wav, 2);
-  put16(wav, 16);
-  wav += "data";
-  put32(wav, dataBytes);
-  for (unsigned i = 0; i < samples; i++) {
-    const double v = std::sin(2 * M_PI * frequency * i / rate) * 20000;
-    put16(wav, static_cast<unsigned>(static_cast<int16_t>(std::lround(v))) & 0xffff);
-  }
-  writeFile(path, wav);
+Uint32 FakeClock::now = 0;
+int FakeClock::sleeps = 0;
+std::function<void()> FakeClock::onSleep;
+
+FakeClock::FakeClock() : ticks_(pacingTicks), delay_(pacingDelay) {
+  now = 0;
+  sleeps = 0;
+  onSleep = nullptr;
+  pacingTicks = [] { return now; };
+  pacingDelay = [](Uint32 ms) {
+    now += ms;
+    ++sleeps;
+    if (onSleep) onSleep();
+  };
+}
+
+FakeClock::~FakeClock() {
+  pacingTicks = ticks_;
+  pacingDelay = delay_;
+  onSleep = nullptr;
 }
 
 }  // namespace testutil

@@ -1,7 +1,8 @@
-// Helpers shared by the tests: temporary folders, files, child processes,
-// an OpenGL window for render tests and generated sound files.
+// Helpers shared by the tests: temporary folders, files, child processes, a fake
+// frame clock and an OpenGL window for render tests.
 #pragma once
 
+#include <SDL/SDL_stdinc.h>
 #include <sys/types.h>
 
 #include <functional>
@@ -124,14 +125,33 @@ private:
 // refuses a window, so it asks again a few times; check ok() on the result.
 GLWindow& gameWindow(int width, int height);
 
-// Fills texture slot `slot` with one texel of the given colour: a plain backdrop
-// in place of a menu picture, so that the text drawn over it is easy to tell apart.
-void plainTexture(int slot, unsigned char r, unsigned char g, unsigned char b);
+// The game window at w x h for drawing a menu screen, with the game's screen size set
+// and texture slot `backdrop` a plain dark blue (0, 0, 90) in place of the menu
+// picture, so that text drawn over it is easy to tell apart. False without a window.
+bool menuScreen(int w, int h, int backdrop);
+
+// RGB bytes of a block of the back buffer, rows bottom first. The software GL swaps
+// by copying, so a finished frame is still there (its front buffer reads back black).
+std::vector<unsigned char> readRgb(int x, int y, int width, int height);
 
 // The window pixel where a point of the current model-view space is drawn.
 void projectToWindow(double x, double y, double z, int& px, int& py);
 
-// Writes a 16-bit mono PCM WAV file with a sine tone.
-void writeToneWav(const std::string& path, double seconds, double frequency = 440.0, int rate = 22050);
+// The game's frame clock replaced, until scope exit, by one that moves only when the
+// game sleeps; `onSleep` runs after every sleep (a key script, a watchdog).
+class FakeClock {
+public:
+  FakeClock();
+  ~FakeClock();
+  FakeClock(const FakeClock&) = delete;
+  FakeClock& operator=(const FakeClock&) = delete;
+  static Uint32 now;
+  static int sleeps;
+  static std::function<void()> onSleep;
+
+private:
+  Uint32 (*ticks_)();
+  void (*delay_)(Uint32);
+};
 
 }  // namespace testutil
