@@ -1,7 +1,6 @@
 // Special weapons: triggers, the special shots' flight and hits, slime, little men,
 // the client's part, and a long battle of every kind pressing its special.
 #include <GL/gl.h>
-#include <SDL/SDL.h>
 #include <gtest/gtest.h>
 #include <unistd.h>
 
@@ -10,6 +9,7 @@
 #include "Main.h"
 #include "glapi.h"
 #include "simscene.h"
+#include "testutil.h"
 
 namespace {
 
@@ -395,11 +395,10 @@ class SpecialsDrawing : public ::testing::Test {
 protected:
   static void SetUpTestSuite() {
     ASSERT_EQ(chdir(VORTA_DATA_DIR), 0);
-    ASSERT_EQ(SDL_Init(SDL_INIT_VIDEO), 0) << SDL_GetError();
-    ASSERT_NE(SDL_SetVideoMode(512, 384, 0, SDL_OPENGL), nullptr) << SDL_GetError();
-    setupOpengl(512, 384);
+    window = &testutil::gameWindow(512, 384);
   }
   void SetUp() override {
+    ASSERT_TRUE(window->ok()) << window->error();
     simscene::maailma(2, 0, 7);
     sets.cammode = 1;
     camposx = -60;  // over the ship, clear of the planet
@@ -407,20 +406,19 @@ protected:
     camposz = 120;
   }
   static int lit(Player& p) {
-    static GLubyte kuva[384][512][4];
     glClearColor(0, 0, 0, 0);
     glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);
     asetaKameraJaValo();
     p.piirraePadit();
     EXPECT_EQ(glGetError(), (GLenum)GL_NO_ERROR);
-    glReadBuffer(GL_BACK);
-    glReadPixels(0, 0, 512, 384, GL_RGBA, GL_UNSIGNED_BYTE, kuva);
+    const std::vector<unsigned char> kuva = testutil::readRgb(0, 0, 512, 384);
     int n = 0;
-    for (auto& rivi : kuva)
-      for (auto& px : rivi) n += px[0] + px[1] + px[2] > 60;
+    for (size_t i = 0; i + 2 < kuva.size(); i += 3) n += kuva[i] + kuva[i + 1] + kuva[i + 2] > 60;
     return n;
   }
+  static testutil::GLWindow* window;
 };
+testutil::GLWindow* SpecialsDrawing::window = nullptr;
 
 TEST_F(SpecialsDrawing, EveryKindShowsItsShotsAndEffects) {
   for (int n = 0; n < alustyyppeja; ++n) {
