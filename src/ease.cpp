@@ -605,6 +605,20 @@ bool osuu(const Player& k, const Pati& s, double sade) {
   return r * r > dx * dx + dy * dy;
 }
 
+// Mirrors the shot's velocity off the hull it touched and sets it just clear of it.
+void kimpoaRungosta(Pati& s, const Player& k, double sade) {
+  const double dx = s.x - k.x, dy = s.y - k.y, d = std::hypot(dx, dy);
+  const double nx = d > 1e-6 ? dx / d : 1, ny = d > 1e-6 ? dy / d : 0;
+  const double vastaan = s.xv * nx + s.yv * ny;
+  if (vastaan < 0) {
+    s.xv = (float)(s.xv - 2 * vastaan * nx);
+    s.yv = (float)(s.yv - 2 * vastaan * ny);
+  }
+  const double irti = (k.alus.sade + sade) * kosketus + 0.05;
+  s.x = (float)(k.x + nx * irti);
+  s.y = (float)(k.y + ny * irti);
+}
+
 // What a hit does on the host beyond the common damage and kick.
 void osumaVaikutus(Player& o, Pati& s, Player& k) {
   switch (o.alus.easelaji) {
@@ -612,6 +626,12 @@ void osumaVaikutus(Player& o, Pati& s, Player& k) {
       s.ampumisviive = (short)(indeksi(k) + 1);
       s.kulma = (float)aste(std::atan2(s.y - k.y, s.x - k.x));
       s.aika = imunKesto;
+      return;
+    case 8:  // the ball rings off the hull and flies on
+      vahingoita(k, o.alus.edamage);
+      k.xvauhti = (float)(k.xvauhti + s.xv * o.alus.epatipotkasu);
+      k.yvauhti = (float)(k.yvauhti + s.yv * o.alus.epatipotkasu);
+      kimpoaRungosta(s, k, o.alus.epatisade);
       return;
     case 17:
       k.lisaalima();

@@ -357,7 +357,15 @@ TEST_F(Specials, SplittersBouncersSeekersAndDrones) {
   erikoinen(0, 0, 159.9f, 80, 0.4f, 0);
   b.liikutaePadit();
   b.liikutaePadit();
-  EXPECT_LT(b.epati[0].xv, 0);
+  EXPECT_LT(b.epati[0].xv, 0);  // off the wall
+  {  // and off a hull: it hurts, flies back and lives on
+    Player& k = laita(1, 3, 20, 80);
+    erikoinen(0, 0, 14, 80, 0.4f, 0);
+    for (int f = 0; f < 10; ++f) b.liikutaePadit();
+    EXPECT_FLOAT_EQ(k.energia, (float)(k.alus.energia - b.alus.edamage));
+    EXPECT_LT(b.epati[0].xv, 0);
+    EXPECT_GT(b.epati[0].aika, 0);
+  }
 
   Player& h = laita(0, 13, -50, 80);
   Player& k = laita(1, 1, -50, 40);
