@@ -760,7 +760,8 @@ double erikoisenKantama(int easelaji) {
     case 2: return itsetuhonSade * 0.5;                  // the blast is strongest close in
     case 3: return a.easevauhti * a.easekesto * 0.5;
     case 4: return planeetanVeto;
-    case 5: case 8: case 13: case 17: return std::min(90.0, a.easevauhti * a.easekesto * 0.5);
+    case 5: case 13: case 17: return std::min(90.0, a.easevauhti * a.easekesto * 0.5);
+    case 8: return std::max(20.0, a.easevauhti * 60);  // the boulder is slow: any farther and it is dodged
     case 21: return a.easevauhti * a.easekesto * 0.8;  // the splits find their way
     case 7: return a.epatisade * salamanUlottuma;
     case 9: return 12;
