@@ -5,9 +5,7 @@
 #include <SDL/SDL.h>
 #include <sys/stat.h>
 
-#include <cmath>
 #include <cstdio>
-#include <cstdlib>
 #include <string>
 #include <vector>
 
@@ -121,8 +119,6 @@ TEST_F(InTempDir, TexturesLoadInAnyPngFormatAndBadFilesLeaveEmptySlots) {
   EXPECT_EQ(texture[8], 0u);   // missing
   EXPECT_NE(out.find("textures/galax.png"), std::string::npos);
   EXPECT_NE(out.find("textures/tottero1.png"), std::string::npos);
-  EXPECT_NE(out.find("loading 1024*1024 font"), std::string::npos);
-  EXPECT_EQ(out.substr(out.size() - 5), "moi!\n");
 
   for (int slot : {15, 18, 42}) EXPECT_TRUE(glIsTexture(texture[slot])) << slot;
   EXPECT_EQ(tiimitexture, texture[42]);
@@ -150,42 +146,29 @@ TEST_F(InTempDir, SmallModeSwitchesOnlyTheBigImages) {
     EXPECT_NE(out.find(name), std::string::npos) << name;
 }
 
-TEST(GeneratedTextures, TexelValues) {
-  const float tol = 1.5f / 255;
-  GLuint flare = 0, square = 0, team = 0;
+// Additive glows must fade to nothing at their edge or the quad shows; the team glow
+// is hollow so that the ship stays visible over it.
+TEST(GeneratedTextures, GlowsFadeOutAndTheTeamGlowIsHollow) {
+  GLuint flare = 0, team = 0;
   generateLightFlare(&flare);
-  generateLightNelio(&square);
   generateTeamJuttu(&team);
-
-  const auto f = lumTexels(flare, 64);
-  EXPECT_NEAR(f[32 * 64 + 32], 0.99f, tol);
-  EXPECT_NEAR(f[32 * 64 + 42], std::exp(-0.5) - 0.01, tol);
-  EXPECT_NEAR(f[22 * 64 + 32], std::exp(-0.5) - 0.01, tol);
-  EXPECT_NEAR(f[0], 0.0f, tol);  // negative, clamped
-
-  for (float t : lumTexels(square, 16)) EXPECT_EQ(t, 1.0f);
-
-  const auto t = lumTexels(team, 64);
-  EXPECT_NEAR(t[32 * 64 + 32], 0.0f, tol);                                    // dark core
-  EXPECT_NEAR(t[32 * 64 + 47], (std::exp(-1.125) - 0.01) * 1.5 - 0.3125, tol);  // r = 15, hollowed
-  EXPECT_NEAR(t[32 * 64 + 48], (std::exp(-1.28) - 0.01) * 1.5, tol);           // r = 16, untouched
-  EXPECT_NEAR(t[52 * 64 + 32], (std::exp(-2.0) - 0.01) * 1.5, tol);
+  const auto f = lumTexels(flare, 64), t = lumTexels(team, 64);
+  EXPECT_GT(f[32 * 64 + 32], 0.95f);
+  EXPECT_EQ(f[0], 0.0f);  // negative, clamped
+  EXPECT_EQ(t[0], 0.0f);
+  EXPECT_LT(t[32 * 64 + 32], 0.01f);
+  EXPECT_GT(t[32 * 64 + 48], 0.3f);
   glDeleteTextures(1, &flare);
-  glDeleteTextures(1, &square);
   glDeleteTextures(1, &team);
 }
 
-TEST(TeamColours, TableAndFallback) {
-  auto colourOf = [](int c) {
+TEST(TeamColours, OutOfRangeFallsBackToRed) {
+  for (int c : {-1, 16, 1000}) {
     valitseVari(c);
-    std::vector<float> v(4);
-    glGetFloatv(GL_CURRENT_COLOR, v.data());
-    v[3] = std::min(v[3], 1.0f);  // the first three ask for alpha 2, which the GL may keep or clamp
-    return v;
-  };
-  EXPECT_EQ(colourOf(1), (std::vector<float>{0.25f, 0.25f, 1, 1}));  // both ends of the table
-  EXPECT_EQ(colourOf(15), (std::vector<float>{0, 0, 1, 1}));
-  for (int other : {-1, 16, 1000}) EXPECT_EQ(colourOf(other), (std::vector<float>{1, 0, 0, 1})) << other;
+    GLfloat v[4];
+    glGetFloatv(GL_CURRENT_COLOR, v);
+    EXPECT_EQ(std::vector<float>(v, v + 4), (std::vector<float>{1, 0, 0, 1})) << c;
+  }
 }
 
 TEST_F(InTempDir, ZeroHeightViewportCountsAsOnePixel) {
@@ -197,7 +180,6 @@ TEST_F(InTempDir, ZeroHeightViewportCountsAsOnePixel) {
   GLfloat m[16];
   glGetFloatv(GL_PROJECTION_MATRIX, m);
   EXPECT_NEAR(m[0] * 640, m[5], 1e-3);  // aspect 640 / 1
-  EXPECT_NEAR(m[5], 1 / std::tan(22.5 * M_PI / 180), 1e-4);
   printed([] { ReSizeGLScene(W, H); });
 }
 
@@ -276,39 +258,31 @@ TEST_F(Drawing, MenuArrowIsSolidFromEveryTurnAndListsAreRebuilt) {
   EXPECT_TRUE(old == list_int[24] || !glIsList(old));
 }
 
+// Lit where a glyph's upper half is, dark below it (the image is the right way up), past
+// the end and at the window's far edges; a high byte draws nothing but takes one width.
 TEST_F(Drawing, TextLightsPixelsAtItsPointOnly) {
   flatText();
   glTranslatef(0, 0, -10);
   gl_println(0, 0, 0, "AB");
-  int ax, ay, bx, by, belowx, belowy, farx, fary;
-  projectToWindow(0, 0.4f, 0, ax, ay);
-  projectToWindow(2 * letterwidth['A'], 0.4f, 0, bx, by);
-  projectToWindow(0, -0.6f, 0, belowx, belowy);  // the glyph's dark lower half: the image is the right way up
-  projectToWindow(3.5f, 0.4f, 0, farx, fary);    // past the end of "AB"
-  EXPECT_GT(brightnessAt(ax, ay), 0.8f);
-  EXPECT_GT(brightnessAt(bx, by), 0.8f);
-  EXPECT_LT(brightnessAt(belowx, belowy), 0.05f);
-  EXPECT_LT(brightnessAt(farx, fary), 0.05f);
-  for (int y = 0; y < H; y += 16) EXPECT_LT(brightnessAt(W - 1, y), 0.05f);
-  for (int x = 0; x < W; x += 16) EXPECT_LT(brightnessAt(x, H - 1), 0.05f);
+  const char high[] = {char(0xC8), 'A', char(0xFF), 0};
+  gl_println(0, -4, 0, high, 0.5f);
+  const struct {
+    float x, y;
+    bool lit;
+  } points[] = {{0, 0.4f, true},  {2 * letterwidth['A'], 0.4f, true}, {0, -0.6f, false}, {3.5f, 0.4f, false},
+                {0, -3.8f, false}, {1.0f, -3.8f, true}};  // 2 x size x width 1
+  for (const auto& p : points) {
+    int x, y;
+    projectToWindow(p.x, p.y, 0, x, y);
+    EXPECT_EQ(brightnessAt(x, y) > 0.8f, p.lit) << p.x << ", " << p.y;
+    EXPECT_TRUE(p.lit || brightnessAt(x, y) < 0.05f) << p.x << ", " << p.y;
+  }
+  for (int i = 0; i < W; i += 16) EXPECT_LT(brightnessAt(W - 1, i) + brightnessAt(i, H - 1), 0.05f);
 }
 
-TEST_F(Drawing, HighBytesDrawNothingAndAdvanceOneWidth) {
-  flatText();
-  glTranslatef(0, 0, -10);
-  const char text[] = {char(0xC8), 'A', char(0xFF), 0};
-  gl_println(0, 0, 0, text, 0.5f);
-  int hx, hy, ax, ay;
-  projectToWindow(0, 0.2f, 0, hx, hy);
-  projectToWindow(1.0f, 0.2f, 0, ax, ay);  // 2 x size x width 1
-  EXPECT_LT(brightnessAt(hx, hy), 0.05f);
-  EXPECT_GT(brightnessAt(ax, ay), 0.8f);
-}
-
-TEST(TextWidth, SumsTheWidthTableUpToTheLimit) {
+TEST(TextWidth, HighBytesAndTheLengthLimit) {
   EXPECT_DOUBLE_EQ(gl_pituus(""), 0);
   EXPECT_DOUBLE_EQ(gl_pituus(nullptr), 0);
-  EXPECT_NEAR(gl_pituus("Quit"), 0.9 + 0.55 + 0.2 + 0.55, 1e-6);
   EXPECT_NEAR(gl_pituus("\xC8z"), 1 + 0.6, 1e-6);
   std::vector<char> unterminated(1500, 'a');
   EXPECT_NEAR(gl_pituus(unterminated.data()), 1000 * 0.6, 1e-3);
