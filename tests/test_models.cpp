@@ -138,15 +138,16 @@ std::vector<int> valaistuNelio() {
 }
 
 TEST_F(Mallit, RebuildingReplacesItsOwnListsAndSparesOthers) {
-  std::vector<GLuint> vanhat(list_alus, list_alus + 24);
-  vanhat.insert(vanhat.end(), {list_int[19], list_int[22], list_int[23], list_asteroid});
+  auto listat = [] {
+    std::vector<GLuint> l(list_alus, list_alus + 24);
+    l.insert(l.end(), {list_int[19], list_int[22], list_int[23], list_asteroid});
+    return l;
+  };
+  const std::vector<GLuint> vanhat = listat();
   rakennaMallit();
-  std::vector<GLuint> uudet(list_alus, list_alus + 24);
-  uudet.insert(uudet.end(), {list_int[19], list_int[22], list_int[23], list_asteroid});
+  const std::vector<GLuint> uudet = listat();
   for (GLuint nimi : vanhat)
-    if (std::find(uudet.begin(), uudet.end(), nimi) == uudet.end()) {
-      EXPECT_FALSE(glIsList(nimi)) << nimi;
-    }
+    EXPECT_TRUE(std::find(uudet.begin(), uudet.end(), nimi) != uudet.end() || !glIsList(nimi)) << nimi;
 
   GLuint vieras = glGenLists(1);
   glNewList(vieras, GL_COMPILE);
@@ -167,53 +168,40 @@ TEST_F(Mallit, RebuildingReplacesItsOwnListsAndSparesOthers) {
   for (int n = 0; n < 24; n++) EXPECT_TRUE(glIsList(list_alus[n]));
 }
 
-TEST_F(Mallit, EveryShipCoversTheCentreAndGrowsWithItsRadius) {
+// The hulls alone: the team glow under every ship would be common to all of them.
+TEST_F(Mallit, EveryShipCoversTheCentreGrowsWithItsRadiusAndHasItsOwnSilhouette) {
+  const GLuint hehku = tiimitexture;
+  tiimitexture = 0;
+  std::vector<Kuva> kuvat;
   for (int n = 0; n < 24; n++) {
     valmisteleAlus(n, 2);
     Kuva pieni = piirra();
     valmisteleAlus(n, 4);
-    Kuva iso = piirra();
+    kuvat.push_back(piirra());
+    const Kuva& iso = kuvat.back();
     int keskella = 0;
     for (int y = koko / 2 - 4; y < koko / 2 + 4; y++)
       for (int x = koko / 2 - 4; x < koko / 2 + 4; x++) keskella += iso.peitetty(x, y);
     EXPECT_GT(keskella, 32) << "ship " << n;
     EXPECT_GT(iso.peittoja(), pieni.peittoja() * 3) << "ship " << n;
     // The model's reach matches its collision radius.
-    double odotettu = 4 * pikseleitaYksikolla;
-    EXPECT_GT(iso.ulottuma(), odotettu * 0.75) << "ship " << n;
-    EXPECT_LT(iso.ulottuma(), odotettu * 1.3) << "ship " << n;
-  }
-}
-
-TEST_F(Mallit, SilhouettesArePairwiseDifferent) {
-  // The hulls alone: the team glow under every ship would be common to all of them.
-  const GLuint hehku = tiimitexture;
-  tiimitexture = 0;
-  std::vector<Kuva> kuvat;
-  for (int n = 0; n < 24; n++) {
-    valmisteleAlus(n, 3);
-    kuvat.push_back(piirra());
+    EXPECT_GT(iso.ulottuma(), 4 * pikseleitaYksikolla * 0.75) << "ship " << n;
+    EXPECT_LT(iso.ulottuma(), 4 * pikseleitaYksikolla * 1.3) << "ship " << n;
   }
   tiimitexture = hehku;
   for (int a = 0; a < 24; a++)
     for (int b = a + 1; b < 24; b++) {
       int erot = 0, yhteensa = 0;
-      for (int y = 0; y < koko; y++)
-        for (int x = 0; x < koko; x++) {
-          bool pa = kuvat[a].peitetty(x, y), pb = kuvat[b].peitetty(x, y);
-          erot += pa != pb;
-          yhteensa += pa || pb;
-        }
+      for (int i = 0; i < koko * koko; i++) {
+        bool pa = kuvat[a].peitetty(i % koko, i / koko), pb = kuvat[b].peitetty(i % koko, i / koko);
+        erot += pa != pb;
+        yhteensa += pa || pb;
+      }
       EXPECT_GT(erot, yhteensa / 12) << "ships " << a << " and " << b;
     }
 }
 
 TEST_F(Mallit, TrimTakesTheTeamColour) {
-  glColor4f(0.5f, 0.5f, 0.5f, 0.5f);
-  valitseVari(0);
-  GLfloat c[4];
-  glGetFloatv(GL_CURRENT_COLOR, c);
-  if (c[0] == 0.5f && c[2] == 0.5f) GTEST_SKIP() << "team palette not available in this build";
   for (int n : {0, 7, 14, 23}) {
     valmisteleAlus(n, 4);
     Kuva punainen = piirra();
@@ -229,46 +217,36 @@ TEST_F(Mallit, TrimTakesTheTeamColour) {
   }
 }
 
-TEST_F(Mallit, ShieldAddsATranslucentGlow) {
-  valmisteleAlus(5, 3);
-  Kuva ilman = piirra();
-  p().suojapaalla = true;
-  Kuva kanssa = piirra();
+// The shield and the team glow each brighten a ring just outside the hull and cover
+// none of it. The team glow is shown through the game's plain white square, whose
+// whole quad lights up, where the real one fades out.
+TEST_F(Mallit, ShieldAndTeamGlowLightARingAroundTheShip) {
+  const GLuint hehku = tiimitexture;
   const double r = 3 * pikseleitaYksikolla;
-  auto reunalla = [&](int x, int y) {
-    double d = std::hypot(x + 0.5 - koko / 2, y + 0.5 - koko / 2);
-    return d > r * 1.1 && d < r * 1.25;
-  };
-  EXPECT_GT(summa(kanssa, 2, reunalla), summa(ilman, 2, reunalla) + 1000);
-  // Additive: nothing of the hull is covered up.
-  int tummempia = 0;
-  for (int y = 0; y < koko; y++)
-    for (int x = 0; x < koko; x++)
-      for (int c = 0; c < 3; c++) tummempia += kanssa.at(x, y)[c] + 2 < ilman.at(x, y)[c];
-  EXPECT_EQ(tummempia, 0);
-}
-
-TEST_F(Mallit, TeamGlowLightsTheFieldAroundTheShip) {
-  GLuint valkoinen;
-  const GLubyte tekseli[8] = {255, 255, 255, 255, 255, 255, 255, 255};  // rows padded to 4 bytes
-  glGenTextures(1, &valkoinen);
-  glBindTexture(GL_TEXTURE_2D, valkoinen);
-  glTexImage2D(GL_TEXTURE_2D, 0, GL_LUMINANCE, 2, 2, 0, GL_LUMINANCE, GL_UNSIGNED_BYTE, tekseli);
-  glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MIN_FILTER, GL_LINEAR);
-  valmisteleAlus(2, 3);
-  Kuva ilman = piirra();
-  tiimitexture = valkoinen;
-  Kuva kanssa = piirra();
-  tiimitexture = 0;
-  glDeleteTextures(1, &valkoinen);
-  const double r = 3 * pikseleitaYksikolla;
-  auto ulkona = [&](int x, int y) {
-    double d = std::hypot(x + 0.5 - koko / 2, y + 0.5 - koko / 2);
-    return d > r * 1.1 && d < r * 1.6;
-  };
-  EXPECT_GT(summa(kanssa, 1, ulkona), summa(ilman, 1, ulkona) + 10000);
-  // The ship itself is drawn over its glow.
-  EXPECT_LT(summa(kanssa, 1) - summa(ilman, 1), summa(kanssa, 1, ulkona) * 3);
+  for (int kumpi = 0; kumpi < 2; kumpi++) {
+    SCOPED_TRACE(kumpi ? "team glow" : "shield");
+    valmisteleAlus(kumpi ? 2 : 5, 3);
+    tiimitexture = 0;
+    Kuva ilman = piirra();
+    if (kumpi)
+      tiimitexture = texture[15];
+    else
+      p().suojapaalla = true;
+    Kuva kanssa = piirra();
+    tiimitexture = hehku;
+    const int kanava = kumpi ? 1 : 2;
+    auto rengas = [&, ulko = kumpi ? 1.6 : 1.25](int x, int y) {
+      double d = std::hypot(x + 0.5 - koko / 2, y + 0.5 - koko / 2);
+      return d > r * 1.1 && d < r * ulko;
+    };
+    EXPECT_GT(summa(kanssa, kanava, rengas), summa(ilman, kanava, rengas) + (kumpi ? 10000 : 1000));
+    int tummempia = 0;
+    for (size_t i = 0; i < kanssa.rgba.size(); i++) tummempia += i % 4 != 3 && kanssa.rgba[i] + 2 < ilman.rgba[i];
+    EXPECT_EQ(tummempia, 0) << "nothing of the hull is covered up";
+    if (kumpi) {
+      EXPECT_LT(summa(kanssa, 1) - summa(ilman, 1), summa(kanssa, 1, rengas) * 3) << "hull drawn over the glow";
+    }
+  }
 }
 
 TEST_F(Mallit, ThrustLightsAFlameBehindTheEngines) {
@@ -377,6 +355,12 @@ TEST_F(Mallit, DrawingLeavesTheGlStateAsItFoundIt) {
     EXPECT_EQ(tila(), ennen) << "ship " << n << " in a menu";
     EXPECT_EQ(valaistuNelio(), neliona) << "ship " << n << " in a menu";
   }
+  // The shot and flower models set their own colours but leave the colour material alone.
+  for (GLuint lista : {list_int[21], list_int[22], list_int[23]}) {
+    glColor4f(0.1f, 0.2f, 0.3f, 0.4f);
+    glCallList(lista);
+    EXPECT_EQ(valaistuNelio(), neliona) << "list " << lista;
+  }
   EXPECT_EQ(glGetError(), static_cast<GLenum>(GL_NO_ERROR));
   cpiste = vanha;
   cpisteita = vanhaMaara;
@@ -427,36 +411,6 @@ TEST_F(Mallit, ModelsStayWithinTheTriangleBudget) {
     const int n = kolmioita(lista);
     EXPECT_GT(n, 0) << lista;  // a list that was never built draws nothing
     EXPECT_LE(n, 600) << lista;
-  }
-}
-
-// The shot models glow in their own colours, the flower takes the caller's, and none
-// leaves the colour material changed: a lit square after each keeps its colour.
-TEST_F(Mallit, OtherModelsColourOnlyThemselves) {
-  auto piirraLista = [](GLuint lista, float r = 1, float g = 1, float b = 1, float kallistus = 0) {
-    glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);
-    glPushMatrix();
-    glTranslatef(0, -3, -35);
-    glRotatef(kallistus, 1, 0, 0);
-    glScalef(5, 5, 5);
-    glColor3f(r, g, b);
-    glCallList(lista);
-    glPopMatrix();
-    return lue();
-  };
-  Kuva punainen = piirraLista(list_int[19]), sininen = piirraLista(list_int[20]), vihrea = piirraLista(list_int[21]);
-  EXPECT_GT(summa(punainen, 0), summa(punainen, 2));
-  EXPECT_GT(summa(sininen, 2), summa(sininen, 0));
-  EXPECT_GT(summa(vihrea, 1), summa(vihrea, 0));
-  Kuva punaKukka = piirraLista(list_int[22], 1, 0, 0, 90), sinikukka = piirraLista(list_int[22], 0, 0, 1, 90);
-  EXPECT_GT(summa(punaKukka, 0), summa(sinikukka, 0) + 5000);
-  EXPECT_GT(summa(sinikukka, 2), summa(punaKukka, 2) + 5000);
-
-  glColor3f(1, 1, 1);
-  const auto ennen = valaistuNelio();
-  for (GLuint lista : {list_int[21], list_int[22], list_int[23]}) {
-    piirraLista(lista);
-    EXPECT_EQ(valaistuNelio(), ennen) << "list " << lista;
   }
 }
 
