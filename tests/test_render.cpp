@@ -217,19 +217,14 @@ protected:
   }
 };
 
+// Bars run green when full to red when low, and only as far as the value reaches.
 TEST_F(Panel, FullBarIsGreenAndLowBarIsRed) {
   drawHud();
-  const Rgb shield = panelPixel(-14.5f, 10, 2, 0.33f);
-  EXPECT_GT(shield.g, 0.9f);
-  EXPECT_LT(shield.r, 0.1f);
-  // A quarter-full tank: (1 - 0.25^1.7, 0.25, 0) drawn over the bar frame.
-  const Rgb fuel = panelPixel(-14.5f, 10, 1.25f, -0.12f);
-  EXPECT_GT(fuel.r, 0.7f);
-  EXPECT_LT(fuel.g, 0.15f);
-  // The empty end of the fuel bar shows only the frame behind it.
-  const Rgb empty = panelPixel(-14.5f, 10, 2.8f, -0.12f);
-  EXPECT_LT(empty.r, 0.1f);
-  EXPECT_LT(empty.g, 0.1f);
+  const Rgb shield = panelPixel(-14.5f, 10, 2, 0.33f), fuel = panelPixel(-14.5f, 10, 1.25f, -0.12f),
+            empty = panelPixel(-14.5f, 10, 2.8f, -0.12f);
+  EXPECT_TRUE(shield.g > 0.9f && shield.r < 0.1f) << shield.r << " " << shield.g;
+  EXPECT_TRUE(fuel.r > 0.7f && fuel.g < 0.15f) << "a quarter-full tank: " << fuel.r << " " << fuel.g;
+  EXPECT_TRUE(empty.r < 0.1f && empty.g < 0.1f) << "the frame behind the empty end";
 }
 
 TEST_F(Panel, NegativeShieldIsClampedIntoThePlayer) {
