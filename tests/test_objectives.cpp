@@ -38,7 +38,7 @@ protected:
 
 // --- Capture the flower --------------------------------------------------------
 
-TEST_F(Objectives, FlowersStartHomeAndOnlyTeamsInPlayTakePart) {
+TEST_F(Objectives, FlowersStartHomeAndOnlyTeamsInPlayTakePartOrMove) {
   for (int i = 0; i < cpisteita; ++i) {
     EXPECT_EQ(cpiste[i].player, kukkaKotona);
     EXPECT_EQ(cpiste[i].enabled, i < 2) << i;  // teams 0 and 1 are in play
@@ -53,13 +53,10 @@ TEST_F(Objectives, FlowersStartHomeAndOnlyTeamsInPlayTakePart) {
   EXPECT_FLOAT_EQ(cpiste[1].x, -140);
   EXPECT_TRUE(cpiste[0].enabled);
   EXPECT_FALSE(cpiste[2].enabled);
-}
 
-TEST_F(Objectives, EnemiesTakeAFlowerFromHomeTeamMembersDoNot) {
-  asetu(0, 140, 97, 0);  // own flower: ignored
-  asetu(2, 143, 102, 1);
+  asetu(0, 140, -100, 0);  // on a disabled flower, which stays put
   laskeCPisteet();
-  EXPECT_EQ(cpiste[0].player, 2);
+  EXPECT_EQ(cpiste[2].player, kukkaKotona);
 }
 
 TEST_F(Objectives, CaptureNeedsTheCarriersOwnFlowerAtHome) {
@@ -107,7 +104,13 @@ TEST_F(Objectives, ADeadCarrierDropsTheFlowerWhereHeIs) {
   EXPECT_EQ(cpiste[0].player, kukkaPudonnut);
 }
 
-TEST_F(Objectives, ADroppedFlowerGoesToTheFirstPlayerNear) {
+TEST_F(Objectives, EnemiesTakeAFlowerFromHomeAndADroppedOneGoesToTheFirstPlayerNear) {
+  asetu(0, 140, 97, 0);  // own flower at home: ignored
+  asetu(2, 143, 102, 1);
+  laskeCPisteet();
+  EXPECT_EQ(cpiste[0].player, 2);
+  SetUp();
+
   cpiste[0].player = kukkaPudonnut;
   cpiste[0].x = 20;
   cpiste[0].y = 20;
@@ -122,12 +125,6 @@ TEST_F(Objectives, ADroppedFlowerGoesToTheFirstPlayerNear) {
   cpiste[0].y = 13.01f;  // player 1 within 7, player 0 not
   laskeCPisteet();
   EXPECT_EQ(cpiste[0].player, 1);
-}
-
-TEST_F(Objectives, DisabledFlowersStayPut) {
-  asetu(0, 140, -100, 0);
-  laskeCPisteet();
-  EXPECT_EQ(cpiste[2].player, kukkaKotona);
 }
 
 // --- Domination -------------------------------------------------------------------

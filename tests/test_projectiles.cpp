@@ -3,6 +3,7 @@
 
 #include <cmath>
 #include <cstring>
+#include <string>
 #include <vector>
 
 #include "audio.h"
@@ -26,7 +27,7 @@ TEST(Flight, ThePlanetSwallowsWithin8AndBendsWithin40) {
   EXPECT_EQ(reuna.aika, 999);
 }
 
-TEST(Hits, AShotHitsEveryShipItTouchesButNeverItsOwner) {
+TEST(Hits, AShotHitsEveryShipItTouchesButNeverItsOwnerAShieldOrAPlayerOutOfPlay) {
   maailma(3);
   Player& o = laita(0, 17, 0, 50);
   Player& a = laita(1, 0, 30, 30);
@@ -41,23 +42,15 @@ TEST(Hits, AShotHitsEveryShipItTouchesButNeverItsOwner) {
   EXPECT_FLOAT_EQ(b.energia, 40 - 2);
   EXPECT_FLOAT_EQ(a.xvauhti, 0.5f * 0.01f);
   EXPECT_FLOAT_EQ(b.yvauhti, -0.5f * 0.01f);
-}
 
-TEST(Hits, ShieldsAndPlayersOutOfPlayAreNeverHit) {
-  maailma(3);
-  Player& o = laita(0, 17, 0, 50);
-  Player& suoja = laita(1, 0, 30, 30);
-  suoja.suojapaalla = true;
-  Player& ulkona = laita(2, 3, -30, 30);
+  a.suojapaalla = true;  // a shield, and a player out of a credit game, are never hit
   pistepeli = true;
-  ulkona.pisteet = -1;
-  ammus(0, 0, 30, 30);
-  ammus(0, 1, -30, 30);
+  b.pisteet = -1;
+  ammus(0, 1, 30, 30);
   o.liikutaPadit();
   pistepeli = false;
-  EXPECT_EQ(suoja.energia, 50);
-  EXPECT_EQ(ulkona.energia, 40);
-  EXPECT_GT(o.pati[0].aika, 0);
+  EXPECT_FLOAT_EQ(a.energia, 50 - 2);
+  EXPECT_FLOAT_EQ(b.energia, 40 - 2);
   EXPECT_GT(o.pati[1].aika, 0);
 }
 
@@ -75,19 +68,6 @@ TEST(Hits, TheChargeBallHurtsByItsChargeAndCoolsTheGun) {
   o.liikutaPadit();
   EXPECT_FLOAT_EQ(k.energia, 40 - 2);
   EXPECT_EQ(o.ampumisviive, 0);  // a launched ball in another slot does not
-}
-
-TEST(Hits, HeavyShotsThrowSparksIntoFreeShards) {
-  maailma(2, 3);
-  Player& o = laita(0, 1, 0, 50);
-  laita(1, 3, 30, 30);
-  sirpale[0].aika = 7;  // a live shard stays as it is
-  ammus(0, 0, 30, 30);
-  o.liikutaPadit();
-  int kipinoita = 0;
-  for (const Sirpale& s : sirpale) kipinoita += s.aika > 0 && s.maxaika == 75;
-  EXPECT_EQ(kipinoita, 300);
-  EXPECT_EQ(sirpale[0].aika, 7);
 }
 
 TEST(Hits, SomeKindsTakeTheirDamageTwice) {
@@ -209,26 +189,21 @@ TEST(Mines, JitterInPlaceAndWanderersKeepTheirSpeed) {
   Pati& s = ammus(0, 0, 60, 60, 0.3f, 0.4f);
   for (int i = 0; i < 50; ++i) w.liikutaPadit();
   EXPECT_NEAR(std::hypot(s.xv, s.yv), 0.5, 1e-5);
-  EXPECT_NEAR(s.kulma, std::atan2(s.yv, s.xv) * 180 / 3.1415927f, 1e-3);
 }
 
 // ---- Shots against shots ----------------------------------------------------------
 
-TEST(ShotsBreak, TwoBreakingShotsWearEachOtherDown) {
+TEST(ShotsBreak, ShotsWearEachOtherDownOneBlowPerPairingButAnUnbreakableShotHitsThemAll) {
   maailma(2);
   laita(0, 0, 0, 100);
   laita(1, 3, 0, -100);
-  Pati& p = ammus(0, 0, 50, 50);  // 3 energy, ship damage 1
-  Pati& q = ammus(1, 0, 50.2f, 50);  // 3 energy, ship damage 3
+  Pati& r = ammus(0, 0, 50, 50);  // 3 energy, ship damage 1
+  Pati& t = ammus(1, 0, 50.2f, 50);  // 3 energy, ship damage 3
   player[0].tarkistaHajosikoPadit();
-  EXPECT_EQ(p.aika, 0);
-  EXPECT_FLOAT_EQ(q.energia, 2);
-  EXPECT_GT(q.aika, 0);
-}
+  EXPECT_EQ(r.aika, 0);
+  EXPECT_FLOAT_EQ(t.energia, 2);
+  EXPECT_GT(t.aika, 0);
 
-TEST(ShotsBreak, OneBlowPerPairingButAnUnbreakableShotHitsThemAll) {
-  maailma(2);
-  laita(0, 0, 0, 100);
   laita(1, 0, 0, -100);
   Pati& p = ammus(0, 0, 50, 50);
   Pati& q1 = ammus(1, 0, 50.1f, 50);
@@ -310,23 +285,19 @@ void suoraTarkistus(int a) {
 // Slots a scene fills per shot kind: beyond every ship's primary limit.
 const int taytetyt = 300;
 
-struct Kuva {
-  std::vector<Pati> padit;
-};
-
-Kuva ota() {
-  Kuva k;
+std::vector<Pati> ota() {
+  std::vector<Pati> k;
   for (int i = 0; i < players; ++i) {
-    k.padit.insert(k.padit.end(), player[i].pati, player[i].pati + taytetyt);
-    k.padit.insert(k.padit.end(), player[i].epati, player[i].epati + taytetyt);
+    k.insert(k.end(), player[i].pati, player[i].pati + taytetyt);
+    k.insert(k.end(), player[i].epati, player[i].epati + taytetyt);
   }
   return k;
 }
 
-void palauta(const Kuva& k) {
+void palauta(const std::vector<Pati>& k) {
   for (int i = 0; i < players; ++i) {
-    std::copy_n(k.padit.begin() + i * 2 * taytetyt, taytetyt, player[i].pati);
-    std::copy_n(k.padit.begin() + (i * 2 + 1) * taytetyt, taytetyt, player[i].epati);
+    std::copy_n(k.begin() + i * 2 * taytetyt, taytetyt, player[i].pati);
+    std::copy_n(k.begin() + (i * 2 + 1) * taytetyt, taytetyt, player[i].epati);
   }
 }
 
@@ -360,18 +331,18 @@ TEST(ShotsBreak, TheBroadPhaseGivesExactlyThePlainScansResult) {
   int kosketuksia = 0;
   for (unsigned siemen = 1; siemen <= 80; ++siemen) {
     satunnainenKohtaus(siemen);
-    const Kuva alku = ota();
+    const std::vector<Pati> alku = ota();
     for (int a = 0; a < players; ++a) suoraTarkistus(a);
-    const Kuva odotettu = ota();
+    const std::vector<Pati> odotettu = ota();
     palauta(alku);
     for (int a = 0; a < players; ++a) player[a].tarkistaHajosikoPadit();
-    const Kuva saatu = ota();
-    for (size_t i = 0; i < odotettu.padit.size(); ++i) {
-      const Pati &o = odotettu.padit[i], &s = saatu.padit[i];
-      ASSERT_EQ(o.aika, s.aika) << "seed " << siemen << " slot " << i;
-      ASSERT_EQ(std::memcmp(&o.energia, &s.energia, sizeof o.energia), 0)
-          << "seed " << siemen << " slot " << i;
-      kosketuksia += o.energia != alku.padit[i].energia;
+    const std::vector<Pati> saatu = ota();
+    for (size_t i = 0; i < odotettu.size(); ++i) {
+      SCOPED_TRACE("seed " + std::to_string(siemen) + " slot " + std::to_string(i));
+      const Pati &o = odotettu[i], &s = saatu[i];
+      ASSERT_EQ(o.aika, s.aika);
+      ASSERT_EQ(std::memcmp(&o.energia, &s.energia, sizeof o.energia), 0);
+      kosketuksia += o.energia != alku[i].energia;
     }
   }
   pistepeli = false;

@@ -55,7 +55,7 @@ TEST(CommonShot, AClientOnlyCoolsDownPlaysAndRecoils) {
   EXPECT_NEAR(q.xvauhti, 0.2 - (0.65 + 0.2) * 0.2, 1e-6);
 }
 
-TEST(SpawnPatterns, TwinGunsAndBroadsideAndFanAndScatter) {
+TEST(SpawnPatterns, TwinGunsFanScatterAndMines) {
   maailma(1);
   Player& p = laita(0, 0, 0, 0, 0);
   p.ammu();
@@ -85,6 +85,14 @@ TEST(SpawnPatterns, TwinGunsAndBroadsideAndFanAndScatter) {
     EXPECT_LE(std::fabs(std::atan2(h.pati[k].yv, h.pati[k].xv)), rad(20) + 1e-6);
     EXPECT_FLOAT_EQ(h.pati[k].energia, 300);  // the special energy
   }
+
+  Player& m = laita(0, 15, 5, 5, 0);  // mines: dropped motionless near the ship
+  for (int k = 0; k < 50; ++k) m.ammu();
+  for (int k = 0; k < 50; ++k) {
+    EXPECT_LE(std::fabs(m.pati[k].x - 5), 1.0f);
+    EXPECT_LE(std::fabs(m.pati[k].y - 5), 1.0f);
+    EXPECT_EQ(m.pati[k].xv, 0);
+  }
 }
 
 TEST(SpawnPatterns, AlternatingGunsSwapSidesAndSideZeroFiresStraight) {
@@ -102,17 +110,6 @@ TEST(SpawnPatterns, AlternatingGunsSwapSidesAndSideZeroFiresStraight) {
   EXPECT_NEAR(p.pati[3].y, 0, 1e-6);
 }
 
-TEST(SpawnPatterns, MinesAreDroppedMotionlessNearTheShip) {
-  maailma(1);
-  Player& m = laita(0, 15, 5, 5, 0);
-  for (int k = 0; k < 50; ++k) m.ammu();
-  for (int k = 0; k < 50; ++k) {
-    EXPECT_LE(std::fabs(m.pati[k].x - 5), 1.0f);
-    EXPECT_LE(std::fabs(m.pati[k].y - 5), 1.0f);
-    EXPECT_EQ(m.pati[k].xv, 0);
-  }
-}
-
 TEST(ClusterBomb, OnlyOneBombFliesAndOnlyThenIsFuelTaken) {
   maailma(1);
   Player& p = laita(0, 4, 0, 0, 0);
@@ -126,7 +123,7 @@ TEST(ClusterBomb, OnlyOneBombFliesAndOnlyThenIsFuelTaken) {
   EXPECT_EQ(p.ampumisviive, 0);
 }
 
-TEST(ChargeShot, GrowsWhileHeldWithinItsLimitsAndFliesOnRelease) {
+TEST(ChargeShot, GrowsWhileHeldUpToItsLimitAndFliesOnRelease) {
   maailma(1);
   Player& p = laita(0, 13, 0, 0, 0);
   p.pfire = true;
@@ -134,21 +131,11 @@ TEST(ChargeShot, GrowsWhileHeldWithinItsLimitsAndFliesOnRelease) {
   Pati& pallo = p.pati[0];
   for (int k = 0; k < 5; ++k) p.ammu();
   EXPECT_EQ(pallo.energia, 105);
-  EXPECT_NEAR(pallo.g, 0.995, 1e-6);
   EXPECT_EQ(p.fuel, 30);  // charging is free
 
   pallo.energia = 1999;
-  pallo.r = 0.9995f;
-  pallo.g = 0.0005f;
-  p.ammu();
-  p.ammu();
-  p.ammu();
+  for (int k = 0; k < 3; ++k) p.ammu();
   EXPECT_EQ(pallo.energia, 2000);  // stops exactly there
-  pallo.r = 1.0f;
-  pallo.g = 0;
-  p.ammu();
-  EXPECT_EQ(pallo.r, 1.0f);
-  EXPECT_EQ(pallo.g, 0);
 
   p.x = 5;
   p.pfire = false;
@@ -210,13 +197,8 @@ TEST(Zap, PrefersShipsSparesTeamMatesAndShields) {
   EXPECT_NEAR(p.asekulma, 90, 1e-4);
 }
 
-TEST(Zap, AMissDrawsTheLineAheadAndType18RandomisesTheDamage) {
+TEST(Zap, Type18RandomisesTheDamage) {
   maailma(2);
-  Player& p = laita(0, 6, 0, 0, 90);
-  laita(1, 0, 100, 100);
-  p.ammu();
-  EXPECT_NEAR(p.viivat[0].y1, 15, 1e-5);
-
   Player& r = laita(0, 18, 0, 0, 0);
   Player& k = laita(1, 0, 10, 0);
   for (int i = 0; i < 50; ++i) {
