@@ -39,26 +39,15 @@ void aanellinenKataloogi() {
 
 }  // namespace
 
-// Spot checks of each table column: a column read into the wrong field shows.
-TEST(Catalogue, TableColumnsLandInTheirFieldsWithWidenedFloatsKept) {
+// The fields the table fills from single-precision constants keep the widened value,
+// not the nearest double to the decimal; fields written as doubles stay exact.
+TEST(Catalogue, WidenedFloatsAreKeptAndEveryShipNamesItsOwnWeapons) {
   kataloogi();
-  EXPECT_EQ(alus[6].nopeus, 0.31);
-  EXPECT_EQ(alus[23].tankkaus, 0.035);
-  EXPECT_EQ(alus[15].patiaika, 4000);
-  EXPECT_EQ(alus[4].easevauhti, 0.0055);
-  EXPECT_EQ(alus[8].maxpadit, 200);
-  EXPECT_EQ(alus[16].maxepadit, 1000);
-  EXPECT_EQ(alus[20].energia, 54);
-  EXPECT_TRUE(alus[13].patihajottaa);
-  EXPECT_FALSE(alus[13].patiVoiHajota);
-  // Single-precision constants widened: not the nearest double to the decimal.
   EXPECT_EQ(alus[0].sade, 2.5999999046325684);
-  EXPECT_EQ(alus[11].sade, 3.0);
   EXPECT_EQ(alus[8].kaantonopeus, (double)2.4f);
-  EXPECT_EQ(alus[3].kaantonopeus, 2.3);  // written as a double
+  EXPECT_EQ(alus[3].kaantonopeus, 2.3);
   EXPECT_EQ(alus[14].patinopeus, (double)0.007f);
   EXPECT_EQ(alus[5].epatisade, (double)0.45f);
-  EXPECT_EQ(alus[7].edamage, (double)2.1f);
   for (int n = 0; n < alustyyppeja; ++n) {
     EXPECT_EQ(alus[n].aselaji, n);
     EXPECT_EQ(alus[n].easelaji, n);
@@ -99,7 +88,6 @@ TEST(CatalogueSounds, SharedSlotsShareTheSampleAndVolumesFollowTheTable) {
     for (auto paikka : paikat) EXPECT_TRUE(!(alus[n].*paikka) || (alus[n].*paikka)->sample) << "ship " << n;
   EXPECT_EQ(alus[8].ampumisaani->sample, alus[0].ampumisaani->sample);
   EXPECT_EQ(alus[0].osumisaani->sample, alus[0].ampumisaani->sample);
-  EXPECT_EQ(alus[2].osumisaani->sample, alus[0].ampumisaani->sample);
   EXPECT_EQ(alus[3].eampumisaani->sample, alus[1].ampumisaani->sample);
   EXPECT_EQ(alus[3].osumisaani->sample, alus[1].osumisaani->sample);
   EXPECT_NE(alus[3].ampumisaani->sample, alus[1].ampumisaani->sample);
@@ -108,10 +96,8 @@ TEST(CatalogueSounds, SharedSlotsShareTheSampleAndVolumesFollowTheTable) {
 
   sets.soundvolume = 80;
   setSoundVolumes();
-  EXPECT_FLOAT_EQ(alus[12].ampumisaani->volume, 0.8f * 0.34f);
-  EXPECT_FLOAT_EQ(alus[6].eampumisaani->volume, 0.8f * 0.125f);
-  EXPECT_EQ(alus[15].osumisaani->volume, 0.0f);
-  EXPECT_EQ(alus[15].eosumisaani->volume, 0.0f);
+  EXPECT_FLOAT_EQ(alus[12].ampumisaani->volume, 0.8f * 0.34f);  // the table's level times the setting
+  EXPECT_EQ(alus[15].osumisaani->volume, 0.0f);  // loaded but muted on purpose
   dserver = true;
   alota();
   uninitAudio();
@@ -175,9 +161,8 @@ TEST(PlayerLifeCycle, TakingAShipReallocatesClearedArrays) {
   p.asetaAlus(alus[2]);
   EXPECT_EQ(p.pati[7].aika, 0);
   EXPECT_EQ(p.alkusirpale[4].aika, 0);
-  EXPECT_FALSE(p.laseraani || p.suojapaalla);
-  EXPECT_EQ(p.ampumisjuttu, 0);
-  EXPECT_EQ(p.energia, 13);
+  EXPECT_FALSE(p.laseraani || p.suojapaalla || p.ampumisjuttu != 0);
+  EXPECT_EQ(p.energia, (float)alus[2].energia);
   // The after-image starts along x, spaced by the ship's thrust value.
   EXPECT_FLOAT_EQ(p.xhanta[11], (float)(p.x - 11 * alus[2].nopeus));
   EXPECT_EQ(p.kulmahanta[11], 30);

@@ -61,7 +61,7 @@ TEST_F(Keyboard, EachKeyDrivesOneInputOfOnePresentPlayer) {
   }
 }
 
-TEST_F(Keyboard, CtrlTrackingAndTheUncheckedReleases) {
+TEST_F(Keyboard, CtrlTrackingUncheckedReleasesAndOneShotFlags) {
   players = 1;
   key(true, SDLK_LCTRL);
   EXPECT_TRUE(lctrl);  // tracked even without a second player
@@ -75,21 +75,16 @@ TEST_F(Keyboard, CtrlTrackingAndTheUncheckedReleases) {
   EXPECT_TRUE(player[1].pylos);  // W's release still needs two players
   key(false, SDLK_RCTRL);
   EXPECT_FALSE(rctrl);
-}
-
-TEST_F(Keyboard, OneShotFlagsSurviveTheirRelease) {
+  // Space, Enter and Escape stay pressed past their release until a screen takes them.
   for (SDLKey k : {SDLK_SPACE, SDLK_RETURN, SDLK_ESCAPE}) key(true, k), key(false, k);
   EXPECT_TRUE(spacepressed && entterpressed && escpressed);
-  EXPECT_EQ(inputsHeld(), 0);
 }
 
 TEST_F(Keyboard, TextEntryTakesCharactersWhileModifiersStillSteer) {
   luetaan = 1;
   testing::internal::CaptureStdout();
   key(true, SDLK_w, 'w');
-  EXPECT_EQ(luettunappi, 'w');
-  EXPECT_EQ(luetaan, 2);
-  EXPECT_EQ(sdlnappi, SDLK_w);
+  EXPECT_TRUE(luettunappi == 'w' && luetaan == 2 && sdlnappi == SDLK_w);
   EXPECT_FALSE(player[1].pylos);
   key(true, SDLK_LCTRL);
   key(true, SDLK_RSHIFT);
@@ -129,10 +124,8 @@ TEST_F(Keyboard, EventPumpDeliversKeysAndResizes) {
   resize.resize = {SDL_VIDEORESIZE, 400, 300};
   push(resize);
   processEvents();
-  EXPECT_FALSE(player[0].pylos);
-  EXPECT_TRUE(player[1].pright);
-  EXPECT_EQ(screenwidth, 400);
-  EXPECT_EQ(screenheight, 300);
+  EXPECT_TRUE(!player[0].pylos && player[1].pright);
+  EXPECT_TRUE(screenwidth == 400 && screenheight == 300) << screenwidth << "x" << screenheight;
   EXPECT_EQ(SDL_PollEvent(nullptr), 0);  // drained
 }
 

@@ -54,7 +54,6 @@ protected:
     starttime = 0;
     framecounter = oldframecounter = 0;
     calculatefps = 100;
-    seuraava = 0;
     unohdaNapit();
   }
   void TearDown() override { unohdaNapit(); }
@@ -62,6 +61,7 @@ protected:
   bool aja(const std::string& nappainjono) {
     testing::internal::CaptureStdout();  // the save prints a trace
     nappaimet = nappainjono;
+    seuraava = 0;
     asetusmenu();
     testing::internal::GetCapturedStdout();
     return FakeClock::sleeps <= vahtiraja && seuraava == nappaimet.size();
@@ -85,10 +85,8 @@ TEST_F(SettingsMenu, ApplyCopiesTheValuesIntoTheGameAndSavesThem) {
   EXPECT_DOUBLE_EQ(fullcredits, 210);
   EXPECT_FLOAT_EQ(sets.musicvolume, 95);
   const std::string tiedosto = tallennettu();
-  EXPECT_TRUE(sisaltaa(tiedosto, "players=5;")) << tiedosto;
-  EXPECT_TRUE(sisaltaa(tiedosto, "credits=210;"));
-  EXPECT_TRUE(sisaltaa(tiedosto, "music volume=95;"));
-  EXPECT_TRUE(sisaltaa(tiedosto, "screenwidth=320;"));
+  for (const char* rivi : {"players=5;", "credits=210;", "music volume=95;", "screenwidth=320;"})
+    EXPECT_TRUE(sisaltaa(tiedosto, rivi)) << rivi << " in\n" << tiedosto;
 }
 
 TEST_F(SettingsMenu, ValuesStayInTheirRanges) {
@@ -101,15 +99,12 @@ TEST_F(SettingsMenu, ValuesStayInTheirRanges) {
   EXPECT_EQ(sirpaleita, sets.maxdetail * 500 + 1000);
 }
 
-TEST_F(SettingsMenu, EscapeLeavesWithoutApplying) {
+TEST_F(SettingsMenu, EscapeLeavesWithoutApplyingAndApplySaveAndExitIsUpFromTheTop) {
   ASSERT_TRUE(aja("ddrr" "dddr" "x"));
   EXPECT_EQ(sets.playermaara, 3);
   EXPECT_EQ(players, 3);
   EXPECT_DOUBLE_EQ(fullcredits, 200);
   EXPECT_FALSE(testutil::shell("test -e " + kansio.file("sets.txt")) == 0);
-}
-
-TEST_F(SettingsMenu, ApplySaveAndExitIsOneStepUpFromTheTop) {
   ASSERT_TRUE(aja("u" "e"));  // up from the first entry wraps to the last
   EXPECT_TRUE(sisaltaa(tallennettu(), "players=3;"));
 }
@@ -137,11 +132,9 @@ TEST_F(SettingsMenu, PlayerSetupChangesPilotsTeamsAndComputerSettings) {
   EXPECT_EQ(sets.ai, 1);
   EXPECT_EQ(ai, 1);
   const std::string tiedosto = tallennettu();
-  EXPECT_TRUE(sisaltaa(tiedosto, "player1ihmispelaaja=0;"));
-  EXPECT_TRUE(sisaltaa(tiedosto, "player1team=16;"));
-  EXPECT_TRUE(sisaltaa(tiedosto, "player2team=3;"));
-  EXPECT_TRUE(sisaltaa(tiedosto, "ai vs ai=1;"));
-  EXPECT_TRUE(sisaltaa(tiedosto, "testopponent=1;"));
+  for (const char* rivi :
+       {"player1ihmispelaaja=0;", "player1team=16;", "player2team=3;", "ai vs ai=1;", "testopponent=1;"})
+    EXPECT_TRUE(sisaltaa(tiedosto, rivi)) << rivi << " in\n" << tiedosto;
 }
 
 TEST_F(SettingsMenu, TeamsNeverReachTheFlowerCount) {

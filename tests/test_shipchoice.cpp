@@ -47,31 +47,34 @@ TEST_F(ShipChoice, CursorKeysWrapOverTheShipsAndTheRandomEntry) {
   EXPECT_FALSE(entterpressed);
 }
 
-TEST_F(ShipChoice, AnUnaffordableShipMovesTheCursorToShipTwo) {
+TEST_F(ShipChoice, BuyingTakesOnlyWhatThePlayerCanPayFor) {
   p.pisteet = 20;
-  int kursori = 16;  // costs 47
+  int kursori = 16;  // costs 47: the cursor moves to ship 2 and nothing is bought
   EXPECT_FALSE(ostaValinta(0, kursori));
   EXPECT_EQ(kursori, 2);
   EXPECT_FLOAT_EQ(p.pisteet, 20);
   EXPECT_EQ(p.alus.numero, 0);
-
   EXPECT_TRUE(ostaValinta(0, kursori));
   EXPECT_EQ(p.alus.numero, 2);
   EXPECT_FLOAT_EQ(p.pisteet, 20 - 9);
-}
 
-TEST_F(ShipChoice, TheRandomEntryOnlyBuysAffordableShips) {
-  std::set<int> saadut;
+  std::set<int> saadut;  // the random entry draws among the affordable ships only
   for (unsigned siemen = 1; siemen <= 200; ++siemen) {
     srand(siemen);
     p.pisteet = 17;
-    int kursori = satunnainenKohta;
+    kursori = satunnainenKohta;
     ASSERT_TRUE(ostaValinta(0, kursori));
     EXPECT_LE(alus[p.alus.numero].pistemaara, 17);
     EXPECT_FLOAT_EQ(p.pisteet, 17 - float(alus[p.alus.numero].pistemaara));
     saadut.insert(p.alus.numero);
   }
   EXPECT_GT(saadut.size(), 4u);  // still a real draw among those
+
+  const int ennen = p.alus.numero;
+  p.pisteet = 8;  // the cheapest ship costs 9: the player is out
+  valitseAlus(0);
+  EXPECT_FLOAT_EQ(p.pisteet, -1);
+  EXPECT_EQ(p.alus.numero, ennen);
 }
 
 // The enemy is the first player of another team; its ship decides the answers.
@@ -105,16 +108,14 @@ TEST_F(ShipChoice, ComputerPilotWithoutEnemiesOrMoneyPicksAnAffordableShip) {
     ilmanVihollista.insert(tietokoneenKohde(0));
   }
   EXPECT_GT(ilmanVihollista.size(), 10u);
-  EXPECT_GE(*ilmanVihollista.begin(), 0);
-  EXPECT_LE(*ilmanVihollista.rbegin(), 23);
+  EXPECT_TRUE(*ilmanVihollista.begin() >= 0 && *ilmanVihollista.rbegin() <= 23);
 
   simscene::laita(2, 3, 0, 100);  // an enemy the pilot would meet with the random entry
   p.pisteet = 16;
   for (unsigned siemen = 1; siemen <= 300; ++siemen) {
     srand(siemen);
     const int t = tietokoneenKohde(0);
-    ASSERT_GE(t, 0);
-    ASSERT_LT(t, 24);
+    ASSERT_TRUE(t >= 0 && t < 24) << t;
     EXPECT_LE(alus[t].pistemaara, 16);
   }
 }
@@ -162,13 +163,6 @@ TEST_F(ShipChoice, ComputerPilotsOfABigGameChooseWithoutAScreen) {
     EXPECT_FLOAT_EQ(player[i].pisteet, 100 - float(player[i].alus.pistemaara)) << i;
     EXPECT_FALSE(player[i].pylos || player[i].palas || player[i].pfire);
   }
-}
-
-TEST_F(ShipChoice, APlayerWhoCannotPayForAnyShipIsOut) {
-  p.pisteet = 8;  // the cheapest ship costs 9
-  valitseAlus(0);
-  EXPECT_FLOAT_EQ(p.pisteet, -1);
-  EXPECT_EQ(p.alus.numero, 0);
 }
 
 // --- The screen, with a fake clock.

@@ -15,6 +15,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <array>
 #include <atomic>
 #include <cmath>
 #include <cstdint>
@@ -216,13 +217,11 @@ TEST_F(GeneratedAudio, EverySampleIsAShortLoudCleanMonoWavOfItsOwnThatTheMixerLo
     EXPECT_EQ(wav.muoto.channels, 1);
     EXPECT_TRUE(wav.muoto.freq == 22050 || wav.muoto.freq == 44100) << wav.muoto.freq;
     const Range range = lengthRange(path);
-    EXPECT_GE(wav.seconds(), range.low);
-    EXPECT_LE(wav.seconds(), range.high);
+    EXPECT_TRUE(wav.seconds() >= range.low && wav.seconds() <= range.high) << wav.seconds();
 
     // Normalised near -1 dBFS: clearly audible, never clipped.
     const int peak = peakOf(wav.samples, 0, wav.samples.size());
-    EXPECT_GT(peak, 26000);
-    EXPECT_LT(peak, 32767);
+    EXPECT_TRUE(peak > 26000 && peak < 32767) << peak;
     EXPECT_EQ(std::count(seen.begin(), seen.end(), wav.samples), 0);  // every ship sounds its own
     seen.push_back(wav.samples);
     if (path == dataPath(kLaserLoop)) continue;
@@ -254,8 +253,7 @@ TEST_F(GeneratedAudio, LaserLoopJoinsWithoutAJumpStartsQuietlyAndIsNotFaded) {
 TEST_F(GeneratedAudio, StartMusicIsAnAbout10SecondMp3ThatPlays) {
   const std::string path = dataPath("musics/StartMusic/start.mp3");
   const double seconds = mp3Seconds(testutil::readFile(path));
-  EXPECT_GE(seconds, 8.0);
-  EXPECT_LE(seconds, 12.5);
+  EXPECT_TRUE(seconds >= 8.0 && seconds <= 12.5) << seconds;
   expectLoadsAndPlays(path);
   // The intro's music callback asks for it by a backslash path, one file name here.
   const std::string backslashed = dataPath("musics\\StartMusic\\start.mp3");
@@ -269,28 +267,24 @@ TEST_F(GeneratedAudio, PlaylistHasSongsOfOneToThreeMinutesThatPlay) {
   for (const std::string& path : songs) {
     SCOPED_TRACE(path);
     const double seconds = songSeconds(path);
-    EXPECT_GE(seconds, 60.0);
-    EXPECT_LE(seconds, 180.0);
+    EXPECT_TRUE(seconds >= 60.0 && seconds <= 180.0) << seconds;
     expectLoadsAndPlays(path);
   }
 }
 
 // ---- The generator's toolkit ----
 
+// A note as (first step, length, pitch), for comparing whole lines at once.
+std::vector<std::array<int, 3>> asTriples(const std::vector<score::Note>& notes) {
+  std::vector<std::array<int, 3>> out;
+  for (const score::Note& n : notes) out.push_back({n.step, n.length, n.pitch});
+  return out;
+}
+
 TEST(SoundScore, MelodyLinesHoldRestAndSpellAccidentals) {
-  const std::vector<score::Note> notes = score::parse("A4 - - . Bb3 C#5 - x - E5");
-  ASSERT_EQ(notes.size(), 4u);
-  EXPECT_EQ(notes[0].pitch, 69);
-  EXPECT_EQ(notes[0].step, 0);
-  EXPECT_EQ(notes[0].length, 3);
-  EXPECT_EQ(notes[1].pitch, 58);
-  EXPECT_EQ(notes[1].step, 4);
-  EXPECT_EQ(notes[1].length, 1);
-  EXPECT_EQ(notes[2].pitch, 73);
-  EXPECT_EQ(notes[2].length, 2);
   // An unknown word silences the line like a rest: the hold after it starts nothing.
-  EXPECT_EQ(notes[3].pitch, 76);
-  EXPECT_EQ(notes[3].step, 9);
+  EXPECT_EQ(asTriples(score::parse("A4 - - . Bb3 C#5 - x - E5")),
+            (std::vector<std::array<int, 3>>{{0, 3, 69}, {4, 1, 58}, {5, 2, 73}, {9, 1, 76}}));
   EXPECT_EQ(score::pitchOf("Cb4"), 59);
   EXPECT_EQ(score::pitchOf("B#3"), 60);
   EXPECT_EQ(score::pitchOf("H4"), -1);
@@ -319,13 +313,10 @@ TEST(SoundScore, ChordsAreVoicedCloseWithTheRootInTheBass) {
 
 TEST(SoundScore, FiguresWalkTheChordAndDrumLinesSkipSpaces) {
   const score::Chord am = score::chord("Am");
-  const std::vector<score::Note> arp = score::figure("0123 R.-O", am);
-  ASSERT_EQ(arp.size(), 6u);
-  EXPECT_EQ(arp[3].pitch, 57 + 12);  // past the last tone: the first one an octave up
-  EXPECT_EQ(arp[4].pitch, 45);
-  EXPECT_EQ(arp[4].length, 2);
-  EXPECT_EQ(arp[5].pitch, 57);
-  EXPECT_EQ(arp[5].step, 7);
+  // Past the last tone comes the first one an octave up; R is the bass, O the root.
+  EXPECT_EQ(asTriples(score::figure("0123 R.-O", am)),
+            (std::vector<std::array<int, 3>>{
+                {0, 1, 57}, {1, 1, 60}, {2, 1, 64}, {3, 1, 69}, {4, 2, 45}, {7, 1, 57}}));
   EXPECT_EQ(score::hits("x... ..x. x"), (std::vector<int>{0, 6, 8}));
 }
 
@@ -412,9 +403,9 @@ TEST_F(GeneratedAudio, ModuleWriterLaysOutHeadersPatternsAndDeltaSamples) {
   EXPECT_EQ(le(b, instrument, 4), 263u);
   EXPECT_EQ(b.compare(instrument + 4, 6, "square"), 0);
   const size_t sample = instrument + 263;
-  EXPECT_EQ(le(b, sample, 4), 800u);       // length in bytes
-  EXPECT_EQ(le(b, sample + 4, 4), 200u);   // loop start in bytes
-  EXPECT_EQ(le(b, sample + 8, 4), 600u);   // loop length in bytes
+  // Length, loop start and loop length in bytes.
+  EXPECT_EQ((std::array<uint32_t, 3>{le(b, sample, 4), le(b, sample + 4, 4), le(b, sample + 8, 4)}),
+            (std::array<uint32_t, 3>{800, 200, 600}));
   EXPECT_EQ(static_cast<uint8_t>(b[sample + 14]), 0x11);  // 16-bit, forward loop
   // Delta coding decodes back to the data.
   ASSERT_EQ(b.size(), sample + 40 + 800);

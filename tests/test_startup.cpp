@@ -6,7 +6,6 @@
 
 #include <chrono>
 #include <cstdlib>
-#include <cstring>
 #include <memory>
 #include <string>
 #include <thread>
@@ -44,16 +43,6 @@ std::unique_ptr<ChildProcess> startGameWindow(const std::string& dir) {
   }
 }
 
-bool inOrder(const std::string& text, std::initializer_list<const char*> parts) {
-  size_t at = 0;
-  for (const char* part : parts) {
-    at = text.find(part, at);
-    if (at == std::string::npos) return false;
-    at += strlen(part);
-  }
-  return true;
-}
-
 TEST(Startup, DedicatedModeInitialisesAndExitsWithoutADisplay) {
   testutil::TempDir dir;
   ChildProcess::Options o = gameOptions(dir.path());
@@ -77,27 +66,9 @@ protected:
   testutil::TempDir dir;
 };
 
-TEST_F(GameRun, EscapeQuitsWithStatusZeroAndStatistics) {
-  const auto started = startGameWindow(dir.path());
-  ChildProcess& game = *started;
-  if (game.running()) {
-    testutil::sendKey("Vorta", "space");  // skips the intro
-    for (int i = 0; i < 50 && game.running(); i++) {
-      testutil::sendKey("Vorta", "Escape");
-      std::this_thread::sleep_for(std::chrono::milliseconds(200));
-    }
-  }
-  ASSERT_TRUE(game.waitExit(30000)) << game.output();
-  const std::string out = game.output();
-  EXPECT_EQ(game.exitStatus(), 0) << out;
-  EXPECT_TRUE(contains(out, "dedicated mode=false\n")) << out;
-  EXPECT_TRUE(contains(out, "Initialized in 640x480 resolution\n")) << out;
-  EXPECT_TRUE(inOrder(out, {"\nframes drawn: ", "\nframes drawn: ", ", calculated frames:", "\ntime: ",
-                            " secs\ndrawn fps: ", "\ncalculated fps: 100\n"}))
-      << out;
-}
-
-TEST_F(GameRun, MainMenuIsDrawnAfterTheIntroIsSkipped) {
+// One run of the real game: past the intro to a drawn main menu, then out by Escape
+// with the exit statistics (their exact layout is pinned in-process below).
+TEST_F(GameRun, MainMenuIsDrawnAfterTheIntroAndEscapeQuitsCleanly) {
   const auto started = startGameWindow(dir.path());
   ChildProcess& game = *started;
   ASSERT_TRUE(game.running()) << "no window; output:\n" << game.output();
@@ -114,9 +85,17 @@ TEST_F(GameRun, MainMenuIsDrawnAfterTheIntroIsSkipped) {
   }
   EXPECT_TRUE(drawn) << game.output();
   ASSERT_TRUE(game.running()) << "the game left before Escape:\n" << game.output();
-  testutil::sendKey("Vorta", "Escape");
-  ASSERT_TRUE(game.waitExit(20000)) << game.output();
-  EXPECT_EQ(game.exitStatus(), 0) << game.output();
+  // A busy X server now and then drops a key: Escape again until the game goes.
+  for (int i = 0; i < 50 && game.running(); i++) {
+    testutil::sendKey("Vorta", "Escape");
+    std::this_thread::sleep_for(std::chrono::milliseconds(200));
+  }
+  ASSERT_TRUE(game.waitExit(30000)) << game.output();
+  const std::string out = game.output();
+  EXPECT_EQ(game.exitStatus(), 0) << out;
+  EXPECT_TRUE(contains(out, "dedicated mode=false\n")) << out;
+  EXPECT_TRUE(contains(out, "Initialized in 640x480 resolution\n")) << out;
+  EXPECT_TRUE(contains(out, "\nframes drawn: ") && contains(out, "\ncalculated fps: 100\n")) << out;
 }
 
 // In-process: exitProgram and the statistics, run in a child by the death test.
