@@ -174,23 +174,26 @@ void unohdaNapit() {
   p.pylos = p.palas = p.pleft = p.pright = p.pfire = false;
 }
 
-void mainmenu() {
-  saavalita = true;
-  const int last = debugmode ? 5 : 4;
-  int item = 0;
+void valikkoSilmukka(int viimeinen, void (*avaa)(int), void (*piirra)(int), bool nuolet) {
+  int kohta = 0;
   for (;;) {
     processEvents();
-    pyoritaNuolia();
+    if (nuolet) pyoritaNuolia();
     joinpeli = hostpeli = false;
-    if (valikonSyote(item, last)) {
-      if (item == last) return;
-      avaa(item);
+    if (valikonSyote(kohta, viimeinen)) {
+      if (kohta == viimeinen) return;
+      avaa(kohta);
       unohdaNapit();
     }
     waitNextFrame();
-    drawmenu(item);
+    piirra(kohta);
     updateAudio();
   }
+}
+
+void mainmenu() {
+  saavalita = true;
+  valikkoSilmukka(debugmode ? 5 : 4, avaa, drawmenu, true);
 }
 
 void drawmenu(int item) {

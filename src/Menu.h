@@ -16,3 +16,7 @@ void playerMenu();
 bool valikonSyote(int& item, int last);
 // Forgets keys still held when a screen returns to the menu.
 void unohdaNapit();
+// Runs a menu of entries 0..viimeinen until the last is chosen: each pass reads the
+// keys, opens the chosen entry's screen with `avaa` and draws the menu with `piirra`;
+// `nuolet` spins the menu arrows.
+void valikkoSilmukka(int viimeinen, void (*avaa)(int), void (*piirra)(int), bool nuolet);

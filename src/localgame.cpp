@@ -159,21 +159,7 @@ void pelaa(const Pelisilmukka& silmukka) {
   if (voitettu) voittoruutu();
 }
 
-void onePlayerGameMenu() {
-  int kohta = 0;
-  for (;;) {
-    processEvents();
-    joinpeli = hostpeli = false;
-    if (valikonSyote(kohta, kohtaPoistu)) {
-      if (kohta == kohtaPoistu) return;
-      avaaKohta(kohta);
-      unohdaNapit();
-    }
-    waitNextFrame();
-    drawOnePlayerGameMenu(kohta);
-    updateAudio();
-  }
-}
+void onePlayerGameMenu() { valikkoSilmukka(kohtaPoistu, avaaKohta, drawOnePlayerGameMenu, false); }
 
 void drawOnePlayerGameMenu(int selected) {
   glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);
