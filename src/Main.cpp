@@ -165,21 +165,14 @@ void prepareVideo() {
   setWindowIcon();
 }
 
-SDL_Surface* trySetVideoMode(int width, int height, Uint32 extraFlags) {
-  SDL_Surface* surface = SDL_SetVideoMode(width, height, screenbpp, SDL_OPENGL | SDL_RESIZABLE | extraFlags);
-  if (!surface)
-    fprintf(stderr, "Couldn't set %i*%i*%i opengl video mode: %s\n", width, height, screenbpp, SDL_GetError());
-  return surface;
-}
-
 // A full-screen mode that fails falls back to 640 x 480 in a window, and the
 // settings remember that so a later save keeps a mode that works.
 void openWindow() {
   SDL_Surface* surface;
   if (sets.fullscreen > 0) {
-    surface = trySetVideoMode(screenwidth, screenheight, SDL_FULLSCREEN);
+    surface = setVideoMode(screenwidth, screenheight, true);
     if (!surface) {
-      surface = trySetVideoMode(640, 480, 0);
+      surface = setVideoMode(640, 480, false);
       if (!surface) exitProgram(-1);
       sets.width = screenwidth = 640;
       sets.height = screenheight = 480;
@@ -187,7 +180,7 @@ void openWindow() {
     }
     SDL_ShowCursor(SDL_DISABLE);
   } else {
-    surface = trySetVideoMode(screenwidth, screenheight, 0);
+    surface = setVideoMode(screenwidth, screenheight, false);
     if (!surface) exitProgram(-1);
   }
   printf("Initialized in %ix%i resolution\n", surface->w, surface->h);
@@ -293,8 +286,10 @@ void startUp(int argc, char** argv) {
   if (musicAllowed()) startIntroMusic();
   if (!dserver) runIntro();
   if (musicAllowed()) backgroundsong->stop();
-  alotettu = true;
-  if (!dserver) setupOpengl(screenwidth, screenheight);
+  if (!dserver) {  // a dedicated start runs no intro, so it never counts as started
+    alotettu = true;
+    setupOpengl(screenwidth, screenheight);
+  }
   framecounter = 0;
   nykymusa = 1;
   camposx = camposy = 0;
@@ -375,11 +370,19 @@ void resizeWindow(int width, int height) {
   // The X11 window only takes the new size through the video mode; an OpenGL
   // mode of the same flags keeps its context.
   if (SDL_Surface* surface = SDL_GetVideoSurface())
-    SDL_SetVideoMode(width, height, screenbpp, surface->flags & (SDL_OPENGL | SDL_RESIZABLE | SDL_FULLSCREEN));
+    setVideoMode(width, height, (surface->flags & SDL_FULLSCREEN) != 0);
   ReSizeGLScene(width, height);
 }
 
 }  // namespace
+
+SDL_Surface* setVideoMode(int width, int height, bool fullScreen) {
+  SDL_Surface* surface =
+      SDL_SetVideoMode(width, height, screenbpp, SDL_OPENGL | SDL_RESIZABLE | (fullScreen ? SDL_FULLSCREEN : 0));
+  if (!surface)
+    fprintf(stderr, "Couldn't set %i*%i*%i opengl video mode: %s\n", width, height, screenbpp, SDL_GetError());
+  return surface;
+}
 
 Uint32 (*pacingTicks)() = realTicks;
 void (*pacingDelay)(Uint32 ms) = realDelay;

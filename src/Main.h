@@ -11,6 +11,9 @@ extern int screenwidth, screenheight, screenbpp;
 extern bool fullscreen;
 extern SDL_Rect** modes;
 extern int modenumber;
+// The window's OpenGL video mode, resizable, at `screenbpp`; prints why when the display
+// refuses it (null).
+SDL_Surface* setVideoMode(int width, int height, bool fullScreen);
 
 // Run state.
 extern bool dserver;   // dedicated mode ("-d")

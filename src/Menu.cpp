@@ -419,18 +419,14 @@ bool asetaNaytto(Asetusluonnos& a) {
   if (!pinta) return true;
   const bool nytKokoruutu = (pinta->flags & SDL_FULLSCREEN) != 0;
   if (a.koko == Resoluutio{screenwidth, screenheight} && a.kokoruutu == nytKokoruutu) return true;
-  const Uint32 liput = SDL_OPENGL | SDL_RESIZABLE;
-  bool onnistui = SDL_SetVideoMode(a.koko.leveys, a.koko.korkeus, screenbpp,
-                                   liput | (a.kokoruutu ? SDL_FULLSCREEN : 0)) != nullptr;
+  const bool onnistui = setVideoMode(a.koko.leveys, a.koko.korkeus, a.kokoruutu) != nullptr;
   if (onnistui) {
     screenwidth = a.koko.leveys;
     screenheight = a.koko.korkeus;
     fullscreen = a.kokoruutu;
     SDL_ShowCursor(a.kokoruutu ? SDL_DISABLE : SDL_ENABLE);
   } else {
-    fprintf(stderr, "Couldn't set %i*%i*%i opengl video mode: %s\n", a.koko.leveys, a.koko.korkeus, screenbpp,
-            SDL_GetError());
-    SDL_SetVideoMode(screenwidth, screenheight, screenbpp, liput | (nytKokoruutu ? SDL_FULLSCREEN : 0));
+    setVideoMode(screenwidth, screenheight, nytKokoruutu);
     a.koko = {screenwidth, screenheight};
     a.kokoruutu = nytKokoruutu;
   }
@@ -468,8 +464,7 @@ const char* otaKayttoon(Asetusluonnos& a) {
   setSoundVolumes();
   sets.cammode = a.kamera;
   sets.detail = a.tarkkuus;
-  sirpaleita = sets.detail * 500 + 1000;
-  alkusirpaleita = static_cast<int>(sirpaleita / 12.5);
+  mitoitaSirpaleet(sets.detail);
   if (!sets.saveFile()) return "could not save the settings to sets.txt";
   return tilaOk ? "settings saved" : "that video mode failed; the other settings are saved";
 }

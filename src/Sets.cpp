@@ -26,7 +26,8 @@ int rajaa(int value, int low, int high) { return std::max(low, std::min(value, h
 
 bool isDigit(char c) { return c >= '0' && c <= '9'; }
 
-// Every number goes through a 10-character field, as the file always had it.
+// Every number goes through a 10-character field: the reader (arvo) keeps at most nine
+// digits, so a longer number would not read back as written.
 void kirjotaLuku(FILE* f, const char* key, int value) {
   char field[10];
   snprintf(field, sizeof field, "%i", value);
@@ -35,11 +36,16 @@ void kirjotaLuku(FILE* f, const char* key, int value) {
 
 }  // namespace
 
+void mitoitaSirpaleet(int detail) {
+  sirpaleita = sirpaleitaTarkkuudella(detail);
+  alkusirpaleita = static_cast<int>(sirpaleita / 12.5);
+}
+
 Sets::Sets()
     : width(640), height(480), fps(100), filee(nullptr), nick{"Player 1", "Player 2", "Player 3", "Player 4"},
       fileluettu(false), ai(0), ini(nullptr), efects(0), musics(0), fullscreen(0), credits(200),
       musicvolume(100), soundvolume(100), playermaara(2), ihminen{true, true, true, true}, aikohteet(false),
-      team{}, cammode(0), detail(3), maxdetail(3), mode256(false) {}
+      team{}, cammode(0), detail(suurinTarkkuus), maxdetail(suurinTarkkuus), mode256(false) {}
 
 bool Sets::sisaltaa(const char* line, const char* key, int n) {
   int matched = 0;
@@ -97,8 +103,7 @@ void lueRivi(Sets& s, const char* line) {
   if (s.sisaltaa(line, "musics", 6)) s.musics = s.arvo(line);
   if (s.sisaltaa(line, "detail", 6)) {
     s.detail = rajaa(s.arvo(line), 0, s.maxdetail);
-    sirpaleita = s.detail * 500 + 1000;
-    alkusirpaleita = static_cast<int>(sirpaleita / 12.5);
+    mitoitaSirpaleet(s.detail);
   }
   if (s.sisaltaa(line, "mode256", 7)) {
     const int value = s.arvo(line, 8);

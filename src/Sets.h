@@ -3,6 +3,14 @@
 
 #include <cstdio>
 
+// The highest detail level; `detail` is kept within 0 and it.
+const int suurinTarkkuus = 3;
+// The explosion debris pool in use at a detail level.
+constexpr int sirpaleitaTarkkuudella(int detail) { return detail * 500 + 1000; }
+// Sizes `sirpaleita` for a detail level, and `alkusirpaleita` (the start shards of a
+// ship, a 12.5th of the pool) with it.
+void mitoitaSirpaleet(int detail);
+
 class Sets {
 public:
   int width;

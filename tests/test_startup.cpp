@@ -55,6 +55,18 @@ TEST(Startup, DedicatedModeInitialisesAndExitsWithoutADisplay) {
   EXPECT_FALSE(contains(run.output, "frames drawn")) << run.output;
 }
 
+// The dedicated start runs no intro, so the music callback never takes it for a started game.
+TEST(Startup, DedicatedModeNeverCountsAsStarted) {
+  testutil::TempWorkDir dir;
+  char ohjelma[] = "vorta", valitsin[] = "-d";
+  char* argv[] = {ohjelma, valitsin, nullptr};
+  testing::internal::CaptureStdout();
+  EXPECT_EQ(vortaMain(2, argv), 0);
+  testing::internal::GetCapturedStdout();
+  EXPECT_TRUE(dserver);
+  EXPECT_FALSE(alotettu);
+}
+
 // The game in a private copy of the data folder, windowed.
 class GameRun : public ::testing::Test {
 protected:
