@@ -4,7 +4,7 @@
 #include <cmath>
 #include <cstdlib>
 
-#include "../tests/simscene.h"
+#include "simscene.h"
 #include "ai.h"
 #include "ctf.h"
 
@@ -14,13 +14,12 @@ void tyhjaMaailma(int pelaajia) {
   simscene::maailma(pelaajia, 3, 99);
   gamemode = 1;
   alustaAsteroidit();
-  for (Pati& m : pikkumies) m.aika = 0;
 }
 
 // Ships on a ring around the planet, all on different teams.
 void kehalle(int pelaajia, const int* tyypit, int tyyppeja) {
   for (int i = 0; i < pelaajia; ++i) {
-    const float kulma = i * 6.2831853f / pelaajia;
+    const float kulma = i * 2 * saannot::pii / pelaajia;
     simscene::laita(i, tyypit[i % tyyppeja], std::cos(kulma) * 120, std::sin(kulma) * 90, i * 360.0f / pelaajia + 180);
     player[i].ihmispelaaja = true;
   }

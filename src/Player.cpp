@@ -16,12 +16,72 @@
 Player player[maxPlayers];
 
 namespace saannot {
-bool isanta() { return !joinpeli; }
-int pelaajia() { return std::max(0, std::min(players, maxPlayers)); }
+bool paattaa() { return !joinpeli; }
+bool isanta() { return hostpeli; }
+bool asiakas() { return joinpeli; }
+bool paikallinen() { return !hostpeli && !joinpeli; }
+
+Napit napit(const Player& p) {
+  if (asiakas()) return {p.kaasu, p.joinleft, p.joinright, p.joinase, p.joinease};
+  return {p.pylos, p.pleft, p.pright, p.pfire, p.pease};
+}
+
+int pelaajia() { return std::clamp(players, 0, maxPlayers); }
 bool pelissa(const Player& p) { return !pistepeli || p.pisteet >= 0; }
+
+void tiimillePisteita(int tiimi, float maara) {
+  for (int i = 0; i < pelaajia(); ++i)
+    if (pelissa(player[i]) && player[i].tiimi == tiimi) player[i].pisteet += maara;
+}
+
+bool lahella(int i, float x, float y, float sade) {
+  const float dx = player[i].x - x, dy = player[i].y - y;
+  return std::sqrt(dx * dx + dy * dy) < sade;
+}
+
 bool suojattu(const Player& p) { return p.alus.easelaji == 0 && p.suojapaalla; }
+
 void soita(Sound* s) {
   if (efektitpaalla && s) s->play();
+}
+
+int kaytossa(double raja, int koko) {
+  if (!(raja > 0)) return 0;
+  return raja >= koko ? koko : (int)std::ceil(raja);
+}
+
+short lyhyt(double v) {
+  if (!(v > 0)) return 0;
+  return v >= 32767 ? 32767 : (short)v;
+}
+
+void vaimenna(float& v, double k) { v = (float)(v / (1.0 + k * (std::fabs(v) + 1.0))); }
+
+bool osuu(const Player& kohde, const Pati& s, double sade) {
+  if (suojattu(kohde)) return false;
+  const double r = (kohde.alus.sade + sade) * kosketus;
+  const double dx = s.x - kohde.x, dy = s.y - kohde.y;
+  return r * r > dx * dx + dy * dy;
+}
+
+void planeetta(Pati& s) {
+  const double q = (double)s.x * s.x + (double)s.y * s.y;
+  if (q < planeetanNielu * planeetanNielu) {
+    if (paattaa()) s.aika = 0;
+  } else if (q < planeetanVeto * planeetanVeto) {
+    s.xv = (float)(s.xv - 0.1 * s.x / q);
+    s.yv = (float)(s.yv - 0.1 * s.y / q);
+  }
+}
+
+void vahingoita(Player& k, double maara) { k.energia = (float)(k.energia - maara); }
+
+int kaytossaSirpaleita() { return std::clamp(sirpaleita, 0, maxSirpaleita); }
+
+Sirpale* vapaaSirpale(int& i) {
+  for (const int n = kaytossaSirpaleita(); i < n; ++i)
+    if (sirpale[i].aika < 1) return &sirpale[i++];
+  return nullptr;
 }
 }  // namespace saannot
 
@@ -33,7 +93,7 @@ namespace {
 bool inertiaton(const Player& p) {
   return p.alus.aselaji == 6 || p.alus.aselaji == 18 || p.alus.numero == 22;
 }
-bool tulinappi(const Player& p) { return joinpeli ? p.joinase : p.pfire; }
+bool tulinappi(const Player& p) { return napit(p).ase; }
 
 int indeksi(const Player* p) {
   for (int i = 0; i < maxPlayers; ++i)
@@ -41,29 +101,8 @@ int indeksi(const Player* p) {
   return -1;
 }
 
-// Slots a ship uses: a loop runs while the index is below the limit, so a fraction
-// rounds up; never past the allocated array.
-int kaytossa(double raja, int koko) {
-  if (!(raja > 0)) return 0;
-  return raja >= koko ? koko : (int)std::ceil(raja);
-}
 int patiRaja(const Player& p) { return p.pati ? kaytossa(p.alus.maxpadit, maksimipadit) : 0; }
 int epatiRaja(const Player& p) { return p.epati ? kaytossa(p.alus.maxepadit, maksimiepadit) : 0; }
-
-short lyhyt(double v) {  // lifetimes are 16-bit; truncate toward zero and saturate
-  if (!(v > 0)) return 0;
-  return v >= 32767 ? 32767 : (short)v;
-}
-
-// Shard pool: a slot is free while its aika < 1. `i` is the scan position.
-Sirpale* vapaaSirpale(int& i) {
-  const int n = std::max(0, std::min(sirpaleita, maxSirpaleita));
-  for (; i < n; ++i)
-    if (sirpale[i].aika < 1) return &sirpale[i++];
-  return nullptr;
-}
-
-void vaimenna(float& v, double k) { v = (float)(v / (1.0 + k * (std::fabs(v) + 1.0))); }
 
 // ---- Sound copies --------------------------------------------------------------
 
@@ -115,6 +154,17 @@ void aloitaAlus(Player& p) {
   alustaHanta(p);
   vapautaAanet(p);
   kopioiAanet(p);
+}
+
+// No shot, slime blob or beam of the slot stays live.
+void tyhjennaAmmukset(Player& p) {
+  for (int i = 0, n = patiRaja(p); i < n; ++i) p.pati[i].aika = 0;
+  for (int i = 0; p.lima && i < limoja; ++i) p.lima[i].aika = 0;
+  for (int i = 0, n = epatiRaja(p); i < n; ++i) p.epati[i].aika = 0;
+  for (int i = 0; p.viivat && i < viivoja; ++i) {
+    p.viivat[i].x1 = 100;
+    p.viivat[i].aika = 0;
+  }
 }
 
 void varaaRuudukot();
@@ -182,15 +232,23 @@ void Player::uudestaan(Alus a) {
   energia = (float)alus.energia;
   fuel = (float)alus.fuel;
 
-  for (int i = 0, n = patiRaja(*this); i < n; ++i) pati[i].aika = 0;
-  for (int i = 0; lima && i < limoja; ++i) lima[i].aika = 0;
-  for (int i = 0, n = epatiRaja(*this); i < n; ++i) epati[i].aika = 0;
-  for (int i = 0; viivat && i < viivoja; ++i) {
-    viivat[i].x1 = 100;
-    viivat[i].aika = 0;
-  }
+  tyhjennaAmmukset(*this);
   fcounter = 0;
   aloitaAlus(*this);
+}
+
+void Player::unohdaOttelu() {
+  tyhjennaAmmukset(*this);
+  for (int i = 0; alkusirpale && i < alkusirpaleMaara; ++i) alkusirpale[i].aika = 0;
+  for (int k = 0; k < kaasujalkia; ++k) kaasujalki[k].alpha = kaasujalki2[k].alpha = 0;
+  if (laseraani && efektitpaalla && ampumisaani) ampumisaani->stop();
+  laseraani = false;
+  limacount = 0;
+  kuolema = 0;
+  suojapaalla = teleportattu = false;
+  easekesto = 0;
+  ampumisjuttu = 0;
+  kaasu = joinease = joinase = joinleft = joinright = false;
 }
 
 
@@ -251,7 +309,7 @@ void kaannaAseRunkoon(Player& p) {
 
 // Type 18 flips about once per press of thrust.
 void kaannaPerasin(Player& p) {
-  if (p.alus.numero != 18 || !isanta()) return;
+  if (p.alus.numero != 18 || !paattaa()) return;
   if (!p.pylos && p.ampumispuoli == 0) {
     p.ampumispuoli = 1;
   } else if (p.pylos && p.ampumispuoli == 1) {
@@ -290,7 +348,7 @@ void savua(Player& p) {
 }
 
 bool kaasuttaa(const Player& p) {
-  return (joinpeli ? p.kaasu : p.pylos) || (p.alus.numero == 15 && p.suojapaalla) ||
+  return napit(p).kaasu || (p.alus.numero == 15 && p.suojapaalla) ||
          p.alus.numero == 18;
 }
 
@@ -328,7 +386,7 @@ void pakokaasua(Player& p) {
 void tyonna(Player& p, bool kaasulla, double s) {
   const double a = rad(p.kulma);
   if (!kaasulla) {
-    if ((p.alus.aselaji == 6 || p.alus.numero == 22) && isanta()) p.xvauhti = p.yvauhti = 0;
+    if ((p.alus.aselaji == 6 || p.alus.numero == 22) && paattaa()) p.xvauhti = p.yvauhti = 0;
     return;
   }
   const int n = p.alus.numero;
@@ -382,24 +440,23 @@ void kaannaOhjukset(Player& p, double suunta) {
 }
 
 void kaanny(Player& p, double s) {
-  const bool vasen = joinpeli ? p.joinleft : p.pleft;
-  const bool oikea = joinpeli ? p.joinright : p.pright;
-  if (isanta()) {
+  const Napit n = napit(p);
+  if (paattaa()) {
     const float askel = (float)kaannosaskel(p, s);
-    if (p.pleft) {
+    if (n.vasen) {
       p.kulma += askel;
       p.asekulma += askel;
     }
-    if (p.pright) {
+    if (n.oikea) {
       p.kulma -= askel;
       p.asekulma -= askel;
     }
   }
   if (p.alus.aselaji == 14) {
-    if (vasen) kaannaOhjukset(p, 1);
-    if (oikea) kaannaOhjukset(p, -1);
+    if (n.vasen) kaannaOhjukset(p, 1);
+    if (n.oikea) kaannaOhjukset(p, -1);
   }
-  if (isanta()) {
+  if (paattaa()) {
     if (p.kulma > 180) p.kulma -= 360;
     if (p.kulma < -180) p.kulma += 360;
   }
@@ -440,7 +497,7 @@ void renkaanLaukaus(Player& p) {
   if (p.alus.numero != 20 || !(p.easeviive > 0) || p.ampumispuoli != 3) return;
   if (p.easeviive == 1.0f) p.ampumispuoli = 1;
   soita(p.eampumisaani);
-  if (!isanta()) return;
+  if (!paattaa()) return;
   const double i = std::trunc(p.alus.easenopeus - p.easeviive);
   if (!(i >= 0) || i >= epatiRaja(p)) return;
   Pati& s = p.epati[(int)i];
@@ -455,7 +512,8 @@ void renkaanLaukaus(Player& p) {
 }
 
 // Type 19: the blade goes out and comes back, hitting at most once per activation.
-// Its direction takes the heading in degrees straight into cos and sin, as it always has.
+// The heading goes into cos and sin in degrees, deliberately: the blade sweeps round
+// as the ship turns, and the ship was balanced with that.
 void terasisku(Player& p) {
   if (p.alus.numero != 19 || !(p.easeviive > 0) || p.ampumispuoli < 2) return;
   const double d = p.easeviive < p.alus.easenopeus * 0.5 ? p.easeviive / 20.0
@@ -468,7 +526,7 @@ void terasisku(Player& p) {
     if (&k == &p || !pelissa(k)) continue;
     const double dx = k.x - kx, dy = k.y - ky, r = (k.alus.sade + 0.2) * kosketus;
     if (dx * dx + dy * dy >= r * r) continue;
-    if (isanta()) k.energia = (float)(k.energia - p.alus.edamage);
+    if (paattaa()) k.energia = (float)(k.energia - p.alus.edamage);
     p.ampumispuoli = 1;
     soita(p.eosumisaani);
     return;
@@ -478,9 +536,8 @@ void terasisku(Player& p) {
 }  // namespace
 
 void Player::liiku() {
-  if (alus.numero == 22 && isanta()) pylos = true;
-  const bool erikoinen = joinpeli ? joinease : pease;
-  if (erikoinen && fuel >= alus.easefuel && easeviive < 1.0f) ease();
+  if (alus.numero == 22 && paattaa()) pylos = true;
+  if (napit(*this).erikois && fuel >= alus.easefuel && easeviive < 1.0f) ease();
   kuluErikoinen(*this);
   if (!laukoAse(*this)) kaannaAseRunkoon(*this);
   const double s = limakerroin(limacount);
@@ -492,7 +549,7 @@ void Player::liiku() {
   siirraHanta(*this);
   kaanny(*this, s);
   if (ampumisviive > 0) --ampumisviive;
-  if (isanta()) {
+  if (paattaa()) {
     tankkaa(*this);
     if (!inertiaton(*this)) {
       vaimenna(xvauhti, 0.0006000000000000001);
@@ -508,7 +565,7 @@ void Player::liiku() {
     if (ampumisaani) ampumisaani->stop();
     laseraani = false;
   }
-  if (isanta()) {
+  if (paattaa()) {
     tormaile(*this);
     if (alus.easelaji == 6 && teleportattu) {
       teleportattu = false;
@@ -519,7 +576,7 @@ void Player::liiku() {
   renkaanLaukaus(*this);
   terasisku(*this);
   if (ampumisjuttu > 0) ampumisjuttu = std::max(0.0f, ampumisjuttu - 0.3f);
-  if (isanta()) {
+  if (paattaa()) {
     x += xvauhti;
     y += yvauhti;
   }
@@ -551,13 +608,6 @@ void tonaise(Player& p, const Player& toinen, double kx, double ky, double impul
   }
 }
 
-// A shot touches a ship (shield kind 0 up: never).
-bool osuu(const Player& kohde, const Pati& s, double patisade) {
-  if (suojattu(kohde)) return false;
-  const double r = (kohde.alus.sade + patisade) * kosketus;
-  const double dx = s.x - kohde.x, dy = s.y - kohde.y;
-  return r * r > dx * dx + dy * dy;
-}
 
 }  // namespace
 
@@ -627,9 +677,9 @@ const Tykki& tykki(const Player& p) { return tykit[p.alus.numero]; }
 // exist only as the host sends them.
 bool laukaisu(Player& p, bool aani = true) {
   p.ampumisviive = (int)p.alus.ampumisnopeus;
-  if (!joinpeli) p.fuel = (float)(p.fuel - p.alus.patifuel);
+  if (paattaa()) p.fuel = (float)(p.fuel - p.alus.patifuel);
   if (aani) soita(p.ampumisaani);
-  return isanta();
+  return paattaa();
 }
 
 Pati* vapaaPati(Player& p, int alku = 0) {
@@ -778,7 +828,7 @@ bool zapLaivaan(Player& p, Piste& kohde) {
     Player& k = player[j];
     if (&k == &p || k.tiimi == p.tiimi || !pelissa(k)) continue;
     if (!lahella(k.x, k.y, p.x, p.y, k.alus.sade * kosketus + p.alus.patisade)) continue;
-    if (isanta() && !suojattu(k)) {
+    if (paattaa() && !suojattu(k)) {
       const double kerroin = p.alus.numero == 18 ? random(50) / 100 + 0.5 : 1.0;
       k.energia = (float)(k.energia - p.alus.damage * kerroin);
     }
@@ -799,7 +849,7 @@ bool zapPatiin(Player& p, bool erikoiset, Piste& kohde) {
     for (int i = 0; i < n; ++i) {
       Pati& s = padit[i];
       if (s.aika <= 0 || !lahella(s.x, s.y, p.x, p.y, r)) continue;
-      if (isanta()) iskePatiin(s, p.alus.damage);
+      if (paattaa()) iskePatiin(s, p.alus.damage);
       kohde = {s.x, s.y};
       return true;
     }
@@ -836,7 +886,7 @@ void zap(Player& p) {  // types 6 and 18
 // A beam burns whatever lies near ten points spaced a tenth of `pituus` apart from S
 // towards E: ships of every other player (team-mates and shields included) and shots.
 void sateenOsumat(Player& p, Piste alku, Piste loppu, double pituus, double vahinko) {
-  if (!isanta()) return;
+  if (!paattaa()) return;
   const double b = std::atan2(alku.y - loppu.y, alku.x - loppu.x);
   for (int k = 0; k < 10; ++k) {
     const double px = alku.x - k / 10.0 * pituus * std::cos(b);
@@ -859,7 +909,7 @@ void sateenOsumat(Player& p, Piste alku, Piste loppu, double pituus, double vahi
 
 // The looping sound starts once and runs while the button is held.
 void kaynnistaSade(Player& p) {
-  if (!joinpeli) p.fuel = (float)(p.fuel - p.alus.patifuel);
+  if (paattaa()) p.fuel = (float)(p.fuel - p.alus.patifuel);
   if (!p.laseraani) soita(p.ampumisaani);
   p.laseraani = true;
 }
@@ -923,7 +973,7 @@ void lataus(Player& p) {
   if (!tulinappi(p)) {
     if (pallo.aika <= 0) return;
     soita(p.ampumisaani);
-    if (!isanta()) return;
+    if (!paattaa()) return;
     if (Pati* s = laukaise(p, p.kulma, tykki(p).d, p.kulma, p.alus.patinopeus, 1)) {
       s->energia = pallo.energia;
       s->r = pallo.r;
@@ -933,7 +983,7 @@ void lataus(Player& p) {
     pallo.aika = 0;
     return;
   }
-  if (!isanta()) return;
+  if (!paattaa()) return;
   if (pallo.aika <= 0) {
     pallo.aika = lyhyt(p.alus.patiaika);
     pallonPaikka(p, pallo);
@@ -975,23 +1025,12 @@ void liikuta(Pati& s) {
   s.y += s.yv;
 }
 
-// The planet swallows shots within 8 units and bends those within 40.
-void planeetta(Pati& s) {
-  const double q = (double)s.x * s.x + (double)s.y * s.y;
-  if (q < 64) {
-    if (isanta()) s.aika = 0;
-  } else if (q < 1600) {
-    s.xv = (float)(s.xv - 0.1 * s.x / q);
-    s.yv = (float)(s.yv - 0.1 * s.y / q);
-  }
-}
 
 void tyrkkaa(Player& k, const Pati& s, double potkasu) {
   k.xvauhti = (float)(k.xvauhti + s.xv * potkasu);
   k.yvauhti = (float)(k.yvauhti + s.yv * potkasu);
 }
 
-void vahingoita(Player& k, double maara) { k.energia = (float)(k.energia - maara); }
 
 // Calls `osuma` for each ship in play that the shot touches, in index order.
 template <class Osuma>
@@ -1031,7 +1070,7 @@ void kipinoi(const Player& k, const Pati& s) {
 
 void yleinenOsuma(Player& o, int i, Pati& s, Player& k) {
   soita(o.osumisaani);
-  if (isanta()) {
+  if (paattaa()) {
     s.aika = 0;
     if (i == 0 && o.alus.numero == 13) o.ampumisviive = (int)o.alus.ampumisnopeus;
   }
@@ -1046,7 +1085,7 @@ void yleinenOsuma(Player& o, int i, Pati& s, Player& k) {
 void tuplaOsuma(Player& o, Pati& s, Player& k, bool aaniLaskee) {
   soita(o.osumisaani);
   if (!aaniLaskee || o.osumisaani) vahingoita(k, o.alus.damage);
-  if (isanta()) {
+  if (paattaa()) {
     vahingoita(k, o.alus.damage);
     s.aika = 0;
   }
@@ -1054,7 +1093,7 @@ void tuplaOsuma(Player& o, Pati& s, Player& k, bool aaniLaskee) {
 }
 
 void perusAskel(Pati& s, bool ikaVainIsannalla) {
-  if (!ikaVainIsannalla || isanta()) s.aika -= 1;
+  if (!ikaVainIsannalla || paattaa()) s.aika -= 1;
   liikuta(s);
   planeetta(s);
 }
@@ -1069,7 +1108,7 @@ void yleinenHaara(Player& o, int i, Pati& s) {
 
 // Type 23: bounces off every ship, its own included, exchanging momentum.
 void pomppivaHaara(Player& o, int, Pati& s) {
-  if (isanta()) s.aika -= 1;
+  if (paattaa()) s.aika -= 1;
   if (s.x > kentanX) s.xv -= 0.02f;
   if (s.x < -kentanX) s.xv += 0.02f;
   if (s.y > kentanY) s.yv -= 0.02f;
@@ -1154,7 +1193,7 @@ void vaeltavaHaara(Player& o, int, Pati& s) {
 // Type 15 mines have no velocity of their own; they only jitter in place.
 void miinaHaara(Player& o, int, Pati& s) {
   s.aika -= 1;
-  if (isanta()) {
+  if (paattaa()) {
     s.x = (float)(s.x + (random(100) / 100 - 0.5) * o.alus.patinopeus);
     s.y = (float)(s.y + (random(100) / 100 - 0.5) * o.alus.patinopeus);
   }
@@ -1174,7 +1213,7 @@ void pommiSeinat(Pati& s) {
 
 void pommiHajoaa(Player& o, Pati& pommi) {
   soita(o.eampumisaani);
-  if (!isanta()) return;
+  if (!paattaa()) return;
   pommi.aika = 0;
   for (int k = sirpaleitaPommissa - 1; k >= 0; --k) {
     Pati* s = vapaaPati(o, 1);
@@ -1198,7 +1237,7 @@ void pommiHaara(Player& o, int i, Pati& s) {
   }
   osumat(o, s, false, [&](Player& k) {
     soita(i == 0 ? o.eosumisaani : o.osumisaani);
-    if (isanta()) s.aika = 0;
+    if (paattaa()) s.aika = 0;
     vahingoita(k, i == 0 ? o.alus.damage : o.alus.damage * 0.125);
     tyrkkaa(k, s, o.alus.patipotkasu);
   });
@@ -1492,10 +1531,11 @@ void Player::lisaalima() {
   if (!lima || limacount < 0 || limacount >= limoja) return;
   Pati& m = lima[limacount];
   m.aika = 400;
-  // Lopsided towards the negative side on small ships, as it always was.
+  // The fixed -0.75 against a spread that grows with the hull leaves small ships with
+  // the blobs on their negative side; deliberate, a quirk of the slime's look.
   m.x = (float)(random(1500) / 1000 * alus.sade * kosketus - 0.75);
   m.y = (float)(random(1500) / 1000 * alus.sade * kosketus - 0.75);
-  if (hostpeli) {
+  if (isanta()) {
     netlima.x = m.x;
     netlima.y = m.y;
     netlima.player = (short)std::max(0, indeksi(this));

@@ -100,31 +100,33 @@ public:
   Player(const Player&) = delete;
   Player& operator=(const Player&) = delete;
 
-  // Life cycle.
+  // Life cycle (Player.cpp).
   void asetaAlus(Alus a);
   void uudestaan(Alus a);
+  void unohdaOttelu();  // a new match: no shots, slime, beams or death timer left on the slot
 
-  // Flight, weapons and collisions.
+  // Flight, primary weapons and collisions (Player.cpp).
   void liiku();
   void ammu();
-  void ease();     // special weapon
-  void ailiiku();  // computer pilot
   bool tormaa(double x, double y, double r, int i);
   bool tormaa(Pati p, Alus a);
+  // The special weapon (ease.cpp) and the computer pilot (ai.cpp).
+  void ease();
+  void ailiiku();
 
-  // Projectiles.
+  // Projectiles (Player.cpp; the special shots' flight in ease.cpp).
   void liikutaPadit();
   void liikutaePadit();
   void tarkistaHajosikoPadit();
 
-  // Effects.
+  // Effects (Player.cpp).
   void laitaAlkuSirpaleet();
   void laskeAlkuSirpaleet();
   void lisaalima();
   void laskeKaasujaljet();
   void laskeViivat();
 
-  // Drawing.
+  // Drawing: the ship model in aluspiirto.cpp, the rest with the frame drawing in scene.cpp.
   void piirra();
   void piirra(int x, int y, int z, int angle, int weaponAngle);
   void piirraPadit();
@@ -139,7 +141,8 @@ public:
 const int maxPlayers = 16;
 extern Player player[maxPlayers];
 
-// Rules shared by the flight, weapon and special-weapon code.
+// Rules shared by the world step, the flight, weapon and special-weapon code and
+// the objective modes.
 namespace saannot {
 // The simulation converts degrees with the single-precision pi; the balance was tuned with it.
 const float pii = 3.1415927f;
@@ -154,10 +157,44 @@ inline double kulmaero(double a, double b) {
 }
 const double kosketus = 0.785;  // every contact test scales the summed radii by this
 const float kentanX = 160, kentanY = 120;
+const double planeetanNielu = 8, planeetanVeto = 40;  // the planet swallows shots within, bends them within
 
-bool isanta();                    // host or local game: this machine decides
-int pelaajia();                   // player slots in use, kept within the array
-bool pelissa(const Player& p);    // not put out of a credit game
-bool suojattu(const Player& p);   // the shield special is up
-void soita(Sound* s);             // plays when effects are on and the sound exists
+// Roles. A local game and a network host decide every rule; a client mirrors what its host
+// sends and skips the stages that would decide (deaths, respawns, spawning, pilots, objectives).
+bool paattaa();      // a local game or the host: this machine decides
+bool isanta();       // the host of a network game (hands deaths, respawns and pick-ups to its clients)
+bool asiakas();      // a client of a network game
+bool paikallinen();  // neither: a game on this machine alone
+
+// The buttons a ship's flight and weapons obey: on a client the copies its host sent,
+// elsewhere the ship's own (keyboard or computer pilot).
+struct Napit {
+  bool kaasu, vasen, oikea, ase, erikois;
+};
+Napit napit(const Player& p);
+
+// Players.
+int pelaajia();                                     // player slots in use, kept within the array
+bool pelissa(const Player& p);                      // not put out of a credit game
+void tiimillePisteita(int tiimi, float maara);      // add to every in-play member of the team
+bool lahella(int i, float x, float y, float sade);  // player i's centre is closer than sade
+bool suojattu(const Player& p);                     // the shield special is up
+void soita(Sound* s);                               // plays when effects are on and the sound exists
+
+// Shot arrays: slots a `maxpadit`-style limit uses. The loops run while the index is below
+// the double, so a fraction counts as one more slot; never past the allocated `koko`.
+int kaytossa(double raja, int koko);
+// Lifetimes are 16-bit: truncated toward zero and saturated.
+short lyhyt(double v);
+// Drag: v / (1 + k (|v| + 1)).
+void vaimenna(float& v, double k);
+// A shot of radius `sade` touches the ship (never while its shield is up).
+bool osuu(const Player& kohde, const Pati& s, double sade);
+// The planet's hold on a shot: swallowed (where this machine decides) or bent towards it.
+void planeetta(Pati& s);
+void vahingoita(Player& k, double maara);
+
+// The shard pool: the entries in use, and the next free one (aika < 1) from scan position `i` on.
+int kaytossaSirpaleita();
+Sirpale* vapaaSirpale(int& i);
 }  // namespace saannot

@@ -17,7 +17,9 @@
 
 namespace {
 
-const float asteenRadiaanit = 3.1415927f / 180;
+const float asteenRadiaanit = saannot::pii / 180;
+// The contact factor in the pilot's single-precision arithmetic.
+const float kosketusKerroin = static_cast<float>(saannot::kosketus);
 
 struct V {
   float x, y;
@@ -105,7 +107,7 @@ int omaPaikka(const Player* p) {
   return -1;
 }
 
-bool elossa(int j) { return j >= 0 && j < pelaajaLkm() && pelissa(j) && player[j].kuolema < 1; }
+bool elossa(int j) { return j >= 0 && j < saannot::pelaajia() && saannot::pelissa(player[j]) && player[j].kuolema < 1; }
 
 // Another team's live player that this pilot may go for: humans always, other
 // computer pilots only in "ai vs ai".
@@ -129,7 +131,7 @@ int valitseKohde(int i, int nykyinen) {
   int paras = -1;
   float parasArvo = 1e9f;
   const int kantaja = omanKukanKantaja(player[i].tiimi);
-  for (int j = 0; j < pelaajaLkm(); ++j) {
+  for (int j = 0; j < saannot::pelaajia(); ++j) {
     if (!kelpaaKohteeksi(i, j)) continue;
     float arvo = pituus(paikka(player[j]) - P);
     if (j == nykyinen) arvo *= 0.75f;
@@ -429,7 +431,7 @@ V asteroidienVaisto(const Lento& l) {
     const float vv = piste(relv, relv);
     const float t = vv > 1e-8f ? std::clamp(-piste(rel, relv) / vv, 0.0f, 120.0f) : 0;
     const V lahin = rel + relv * t;
-    const float raja = (a.koko + (float)l.p.alus.sade) * 0.785f + 8;  // a rock's kick can throw it at the planet
+    const float raja = (a.koko + (float)l.p.alus.sade) * kosketusKerroin + 8;  // a rock's kick can throw it at the planet
     const float q = pituus(lahin);
     if (q < raja) pois = pois - yksikko(q > 0.3f ? lahin : rel) * (2.5f * l.m.matka * (raja - q) / raja);
   }
@@ -445,8 +447,8 @@ void katsoLaukaukset(Lento& l) {
   m.vaistoVektori = {0, 0};
   m.uhka = false;
   const float osuma = (float)l.p.alus.sade + 2.5f;
-  for (int j = 0; j < pelaajaLkm(); ++j) {
-    if ((j == l.i && l.p.alus.numero != 23) || !pelissa(j)) continue;  // only 23's own shots bounce back
+  for (int j = 0; j < saannot::pelaajia(); ++j) {
+    if ((j == l.i && l.p.alus.numero != 23) || !saannot::pelissa(player[j])) continue;  // only 23's own shots bounce back
     const Player& q = player[j];
     const int padit = std::min((int)q.alus.maxpadit, maksimipadit);
     const int epadit = std::min((int)q.alus.maxepadit, maksimiepadit);
@@ -532,7 +534,7 @@ void lennaInertialla(Lento& l, V halu) {
 // the line of fire before the target.
 bool ystavaTiella(const Lento& l, float kulma, float matka) {
   const V dir = suunta(kulma);
-  for (int j = 0; j < pelaajaLkm(); ++j) {
+  for (int j = 0; j < saannot::pelaajia(); ++j) {
     if (j == l.i || j == l.m.kohde || !elossa(j) || kelpaaKohteeksi(l.i, j)) continue;
     const V rel = paikka(player[j]) - l.P;
     const float pitkin = piste(rel, dir);
@@ -550,7 +552,7 @@ float tahtaysVirhe(const Lento& l) {
 
 float osumaSieto(const Lento& l) {
   const Player& k = player[l.m.kohde];
-  const float leveys = (float)k.alus.sade * 0.785f + (float)l.p.alus.patisade;
+  const float leveys = (float)k.alus.sade * kosketusKerroin + (float)l.p.alus.patisade;
   float s = std::atan2(leveys, std::max(l.etaisyys, 1.0f)) / asteenRadiaanit;
   if (l.p.alus.numero == 8) s += 8;    // scatter gun
   if (l.p.alus.numero == 21) s += 25;  // fan
@@ -575,9 +577,9 @@ bool polttoainetta(const Lento& l) {
 // when that one is fair game.
 bool sadeOsuuKohteeseen(const Lento& l) {
   const Player& p = l.p;
-  for (int j = 0; j < pelaajaLkm(); ++j) {
-    if (j == l.i || !pelissa(j) || player[j].tiimi == p.tiimi) continue;
-    const float raja = (float)player[j].alus.sade * 0.785f + (float)p.alus.patisade;
+  for (int j = 0; j < saannot::pelaajia(); ++j) {
+    if (j == l.i || !saannot::pelissa(player[j]) || player[j].tiimi == p.tiimi) continue;
+    const float raja = (float)player[j].alus.sade * kosketusKerroin + (float)p.alus.patisade;
     if (piste(paikka(player[j]) - l.P, paikka(player[j]) - l.P) < raja * raja) return kelpaaKohteeksi(l.i, j);
   }
   return false;
@@ -589,7 +591,7 @@ bool sateellaKohde(const Lento& l, float alku, float loppu) {
   const V dir = suunta(l.p.kulma);
   const V rel = paikka(k) - l.P;
   const float pitkin = piste(rel, dir);
-  const float leveys = (float)k.alus.sade * 0.785f + 0.2f;
+  const float leveys = (float)k.alus.sade * kosketusKerroin + 0.2f;
   if (pitkin < alku - leveys || pitkin > loppu + leveys || std::fabs(risti(dir, rel)) > leveys) return false;
   return !ystavaTiella(l, l.p.kulma, loppu);
 }
@@ -639,7 +641,7 @@ bool miinoita(const Lento& l) {
 bool lahinVierasKelpaa(const Lento& l) {
   int lahin = -1;
   float paras = 640;
-  for (int j = 0; j < pelaajaLkm(); ++j) {
+  for (int j = 0; j < saannot::pelaajia(); ++j) {
     if (j == l.i || !elossa(j) || player[j].tiimi == l.p.tiimi) continue;
     const float d = pituus(paikka(player[j]) - l.P);
     if (d < paras) {
@@ -701,7 +703,6 @@ bool erikoinen(const Lento& l) {
     case ErikoisKaytto::Takaa:
       return kohde && l.etaisyys < std::max(kantama, 40.0f) &&
              std::fabs(kulmaEro(kulmaAsteina(l.kohdeP - l.P), p.kulma)) > 110;
-    case ErikoisKaytto::Apu: return terveys < 0.6f;
     case ErikoisKaytto::Ei: break;
   }
   return false;

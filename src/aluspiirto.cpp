@@ -1161,7 +1161,7 @@ void tiimiHehku(const Player& p, float nakyvyys) {
 }
 
 bool tyontaa(const Player& p) {
-  return p.kaasu || p.pylos || (p.alus.numero == 15 && p.suojapaalla) || p.alus.numero == 18;
+  return saannot::napit(p).kaasu || (p.alus.numero == 15 && p.suojapaalla) || p.alus.numero == 18;
 }
 
 // A cone of light from the nozzle backwards along -x, fading to nothing at its tip.

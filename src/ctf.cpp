@@ -1,10 +1,11 @@
 #include "ctf.h"
 
-#include "scene.h"
-
 #include <GL/gl.h>
 
+#include "Player.h"
 #include "glapi.h"
+
+using namespace saannot;
 
 int cpisteita = 16;
 CPiste* cpiste = nullptr;
@@ -28,7 +29,7 @@ void vieKotiin(int i) {
 
 void kannettu(int i) {
   const int kantaja = cpiste[i].player;
-  if (kantaja >= pelaajaLkm()) {  // the slot left the game: the flower lies where it was
+  if (kantaja >= pelaajia()) {  // the slot left the game: the flower lies where it was
     cpiste[i].player = kukkaPudonnut;
     return;
   }
@@ -48,16 +49,16 @@ void kannettu(int i) {
 }
 
 void kotona(int i) {
-  for (int p = 0; p < pelaajaLkm(); ++p) {
-    if (!pelissa(p) || player[p].tiimi == i || !lahella(p, cpiste[i].x, cpiste[i].y, poimintaSade)) continue;
+  for (int p = 0; p < pelaajia(); ++p) {
+    if (!pelissa(player[p]) || player[p].tiimi == i || !lahella(p, cpiste[i].x, cpiste[i].y, poimintaSade)) continue;
     cpiste[i].player = p;
     return;
   }
 }
 
 void pudonnut(int i) {
-  for (int p = 0; p < pelaajaLkm(); ++p) {
-    if (!pelissa(p) || !lahella(p, cpiste[i].x, cpiste[i].y, poimintaSade)) continue;
+  for (int p = 0; p < pelaajia(); ++p) {
+    if (!pelissa(player[p]) || !lahella(p, cpiste[i].x, cpiste[i].y, poimintaSade)) continue;
     if (player[p].tiimi == i)
       vieKotiin(i);
     else
@@ -92,7 +93,7 @@ void aloitaCPisteet() {
     cpiste[i].enabled = false;
   }
   // Only the flowers of teams that have players take part.
-  for (int p = 0; p < pelaajaLkm(); ++p)
+  for (int p = 0; p < pelaajia(); ++p)
     if (onKukka(player[p].tiimi)) cpiste[player[p].tiimi].enabled = true;
 }
 

@@ -1,10 +1,11 @@
 #include "domination.h"
 
-#include "scene.h"
-
 #include <GL/gl.h>
 
+#include "Player.h"
 #include "glapi.h"
+
+using namespace saannot;
 
 int dpisteita = 2;
 DPiste* dpiste = nullptr;
@@ -18,8 +19,8 @@ const float valtausSade = 10.0f;
 // of two teams on it is contested and keeps its owner (-1 again).
 int valtaaja(const DPiste& d) {
   int ehdokas = -1;
-  for (int p = 0; p < pelaajaLkm(); ++p) {
-    if (!pelissa(p) || !lahella(p, d.x, d.y, valtausSade)) continue;
+  for (int p = 0; p < pelaajia(); ++p) {
+    if (!pelissa(player[p]) || !lahella(p, d.x, d.y, valtausSade)) continue;
     if (ehdokas < 0)
       ehdokas = player[p].tiimi;
     else if (player[p].tiimi != ehdokas)

@@ -11,17 +11,14 @@
 #include <cmath>
 
 #include "Main.h"
-#include "Sets.h"
 #include "Player.h"
+#include "Sets.h"
 #include "audio.h"
-#include "net.h"
 #include "scene.h"
 
 using namespace saannot;
 
 namespace {
-
-const double planeetanNielu = 8, planeetanVeto = 40;
 
 bool elossa(const Player& p) { return pelissa(p) && p.kuolema < 1; }
 bool vihollinen(const Player& o, const Player& k) { return &k != &o && k.tiimi != o.tiimi && elossa(k); }
@@ -31,20 +28,7 @@ int indeksi(const Player& p) {
 }
 double etaisyys(double x1, double y1, double x2, double y2) { return std::hypot(x2 - x1, y2 - y1); }
 
-// Slots the ship uses: the loops run while the index is below the double, so a
-// fraction counts as one more slot; never past the allocated array.
-int kaytossa(double raja, int koko) {
-  if (!(raja > 0)) return 0;
-  return raja >= koko ? koko : (int)std::ceil(raja);
-}
 int paikat(const Player& p) { return p.epati ? kaytossa(p.alus.maxepadit, maksimiepadit) : 0; }
-
-short lyhyt(double v) {  // lifetimes are 16-bit
-  if (!(v > 0)) return 0;
-  return v >= 32767 ? 32767 : (short)v;
-}
-
-void vahingoita(Player& k, double maara) { k.energia = (float)(k.energia - maara); }
 
 // ---- Spawning ------------------------------------------------------------------
 
@@ -82,13 +66,6 @@ Pati* laukaiseRungosta(Player& p, double suunta, double ulos, double vauhti, dou
 
 // ---- Shared effects ------------------------------------------------------------
 
-Sirpale* vapaaSirpale(int& i) {
-  const int n = std::max(0, std::min(sirpaleita, maxSirpaleita));
-  for (; i < n; ++i)
-    if (sirpale[i].aika < 1) return &sirpale[i++];
-  return nullptr;
-}
-
 // A flat ring of debris racing out to radius `sade` in about half a second.
 void shokkiaalto(double x, double y, double sade) {
   int vapaa = 0;
@@ -116,7 +93,7 @@ void shokkiaalto(double x, double y, double sade) {
 // `vahinko` scaled down linearly with the distance; `suojaa` is spared.
 void rajahdys(double x, double y, double sade, double vahinko, const Player* suojaa) {
   shokkiaalto(x, y, sade);
-  if (!isanta()) return;
+  if (!paattaa()) return;
   for (int j = 0; j < pelaajia(); ++j) {
     Player& k = player[j];
     if (&k == suojaa || !elossa(k) || suojattu(k)) continue;
@@ -189,7 +166,7 @@ void suoja(Player& p) {  // 0 and 11: on for easekesto frames
 }
 
 void ilmatorjunta(Player& p) {  // 1: a ring of flak that breaks the shots it meets
-  if (!isanta()) return;
+  if (!paattaa()) return;
   const int n = 24;
   for (int k = 0; k < n; ++k)
     laukaiseRungosta(p, p.kulma + k * 360.0 / n, 0.5, p.alus.easevauhti, p.alus.easekesto);
@@ -198,13 +175,13 @@ void ilmatorjunta(Player& p) {  // 1: a ring of flak that breaks the shots it me
 const double itsetuhonSade = 15;
 
 void itsetuho(Player& p) {  // 2: the ship blows itself up and takes the neighbours along
-  if (!isanta()) return;
+  if (!paattaa()) return;
   rajahdys(p.x, p.y, itsetuhonSade, p.alus.edamage, &p);
   p.energia = 0;
 }
 
 void muuri(Player& p) {  // 3: five shots abreast that advance slowly and stop shots
-  if (!isanta()) return;
+  if (!paattaa()) return;
   const double a = rad(p.kulma), etaisyysEdessa = 1.5 * p.alus.sade, vali = 2 * p.alus.epatisade;
   for (int k = -2; k <= 2; ++k) {
     const double x = p.x + std::cos(a) * etaisyysEdessa - std::sin(a) * k * vali;
@@ -214,11 +191,11 @@ void muuri(Player& p) {  // 3: five shots abreast that advance slowly and stop s
 }
 
 void painokaivo(Player& p) {  // 4: a gravity well left behind the ship
-  if (isanta()) laukaiseRungosta(p, p.kulma + 180, p.alus.epatisade + 1, 0, p.alus.easekesto, false);
+  if (paattaa()) laukaiseRungosta(p, p.kulma + 180, p.alus.epatisade + 1, 0, p.alus.easekesto, false);
 }
 
 void imukapseli(Player& p) {  // 5: a pod with a little man aboard that latches on and leeches
-  if (isanta()) laukaiseRungosta(p, p.kulma, 0.5, p.alus.easevauhti, p.alus.easekesto);
+  if (paattaa()) laukaiseRungosta(p, p.kulma, 0.5, p.alus.easevauhti, p.alus.easekesto);
 }
 
 const double teleportinVali = 15;  // from other ships, when such a spot can be found
@@ -233,7 +210,7 @@ bool turvallinen(const Player& p, double x, double y, bool muutKaukana) {
 }
 
 void teleportti(Player& p) {  // 6: a jump to a random spot clear of the planet
-  if (!isanta()) return;
+  if (!paattaa()) return;
   double x = 0, y = 0;
   for (int yritys = 0; yritys < 60; ++yritys) {
     x = random(2 * (kentanX - 15)) - (kentanX - 15);
@@ -257,7 +234,7 @@ const double salamanUlottuma = 8;
 const Vari salamanVari = {0.75, 0.6, 1.0};
 
 void salamaisku(Player& p, Player& k, double vahinko) {
-  if (isanta() && !suojattu(k)) vahingoita(k, vahinko);
+  if (paattaa() && !suojattu(k)) vahingoita(k, vahinko);
   soita(p.eosumisaani);
 }
 
@@ -279,13 +256,13 @@ void salamakaari(Player& p) {  // 7: an arc to the nearest enemy, jumping on to 
 }
 
 void jarkale(Player& p) {  // 8: a heavy ball that bounces off the walls
-  if (isanta()) laukaiseRungosta(p, p.kulma, p.alus.epatisade + 0.5, p.alus.easevauhti, p.alus.easekesto);
+  if (paattaa()) laukaiseRungosta(p, p.kulma, p.alus.epatisade + 0.5, p.alus.easevauhti, p.alus.easekesto);
 }
 
 double kiertosade(const Player& p) { return p.alus.sade * 2 + 3; }
 
 void satelliitit(Player& p) {  // 9: four drones that circle the ship
-  if (!isanta()) return;
+  if (!paattaa()) return;
   for (int k = 0; k < 4; ++k) {
     const double kulma = p.kulma + 90 * k, a = rad(kulma), r = kiertosade(p);
     laukaise(p, p.x + std::cos(a) * r, p.y + std::sin(a) * r, kulma, 0, p.alus.easekesto, false);
@@ -300,7 +277,7 @@ void rikoLahella(Pati* padit, int n, double x, double y, double ulottuma) {
 void pulssi(Player& p) {  // 10: a shock wave that throws back and hurts, and breaks shots
   const double ulottuma = p.alus.epatisade;
   shokkiaalto(p.x, p.y, ulottuma);
-  if (!isanta()) return;
+  if (!paattaa()) return;
   for (int j = 0; j < pelaajia(); ++j) {
     Player& k = player[j];
     if (!vihollinen(p, k)) continue;
@@ -318,7 +295,7 @@ void pulssi(Player& p) {  // 10: a shock wave that throws back and hurts, and br
 void eiMitaan(Player&) {}
 
 void hakeutuja(Player& p) {  // 13: a slow seeker that speeds up as it closes in
-  if (isanta()) laukaiseRungosta(p, p.kulma, 1, p.alus.easevauhti, p.alus.easekesto);
+  if (paattaa()) laukaiseRungosta(p, p.kulma, 1, p.alus.easevauhti, p.alus.easekesto);
 }
 
 // 14: a lunge forward to ram. For a moment after it the ship's course bends
@@ -327,7 +304,7 @@ const float syoksynKesto = 30;
 const double syoksynKaanto = 3, syoksynKeila = 60, syoksynUlottuma = 40;
 
 void syoksy(Player& p) {
-  if (!isanta()) return;
+  if (!paattaa()) return;
   const double a = rad(p.kulma);
   p.xvauhti = (float)(p.xvauhti + std::cos(a) * p.alus.easevauhti);
   p.yvauhti = (float)(p.yvauhti + std::sin(a) * p.alus.easevauhti);
@@ -335,7 +312,7 @@ void syoksy(Player& p) {
 }
 
 void ohjaaSyoksya(Player& p) {
-  if (p.alus.easelaji != 14 || p.easekesto <= 0 || !isanta()) return;
+  if (p.alus.easelaji != 14 || p.easekesto <= 0 || !paattaa()) return;
   const double vauhti = std::hypot(p.xvauhti, p.yvauhti);
   if (vauhti < 1e-3) return;
   const double suunta = aste(std::atan2(p.yvauhti, p.xvauhti));
@@ -369,7 +346,7 @@ bool vapaaKohta(Pati* const* haulit, int n, double x, double y, double vali) {
 }
 
 void haulikko(Player& p) {
-  if (!isanta()) return;
+  if (!paattaa()) return;
   Pati* haulit[haulejaEnintaan];
   const double lahin = p.alus.sade + 0.5, kaukaisin = lahin + haulikonSyvyys;
   const double vali = 2 * p.alus.epatisade * kosketus + 0.01;
@@ -386,7 +363,7 @@ void haulikko(Player& p) {
 }
 
 void limapallo(Player& p) {  // 17: a glob of slime
-  if (isanta()) laukaiseRungosta(p, p.kulma, p.alus.epatisade, p.alus.easevauhti, p.alus.easekesto);
+  if (paattaa()) laukaiseRungosta(p, p.kulma, p.alus.epatisade, p.alus.easevauhti, p.alus.easekesto);
 }
 
 // Ship 18 never refuels by itself: its discharge takes fuel from the ships around it.
@@ -401,7 +378,7 @@ void purkaus(Player& p) {  // 18
     Player& k = player[j];
     if (!vihollinen(p, k) || etaisyys(p.x, p.y, k.x, k.y) - k.alus.sade * kosketus >= ulottuma) continue;
     kohta = salama(p, kohta, p.x, p.y, k.x, k.y, 4, purkauksenVari, 10);
-    if (!isanta() || suojattu(k)) continue;
+    if (!paattaa() || suojattu(k)) continue;
     const double saalis = std::max(0.0, std::min<double>(varastettavaPolttoaine, k.fuel));
     k.fuel = (float)(k.fuel - saalis);
     p.fuel = (float)std::min(p.alus.fuel, p.fuel + saalis);
@@ -415,7 +392,7 @@ void purkaus(Player& p) {  // 18
 
 // Kind 15's boost is a switch: a press turns it on or off, holding keeps it.
 bool erikoinenPohjassa[maxPlayers];
-bool erikoisnappi(const Player& p) { return joinpeli ? p.joinease : p.pease; }
+bool erikoisnappi(const Player& p) { return napit(p).erikois; }
 
 void tehostin(Player& p) { p.suojapaalla = !p.suojapaalla; }
 
@@ -423,13 +400,13 @@ void tehostin(Player& p) { p.suojapaalla = !p.suojapaalla; }
 const int jakautumisVali = 25;
 
 void jakautuja(Player& p) {  // 21: a shot that splits in two every quarter of its life
-  if (!isanta()) return;
+  if (!paattaa()) return;
   if (Pati* s = laukaiseRungosta(p, p.kulma, 1, p.alus.easevauhti, p.alus.easekesto))
     s->ampumisviive = jakautumisVali;
 }
 
 void takasarja(Player& p) {  // 22: a fan of shots thrown back at pursuers
-  if (!isanta()) return;
+  if (!paattaa()) return;
   for (int k = -3; k <= 3; ++k)
     laukaiseRungosta(p, p.kulma + 180 + k * 10, 0.5, p.alus.easevauhti, p.alus.easekesto);
 }
@@ -437,7 +414,7 @@ void takasarja(Player& p) {  // 22: a fan of shots thrown back at pursuers
 const double panoksenSade = 12;
 
 void panos(Player& p) {  // 23: a charge left in place that blows up when touched or when its time is up
-  if (isanta()) laukaiseRungosta(p, p.kulma + 180, p.alus.epatisade + 1, 0, p.alus.easekesto, false);
+  if (paattaa()) laukaiseRungosta(p, p.kulma + 180, p.alus.epatisade + 1, 0, p.alus.easekesto, false);
 }
 
 const Laukaisu laukaisut[alustyyppeja] = {
@@ -453,12 +430,10 @@ using Lento = bool (*)(Player&, Pati&);
 
 bool suoraan(Player&, Pati&) { return true; }
 
-void vaimenna(float& v, double k) { v = (float)(v / (1.0 + k * (std::fabs(v) + 1.0))); }
-
 bool kaivo(Player& o, Pati& s) {  // 4: stays put and pulls enemies in
   s.xv *= 0.95f;
   s.yv *= 0.95f;
-  if (!isanta()) return true;
+  if (!paattaa()) return true;
   for (int j = 0; j < pelaajia(); ++j) {
     Player& k = player[j];
     const double d = etaisyys(s.x, s.y, k.x, k.y);
@@ -488,7 +463,7 @@ void vapautaPikkumies(const Pati& s, const Player& o) {
 }
 
 void irrota(Player& o, Pati& s) {
-  if (!isanta()) return;
+  if (!paattaa()) return;
   vapautaPikkumies(s, o);
   s.aika = 0;
 }
@@ -509,7 +484,7 @@ bool kapseli(Player& o, Pati& s) {
   s.y = (float)(k.y + std::sin(a) * r);
   s.xv = k.xvauhti;
   s.yv = k.yvauhti;
-  if (isanta()) {
+  if (paattaa()) {
     vahingoita(k, o.alus.edamage);
     o.energia = (float)std::min(o.alus.energia, o.energia + o.alus.edamage);
   }
@@ -554,7 +529,7 @@ const double jakautumisKulma = 12, jakautujanHaku = 60, jakautujanKaanto = 30;
 bool jakautuva(Player& o, Pati& s) {  // 21
   if (s.ampumisviive <= 0 || --s.ampumisviive > 0) return true;
   s.ampumisviive = jakautumisVali;
-  if (!isanta()) return true;
+  if (!paattaa()) return true;
   const double vauhti = std::hypot(s.xv, s.yv);
   double suunta = aste(std::atan2(s.yv, s.xv));
   // Each split turns the pair towards the nearest enemy ahead, so the cluster closes on it.
@@ -579,7 +554,7 @@ bool jakautuva(Player& o, Pati& s) {  // 21
 }
 
 bool palava(Player& o, Pati& s) {  // 23: a spent charge goes off where it lies
-  if (s.aika <= 0 && isanta()) rajahdys(s.x, s.y, panoksenSade, o.alus.edamage, nullptr);
+  if (s.aika <= 0 && paattaa()) rajahdys(s.x, s.y, panoksenSade, o.alus.edamage, nullptr);
   return true;
 }
 
@@ -597,13 +572,6 @@ Lento lento(int laji) {
 }
 
 // ---- Hits --------------------------------------------------------------------
-
-bool osuu(const Player& k, const Pati& s, double sade) {
-  if (suojattu(k)) return false;
-  const double r = (k.alus.sade + sade) * kosketus;
-  const double dx = s.x - k.x, dy = s.y - k.y;
-  return r * r > dx * dx + dy * dy;
-}
 
 // Mirrors the shot's velocity off the hull it touched and sets it just clear of it.
 void kimpoaRungosta(Pati& s, const Player& k, double sade) {
@@ -655,7 +623,7 @@ void osumat(Player& o, Pati& s) {
   for (int j = 0; j < pelaajia() && s.aika > 0; ++j) {
     Player& k = player[j];
     if (&k == &o || !elossa(k) || !osuu(k, s, o.alus.epatisade)) continue;
-    if (isanta()) {
+    if (paattaa()) {
       soita(o.eosumisaani);
       osumaVaikutus(o, s, k);
       if (o.alus.easelaji == 5) return;
@@ -663,16 +631,6 @@ void osumat(Player& o, Pati& s) {
       soita(o.eosumisaani);
       s.alku = -1;
     }
-  }
-}
-
-void planeetta(Pati& s) {
-  const double q = (double)s.x * s.x + (double)s.y * s.y;
-  if (q < planeetanNielu * planeetanNielu) {
-    if (isanta()) s.aika = 0;
-  } else if (q < planeetanVeto * planeetanVeto) {
-    s.xv = (float)(s.xv - 0.1 * s.x / q);
-    s.yv = (float)(s.yv - 0.1 * s.y / q);
   }
 }
 
@@ -724,7 +682,7 @@ void Player::ease() {
     if (i >= 0 && erikoinenPohjassa[i]) return;  // still the same press
   }
   // The lunge is paid by the ram that ends it, which spends the whole tank.
-  if (!joinpeli && laji != 14) fuel = (float)(fuel - alus.easefuel);
+  if (paattaa() && laji != 14) fuel = (float)(fuel - alus.easefuel);
   easeviive = (float)alus.easenopeus;
   soita(eampumisaani);
   laukaisut[laji](*this);

@@ -8,7 +8,6 @@ enum class ErikoisKaytto {
   Kaukaa,   // offensive at range: launch toward the target
   Pako,     // escape: trigger when in trouble (low energy, surrounded)
   Takaa,    // lay behind while being chased (mines, traps)
-  Apu,      // support: trigger when hurt or when it helps the ship itself
   Ei        // nothing to trigger
 };
 ErikoisKaytto erikoisenKaytto(int easelaji);

@@ -27,3 +27,11 @@ void drawCube();
 // lies at y1 (images are stored top row first).
 void kuvaNelio(float x1, float y1, float x2, float y2, float z, bool kuvaAlasPain = false);
 void drawTri();
+
+// Pieces of the frame drawing (scene.cpp) that the objective modes draw with.
+// Models standing on the field (frame corners, flowers, mushrooms): the GL state
+// they are drawn in, and one model of list_int at (x, y) at a scale.
+void valmisteleMallit();
+void piirraKenttaMalli(int lista, float x, float y, float koko);
+// The team score panel of the objective modes, under the given title.
+void piirraPistetaulu(const char* otsikko);

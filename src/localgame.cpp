@@ -11,12 +11,9 @@
 #include "Menu.h"
 #include "Sets.h"
 #include "Teksti.h"
-#include "ai.h"
 #include "audio.h"
 #include "ctf.h"
-#include "domination.h"
 #include "glapi.h"
-#include "net.h"
 #include "peliloppu.h"
 #include "scene.h"
 
@@ -47,34 +44,22 @@ const Pelisilmukka tavoiteSilmukka = {CatchUp::KeepOne, 10, pistesaantoLoppu};
 
 float kohtaY(int kohta) { return 4.0f - 2.0f * kohta; }
 
-// Every slot takes its team and pilot from the settings and starts alive with
-// `pisteet`; with `uudetAlukset` each also gets a fresh random ship.
-void nollaaPelaajat(float pisteet, bool uudetAlukset) {
+// Every slot takes its team and pilot from the settings.
+void asetaPaikat() {
   players = std::clamp(sets.playermaara, 2, maxPlayers);
   for (int i = 0; i < maxPlayers; ++i) {
     Player& p = player[i];
     p.tiimi = std::clamp(sets.team[i], 0, std::max(0, std::min(cpisteita, maxPlayers) - 1));
     p.ihmispelaaja = sets.ihminen[i];
-    p.kuolema = 0;
-    p.pisteet = pisteet;
-    if (uudetAlukset) p.uudestaan(alus[satunnainenAlusnumero()]);
   }
 }
 
-// A new match also starts from home flowers and unowned domination points.
-void nollaaTavoitteet() {
-  aloitaCPisteet();
-  for (int k = 0; dpiste && k < dpisteita; ++k) dpiste[k].tiimi = -1;
-}
-
+// With `satunnaisetAlukset` every slot also gets a fresh random ship.
 Pelisilmukka aloitaPeli(int tila, bool krediitit, bool valinta, bool satunnaisetAlukset) {
-  gamemode = tila;
-  pistepeli = krediitit;
-  saavalita = valinta;
-  nollaaPelaajat(krediitit ? static_cast<float>(fullcredits) : 0.0f, satunnaisetAlukset);
-  nollaaTavoitteet();
-  aiAlusta();  // the pilots forget the last match's targets and plans
-  ekapisteframe = true;
+  asetaPaikat();
+  nollaaOttelu(tila, krediitit, valinta, krediitit ? static_cast<float>(fullcredits) : 0.0f);
+  if (satunnaisetAlukset)
+    for (Player& p : player) p.uudestaan(alus[satunnainenAlusnumero()]);
   if (tila >= 2) return tavoiteSilmukka;
   return krediitit ? krediittiSilmukka : vapaaSilmukka;
 }
@@ -188,7 +173,7 @@ namespace {
 // The visible half-width at depth 40 of the set-up's 45-degree perspective.
 float puoliLeveys40() {
   const float aspect = screenheight > 0 ? float(screenwidth) / float(screenheight) : 1.0f;
-  return 40.0f * std::tan(22.5f * 3.1415927f / 180.0f) * aspect;
+  return 40.0f * std::tan(22.5f * saannot::pii / 180.0f) * aspect;
 }
 
 // A quad over the whole view, just in front of the near plane.
@@ -196,8 +181,8 @@ void kokoRuutu() {
   glMatrixMode(GL_MODELVIEW);
   glLoadIdentity();
   const float z = -1.5f;
-  const float h = 1.5f * std::tan(22.5f * 3.1415927f / 180.0f) * 1.01f;
-  const float w = h * puoliLeveys40() / (40.0f * std::tan(22.5f * 3.1415927f / 180.0f));
+  const float h = 1.5f * std::tan(22.5f * saannot::pii / 180.0f) * 1.01f;
+  const float w = h * puoliLeveys40() / (40.0f * std::tan(22.5f * saannot::pii / 180.0f));
   kuvaNelio(-w, -h, w, h, z, true);
 }
 

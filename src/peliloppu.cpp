@@ -17,7 +17,7 @@ signed char voittotiimi = 0;
 namespace {
 
 bool kukaanYltaa(double raja) {
-  for (int i = 0; i < pelaajaLkm(); ++i)
+  for (int i = 0; i < saannot::pelaajia(); ++i)
     if (player[i].pisteet >= raja) return true;
   return false;
 }
@@ -30,7 +30,7 @@ bool tavoitePeli() { return gamemode >= 2 && gamemode <= 4; }
 bool tiimisaantoLoppu() {
   // Counts changes of team in slot order, not distinct teams: A, B, A is 3.
   int edellinen = -1, vaihtoja = 0;
-  for (int i = 0; i < pelaajaLkm(); ++i) {
+  for (int i = 0; i < saannot::pelaajia(); ++i) {
     if (player[i].pisteet < 0 || player[i].tiimi == edellinen) continue;
     ++vaihtoja;
     edellinen = player[i].tiimi;
@@ -43,7 +43,7 @@ bool pistesaantoLoppu() { return kukaanYltaa(fullcredits); }
 int johtavaTiimi() {
   // The running best is kept truncated, so 5.3 after 5.7 still takes the lead.
   int paras = -2, tiimi = 0;
-  for (int i = 0; i < pelaajaLkm(); ++i) {
+  for (int i = 0; i < saannot::pelaajia(); ++i) {
     if (!(player[i].pisteet > paras)) continue;
     paras = static_cast<int>(player[i].pisteet);
     tiimi = player[i].tiimi;
@@ -56,7 +56,7 @@ int peliloppu() {
   if (!tappopeli()) return 0;
   int tiimi = -1;
   bool loytyi = false;
-  for (int i = 0; i < pelaajaLkm(); ++i) {
+  for (int i = 0; i < saannot::pelaajia(); ++i) {
     if (player[i].pisteet < 0) continue;
     if (!loytyi) {
       tiimi = player[i].tiimi;
@@ -74,7 +74,7 @@ int peliloppu() {
 // The team of the last player that reached the score limit, -1 if none did.
 static int tavoitteenSaavuttanutTiimi() {
   int tiimi = -1;
-  for (int i = 0; i < pelaajaLkm(); ++i)
+  for (int i = 0; i < saannot::pelaajia(); ++i)
     if (player[i].pisteet >= fullcredits) tiimi = player[i].tiimi;
   return tiimi;
 }
@@ -108,7 +108,7 @@ static void piirraVoittajat(int voittotiimi, int voittajia) {
   const float pienennys = voittajia < 5 ? 0.5f : 0.32f;
   glScalef(pienennys, pienennys, pienennys);
   int kohta = 0;
-  for (int i = 0; i < pelaajaLkm(); ++i) {
+  for (int i = 0; i < saannot::pelaajia(); ++i) {
     if (!onVoittaja(player[i], voittotiimi)) continue;
     player[i].piirra(4 - 4 * voittajia + 8 * kohta, -6, -3, 90, 0);
     ++kohta;
@@ -138,7 +138,7 @@ void drawVictory(int tiimi) {
   const int voittotiimi = tavoitePeli() ? tavoitteenSaavuttanutTiimi() : tiimi;
   int voittajia = 0;
   int krediittiSumma = 0;
-  for (int i = 0; i < pelaajaLkm(); ++i) {
+  for (int i = 0; i < saannot::pelaajia(); ++i) {
     if (!onVoittaja(player[i], voittotiimi)) continue;
     ++voittajia;
     krediittiSumma += player[i].pisteet + player[i].alus.pistemaara;  // truncated at each step

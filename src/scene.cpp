@@ -1,29 +1,30 @@
 #include "scene.h"
 
 #include <GL/gl.h>
+#include <GL/glu.h>
 #include <SDL/SDL.h>
 
 #include <algorithm>
 #include <cmath>
+#include <cstdint>
+#include <cstdio>
+#include <cstring>
 #include <iterator>
 
 #include "Main.h"
 #include "Menu.h"
 #include "Sets.h"
+#include "Teksti.h"
+#include "ai.h"
 #include "audio.h"
 #include "ctf.h"
 #include "domination.h"
-#include "net.h"
-#include "sieni.h"
-
-#include <GL/glu.h>
-#include <cstdint>
-#include <cstdio>
-#include <cstring>
-
-#include "Teksti.h"
 #include "glapi.h"
+#include "localgame.h"
+#include "net.h"
+#include "netpeli.h"
 #include "peliloppu.h"
+#include "sieni.h"
 
 Sirpale sirpale[maxSirpaleita];
 Star star[tahtia];
@@ -39,34 +40,17 @@ bool asteroidirajahtaa;
 float arajahdys[2];
 pikkumiessiirto siirrot[10];
 
+using namespace saannot;
+
 namespace {
 
-// The simulation turns degrees into radians with the single-precision pi;
-// the camera uses 3.14 on purpose (its angles were tuned with it).
-const double piF = 3.1415927f;
+// The camera turns radians into degrees with 3.14, deliberately: its angles were tuned with it.
 const double kameranPii = 3.14;
 
 const float planeetanSade = 8.0f;
 const short kuolemanAlku = 350;
 const short uudestaanHetki = 200;  // the respawn decision is taken at this timer value
 const float asteroidinVaistokulma = 0.5235987901687622f;
-
-bool isanta() { return hostpeli; }
-bool asiakas() { return joinpeli; }
-bool paikallinen() { return !hostpeli && !joinpeli; }
-
-int kaytossaSirpaleita() { return std::clamp(sirpaleita, 0, maxSirpaleita); }
-
-// Number of slots a `maxpadit`-style limit uses: the game's loops run while
-// the index is below the double, so a fraction counts as one more slot.
-int kaytettavatPaikat(double raja, int koko) {
-  if (!(raja > 0)) return 0;
-  return std::min(koko, static_cast<int>(std::ceil(raja)));
-}
-
-void soita(Sound* s) {
-  if (efektitpaalla && s) s->play();
-}
 
 void lopetaLaser(Player& p) {
   if (efektitpaalla && p.laseraani && p.ampumisaani) p.ampumisaani->stop();
@@ -187,7 +171,7 @@ void tyonna(float& xv1, float& yv1, double m1, float& xv2, float& yv2, double m2
   yv1 -= impulssi / m1 * std::sin(kulma);
 }
 
-float kosketusraja(double summa) { return summa * 0.25 * piF; }
+float kosketusraja(double summa) { return summa * 0.25 * static_cast<double>(pii); }
 
 void asteroidiJaAsteroidi(Pati& a, Pati& b) {
   const float dx = b.x - (a.x + a.xv), dy = b.y - (a.y + a.yv);
@@ -206,7 +190,7 @@ void asteroidiJaAlus(Pati& a, Player& p) {
     p.y -= (a.y - p.y) * 0.4f;
   }
   tyonna(a.xv, a.yv, a.koko * 100.0, p.xvauhti, p.yvauhti, p.alus.paino, std::atan2(dy, dx), !kestava);
-  if (asiakas()) return;
+  if (!paattaa()) return;
   if (p.alus.easelaji == 14) {
     a.energia -= p.fuel * p.alus.edamage / p.alus.fuel;
     p.fuel = 0;
@@ -227,15 +211,15 @@ ElavatPadit elavat[maxPlayers][2];
 void kokoaElavat(ElavatPadit& e, const Pati* padit, double raja, int koko) {
   e.maara = 0;
   if (!padit) return;
-  const int paikkoja = kaytettavatPaikat(raja, std::min(koko, padinPaikkoja));
+  const int paikkoja = kaytossa(raja, std::min(koko, padinPaikkoja));
   for (int k = 0; k < paikkoja; ++k)
     if (padit[k].aika > 0) e.indeksi[e.maara++] = static_cast<unsigned short>(k);
 }
 
 void kokoaElavatPadit() {
-  for (int p = 0; p < pelaajaLkm(); ++p) {
+  for (int p = 0; p < pelaajia(); ++p) {
     const Player& pl = player[p];
-    const bool mukana = pelissa(p);
+    const bool mukana = pelissa(player[p]);
     // Ship 9's special shots pass through asteroids.
     kokoaElavat(elavat[p][0], mukana ? pl.pati : nullptr, pl.alus.maxpadit, maksimipadit);
     kokoaElavat(elavat[p][1], mukana && pl.alus.numero != 9 ? pl.epati : nullptr, pl.alus.maxepadit, maksimiepadit);
@@ -244,7 +228,7 @@ void kokoaElavatPadit() {
 
 // Live shots of one array that reach the asteroid's next position hurt it and are spent.
 void asteroidiJaPadit(Pati& a, Pati* padit, const ElavatPadit& e, double sade, double vahinko) {
-  if (asiakas()) return;
+  if (!paattaa()) return;
   const float ax = a.x + a.xv, ay = a.y + a.yv;
   const float raja = kosketusraja(a.koko + sade);
   for (int n = 0; n < e.maara; ++n) {
@@ -273,17 +257,17 @@ void asteroidinPlaneetta(Pati& a, float r2) {
 void laskeAsteroidi(int i) {
   Pati& a = asteroidi[i];
   const float r2 = a.x * a.x + a.y * a.y;
-  if (r2 < 81 && !asiakas()) a.energia = 0;
+  if (r2 < 81 && paattaa()) a.energia = 0;
   for (int j = i + 1; j < asteroideja; ++j) asteroidiJaAsteroidi(a, asteroidi[j]);
-  for (int p = 0; p < pelaajaLkm(); ++p) {
-    if (!pelissa(p)) continue;
+  for (int p = 0; p < pelaajia(); ++p) {
+    if (!pelissa(player[p])) continue;
     Player& pl = player[p];
     asteroidiJaAlus(a, pl);
     asteroidiJaPadit(a, pl.pati, elavat[p][0], pl.alus.patisade, pl.alus.damage);
     asteroidiJaPadit(a, pl.epati, elavat[p][1], pl.alus.epatisade, pl.alus.edamage);
   }
   asteroidinPlaneetta(a, r2);
-  if (a.energia > 0 || asiakas()) return;
+  if (a.energia > 0 || !paattaa()) return;
   rajahdys(asteroidinRajahdys, a.x, a.y);
   asteroidiuudestaan[i] = true;
   asteroidirajahtaa = true;
@@ -331,8 +315,8 @@ void asetaValo() {
 
 void laskeKameranKeskipiste() {
   float maxx = -160, maxy = -120, minx = 160, miny = 120;
-  for (int i = 0; i < pelaajaLkm(); ++i) {
-    if (!pelissa(i)) continue;
+  for (int i = 0; i < pelaajia(); ++i) {
+    if (!pelissa(player[i])) continue;
     maxx = std::max(maxx, player[i].x);
     minx = std::min(minx, player[i].x);
     maxy = std::max(maxy, player[i].y);
@@ -344,10 +328,10 @@ void laskeKameranKeskipiste() {
 
 void laskeKameranEtaisyys() {
   float dx = 0, dy = 0;
-  for (int i = 0; i < pelaajaLkm(); ++i) {
-    if (!pelissa(i)) continue;
-    for (int j = i + 1; j < pelaajaLkm(); ++j) {
-      if (!pelissa(j)) continue;
+  for (int i = 0; i < pelaajia(); ++i) {
+    if (!pelissa(player[i])) continue;
+    for (int j = i + 1; j < pelaajia(); ++j) {
+      if (!pelissa(player[j])) continue;
       dx = std::max(dx, std::fabs(player[i].x - player[j].x));
       dy = std::max(dy, std::fabs(player[i].y - player[j].y));
     }
@@ -377,26 +361,26 @@ void laskeKameranKulmat() {
 }
 
 void tietokonePilotit() {
-  if (asiakas()) return;
-  for (int i = 0; i < pelaajaLkm(); ++i)
-    if (pelissa(i) && !player[i].ihmispelaaja) player[i].ailiiku();
+  if (!paattaa()) return;
+  for (int i = 0; i < pelaajia(); ++i)
+    if (pelissa(player[i]) && !player[i].ihmispelaaja) player[i].ailiiku();
 }
 
 void liikuta() {
-  for (int i = 0; i < pelaajaLkm(); ++i) {
+  for (int i = 0; i < pelaajia(); ++i) {
     Player& p = player[i];
-    if (!pelissa(i) || p.kuolema >= 1) continue;
+    if (!pelissa(p) || p.kuolema >= 1) continue;
     p.liiku();
     p.laskeKaasujaljet();
     p.liikutaPadit();
     p.liikutaePadit();
-    if (!asiakas()) p.tarkistaHajosikoPadit();
+    if (paattaa()) p.tarkistaHajosikoPadit();
   }
 }
 
 void alkusirpaleet() {
-  for (int i = 0; i < pelaajaLkm(); ++i)
-    if (pelissa(i) && player[i].kuolema >= 1 && player[i].kuolema < uudestaanHetki) player[i].laskeAlkuSirpaleet();
+  for (int i = 0; i < pelaajia(); ++i)
+    if (pelissa(player[i]) && player[i].kuolema >= 1 && player[i].kuolema < uudestaanHetki) player[i].laskeAlkuSirpaleet();
 }
 
 void planeetta(Player& p) {
@@ -418,7 +402,7 @@ void planeetta(Player& p) {
     return;
   }
   v = std::max(v, 0.1);
-  const double suunta = 2 * a - b - piF;  // mirror bounce off the surface
+  const double suunta = 2 * a - b - static_cast<double>(pii);  // mirror bounce off the surface
   p.xvauhti = v * std::cos(suunta);
   p.yvauhti = v * std::sin(suunta);
   const float nx = p.x + p.xvauhti, ny = p.y + p.yvauhti;
@@ -429,9 +413,9 @@ void planeetta(Player& p) {
 }
 
 void planeetat() {
-  if (asiakas()) return;
-  for (int i = 0; i < pelaajaLkm(); ++i)
-    if (pelissa(i)) planeetta(player[i]);
+  if (!paattaa()) return;
+  for (int i = 0; i < pelaajia(); ++i)
+    if (pelissa(player[i])) planeetta(player[i]);
 }
 
 // Draws a ship number in 0..23; random(24) can return 24 itself.
@@ -464,7 +448,7 @@ void ostaSatunnainenAlus(Player& p) {
 
 void pistepelinAlku() {
   if (pistepeli && ekapisteframe) {
-    for (int i = 0; i < pelaajaLkm(); ++i) {
+    for (int i = 0; i < pelaajia(); ++i) {
       if (saavalita)
         valitseAlus(i);
       else
@@ -475,10 +459,10 @@ void pistepelinAlku() {
 }
 
 void kuolemaAjastimet() {
-  if (asiakas()) return;
-  for (int i = 0; i < pelaajaLkm(); ++i) {
+  if (!paattaa()) return;
+  for (int i = 0; i < pelaajia(); ++i) {
     Player& p = player[i];
-    if (!pelissa(i) || p.kuolema <= 0) continue;
+    if (!pelissa(p) || p.kuolema <= 0) continue;
     // The host holds the timer here until its network loop has respawned the ship.
     if (isanta() && p.kuolema == uudestaanHetki) continue;
     --p.kuolema;
@@ -487,7 +471,7 @@ void kuolemaAjastimet() {
 
 void asiakkaanRajahdykset() {
   if (!asiakas()) return;
-  for (int i = 0; i < pelaajaLkm(); ++i) {
+  for (int i = 0; i < pelaajia(); ++i) {
     if (!playerrajahtaa[i]) continue;
     rajahdysaani(player[i]);
     playerrajahtaa[i] = false;
@@ -502,10 +486,10 @@ void kuolema(int i) {
     prajahdys[i][0] = p.x;
     prajahdys[i][1] = p.y;
   }
-  if (!asiakas()) rajahdys(aluksenRajahdys, p.x, p.y);
+  if (paattaa()) rajahdys(aluksenRajahdys, p.x, p.y);
   p.suojapaalla = false;
   if (p.alus.easelaji == 12 && random(100) >= 50) {
-    if (!asiakas()) p.uudestaan(alus[12]);
+    if (paattaa()) p.uudestaan(alus[12]);
     soita(alus[12].eosumisaani);
   }
   if (p.energia > 0) return;
@@ -514,8 +498,8 @@ void kuolema(int i) {
 }
 
 void kuolemat() {
-  for (int i = 0; i < pelaajaLkm(); ++i)
-    if (pelissa(i) && player[i].energia <= 0 && player[i].kuolema < 1) kuolema(i);
+  for (int i = 0; i < pelaajia(); ++i)
+    if (pelissa(player[i]) && player[i].energia <= 0 && player[i].kuolema < 1) kuolema(i);
 }
 
 int satunnainenAlusIlmanPisteita() {
@@ -574,21 +558,21 @@ void paikallinenUusiAlus(int i) {
 }
 
 void uudestaanSyntymat() {
-  for (int i = 0; i < pelaajaLkm(); ++i) {
-    if (!pelissa(i) || player[i].kuolema != uudestaanHetki) continue;
+  for (int i = 0; i < pelaajia(); ++i) {
+    if (!pelissa(player[i]) || player[i].kuolema != uudestaanHetki) continue;
     // A local capture-the-flower death is charged here and again in the
     // request below: the double penalty is part of the local game's balance.
     if (paikallinen() && gamemode == 3) tiimillePisteita(player[i].tiimi, -ckuolemapisteet);
-    if (!asiakas()) uudestaanPyynto(i);
+    if (paattaa()) uudestaanPyynto(i);
     if (paikallinen()) paikallinenUusiAlus(i);
   }
 }
 
 void elvytykset() {
-  if (asiakas()) return;
-  for (int i = 0; i < pelaajaLkm(); ++i) {
+  if (!paattaa()) return;
+  for (int i = 0; i < pelaajia(); ++i) {
     Player& p = player[i];
-    if (!pelissa(i) || p.kuolema != 1) continue;
+    if (!pelissa(p) || p.kuolema != 1) continue;
     p.energia = p.alus.energia;
     p.xvauhti = p.yvauhti = 0;
   }
@@ -618,7 +602,7 @@ void aaltoileTahdet(int frame) {
 }
 
 void tavoitteet() {
-  if (asiakas()) return;
+  if (!paattaa()) return;
   switch (gamemode) {
     case 2: laskeDPisteet(); break;
     case 3: laskeCPisteet(); break;
@@ -640,22 +624,6 @@ void raportoiPikkumies(int i) {
 }
 
 }  // namespace
-
-// --- Shared helpers ----------------------------------------------------------
-
-int pelaajaLkm() { return std::clamp(players, 0, maxPlayers); }
-
-bool pelissa(int i) { return !pistepeli || player[i].pisteet >= 0; }
-
-void tiimillePisteita(int tiimi, float maara) {
-  for (int i = 0; i < pelaajaLkm(); ++i)
-    if (pelissa(i) && player[i].tiimi == tiimi) player[i].pisteet += maara;
-}
-
-bool lahella(int i, float x, float y, float sade) {
-  const float dx = player[i].x - x, dy = player[i].y - y;
-  return std::sqrt(dx * dx + dy * dy) < sade;
-}
 
 // --- Start-up placement ------------------------------------------------------
 
@@ -683,8 +651,39 @@ void alustaAsteroidit() {
   }
 }
 
+// --- A new match -------------------------------------------------------------
+
+void nollaaOttelu(int tila, bool krediitit, bool valinta, float pisteet) {
+  gamemode = tila;
+  pistepeli = krediitit;
+  saavalita = valinta;
+  ekapisteframe = true;
+  for (Player& p : player) {
+    p.pisteet = pisteet;
+    p.unohdaOttelu();
+  }
+  for (Sirpale& s : sirpale) s = Sirpale{};
+  for (Pati& m : pikkumies) m.aika = 0;
+  std::fill(std::begin(playerrajahtaa), std::end(playerrajahtaa), false);
+  std::fill(std::begin(playeruudestaan), std::end(playeruudestaan), 0);
+  std::fill(std::begin(asteroidiuudestaan), std::end(asteroidiuudestaan), false);
+  asteroidirajahtaa = false;
+  for (pikkumiessiirto& s : siirrot) s = pikkumiessiirto{};
+  limalaitetaan = false;
+  aloitaCPisteet();
+  for (int k = 0; dpiste && k < dpisteita; ++k) dpiste[k].tiimi = -1;
+  aiAlusta();
+}
+
 // --- The world step ----------------------------------------------------------
 
+// The same step runs in a local game, on a host and on a client. A client (paattaa()
+// false) skips whole stages: tietokonePilotit, planeetat, kuolemaAjastimet, elvytykset
+// and tavoitteet; within the others it skips each decision (shots against shots, damage
+// to asteroids, a death's debris and resurrection, respawn requests), which arrive from
+// the host, and only it runs asiakkaanRajahdykset. pistepelinAlku and a local respawn in
+// uudestaanSyntymat may open the ship choice (valitseAlus), a screen with a loop of its
+// own that returns once the player has chosen.
 void calculateFrame(int frame) {
   asetaValo();
   laskeKameranKeskipiste();
@@ -712,7 +711,7 @@ void laskeAsteroidit() {
     asteroidirajahtaa = false;
     rajahdys(asteroidinRajahdys, arajahdys[0], arajahdys[1]);
   }
-  if (!asiakas()) kokoaElavatPadit();
+  if (paattaa()) kokoaElavatPadit();
   for (int i = 0; i < asteroideja; ++i) laskeAsteroidi(i);
 }
 
@@ -723,8 +722,8 @@ void laskePikkumiehet() {
     --m.aika;
     if (m.ampumisviive < 1) {
       // Every ship over the little man gets him: overlapping ships both gain.
-      for (int p = 0; p < pelaajaLkm(); ++p) {
-        if (!pelissa(p) || !lahella(p, m.x, m.y, player[p].alus.sade)) continue;
+      for (int p = 0; p < pelaajia(); ++p) {
+        if (!pelissa(player[p]) || !lahella(p, m.x, m.y, player[p].alus.sade)) continue;
         player[p].energia += 1.0f;
         m.aika = 0;
       }
@@ -936,10 +935,10 @@ static void piirraPelaaja(Player& p) {
 
 // Ships with everything they own, then the swirls of the ships waiting to come back.
 void piirraPelaajat() {
-  for (int i = 0; i < pelaajaLkm(); ++i)
-    if (pelissa(i) && player[i].kuolema < 1) piirraPelaaja(player[i]);
-  for (int i = 0; i < pelaajaLkm(); ++i)
-    if (pelissa(i) && player[i].kuolema >= 1 && player[i].kuolema < uudestaanHetki)
+  for (int i = 0; i < pelaajia(); ++i)
+    if (pelissa(player[i]) && player[i].kuolema < 1) piirraPelaaja(player[i]);
+  for (int i = 0; i < pelaajia(); ++i)
+    if (pelissa(player[i]) && player[i].kuolema >= 1 && player[i].kuolema < uudestaanHetki)
       player[i].piirraAlkuSirpaleet();
 }
 
@@ -1049,7 +1048,7 @@ void piirraHud() {
   glMatrixMode(GL_MODELVIEW);
   glLoadIdentity();
   glTranslatef(0, 0, -30);
-  for (int i = 0; i < pelaajaLkm(); ++i) player[i].piirraGraffat();
+  for (int i = 0; i < pelaajia(); ++i) player[i].piirraGraffat();
   if (gamemode == 2) piirraDGraffat();
   else if (gamemode == 3) piirraCGraffat();
   else if (gamemode == 4) piirraSGraffat();
@@ -1266,7 +1265,7 @@ void Player::piirraPadit() {
   if (onSade(laji) || pati == nullptr) return;  // beams are drawn as lines
   aloitaHiukkaset(alus.patitexture, GL_ONE);
   const Kasvot kasvot = kameranKasvot();
-  const int maara = kaytettavatPaikat(alus.maxpadit, maksimipadit);
+  const int maara = kaytossa(alus.maxpadit, maksimipadit);
   for (int i = 0; i < maara; ++i)
     if (pati[i].aika > 0) piirraPati(laji, i, pati[i], alus, kasvot);
   era.piirra();
@@ -1365,7 +1364,7 @@ void Player::piirraePadit() {
   const int laji = alus.easelaji;
   aloitaHiukkaset(alus.epatitexture != 0 ? alus.epatitexture : texture[18], GL_ONE);
   const Kasvot kasvot = kameranKasvot();
-  const int maara = epati ? kaytettavatPaikat(alus.maxepadit, maksimiepadit) : 0;
+  const int maara = epati ? kaytossa(alus.maxepadit, maksimiepadit) : 0;
   for (int i = 0; i < maara; ++i)
     if (epati[i].aika > 0) piirraErikoinen(laji, epati[i], alus, kasvot);
   era.piirra();
@@ -1540,7 +1539,7 @@ void piirraPistetaulu(const char* otsikko) {
   const int raja = verkkopeli() ? mpcredits : printedAsInt(fullcredits);
   int listatut[maxPlayers];
   int tiimeja = 0;
-  for (int i = 0; i < pelaajaLkm(); ++i) {
+  for (int i = 0; i < pelaajia(); ++i) {
     const Player& p = player[i];
     bool jo = false;
     for (int t = 0; t < tiimeja; ++t) jo = jo || listatut[t] == p.tiimi;
@@ -1558,7 +1557,6 @@ void piirraPistetaulu(const char* otsikko) {
 }
 
 // Ship choice
-#include "localgame.h"
 
 namespace {
 
@@ -1581,8 +1579,8 @@ int ostettavaSatunnainen(const Player& p) {
 
 // The first player in play of another team, or null.
 const Player* ensimmainenVihollinen(const Player& oma) {
-  for (int i = 0; i < pelaajaLkm(); ++i)
-    if (pelissa(i) && player[i].tiimi != oma.tiimi) return &player[i];
+  for (int i = 0; i < pelaajia(); ++i)
+    if (pelissa(player[i]) && player[i].tiimi != oma.tiimi) return &player[i];
   return nullptr;
 }
 

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "Player.h"
+#include "Sets.h"
 
 struct Star {
   float x, y, z;
@@ -15,7 +16,7 @@ const int pikkumiehia = 200;
 const int tahtia = 500;
 // The shard pool is sized for the highest detail level, so that a detail
 // change in the settings can never make `sirpaleita` outgrow it.
-const int maxSirpaleita = 3 * 500 + 1000;
+const int maxSirpaleita = sirpaleitaTarkkuudella(suurinTarkkuus);
 
 extern Sirpale sirpale[maxSirpaleita];
 extern Star star[tahtia];
@@ -40,15 +41,17 @@ extern bool asteroidirajahtaa;
 extern float arajahdys[2];
 extern pikkumiessiirto siirrot[10];
 
-// Helpers shared by the world step and the objective rules.
-int pelaajaLkm();                                   // players, kept within the player array
-bool pelissa(int i);                                // the player takes part (not out of a credit game)
-void tiimillePisteita(int tiimi, float maara);      // add to every in-play member of the team
-bool lahella(int i, float x, float y, float sade);  // player i's centre is closer than sade
-
 // Start-up placement (called by alota).
 void alustaTahdet();
 void alustaAsteroidit();
+
+// A new match: every slot's score becomes `pisteet`, and nothing of the last match is
+// left (death timers, shots, slime, beams, debris, little men, the hand-over arrays, the
+// pilots' memory); flowers go home and domination points are nobody's. Sets the mode,
+// the credit game and the ship choice, and makes the first world step a match start.
+// The caller seats the match first: `players` and each slot's team, pilot and nick (the
+// flowers in play follow the teams). Takes no random numbers.
+void nollaaOttelu(int tila, bool krediitit, bool valinta, float pisteet);
 
 // The world step and its parts.
 void calculateFrame(int frame);
@@ -69,12 +72,6 @@ void drawAlusValinta(int pelaaja, int kursori);
 // What a 32-bit printf("%d") shows for a double argument: the low word of its
 // bits as a signed int (so whole amounts show as 0). The score panels print it.
 int printedAsInt(double value);
-// The team score panel of the objective modes, under the given title.
-void piirraPistetaulu(const char* otsikko);
-// Models standing on the field (frame corners, flowers, mushrooms): the GL
-// state they are drawn in, and one model of list_int at (x, y) at a scale.
-void valmisteleMallit();
-void piirraKenttaMalli(int lista, float x, float y, float koko);
 // The steps of drawFrame, in drawing order (also timed on their own).
 void asetaKameraJaValo();
 void piirraTausta();

@@ -1,9 +1,12 @@
 #include "sieni.h"
 
-#include "Main.h"
-#include "scene.h"
-
 #include <GL/gl.h>
+
+#include "Main.h"
+#include "Player.h"
+#include "glapi.h"
+
+using namespace saannot;
 
 int spisteita = 1;
 SPiste* spiste = nullptr;
@@ -39,8 +42,8 @@ void laskeSPisteet() {
   int syoja = -1;
   if (!spiste) return;  // not set up yet
   for (int m = 0; m < spisteita; ++m) {
-    for (int p = 0; p < pelaajaLkm(); ++p) {
-      if (!pelissa(p) || !lahella(p, spiste[m].x, spiste[m].y, syontiSade)) continue;
+    for (int p = 0; p < pelaajia(); ++p) {
+      if (!pelissa(player[p]) || !lahella(p, spiste[m].x, spiste[m].y, syontiSade)) continue;
       syoja = player[p].tiimi;
       break;
     }

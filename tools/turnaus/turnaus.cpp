@@ -13,7 +13,7 @@
 #include <cstdlib>
 #include <cstring>
 
-#include "../../tests/simscene.h"
+#include "simscene.h"
 #include "ai.h"
 
 namespace {
@@ -61,8 +61,6 @@ int kierros(int a, int b, int nro, const Asetukset& as) {
   sets.aikohteet = true;
   sets.ai = as.taso;
   alustaAsteroidit();
-  for (Pati& m : pikkumies) m.aika = 0;
-  aiAlusta();
   // Sides alternate between rounds; the start points sit on opposite sides of the planet.
   const float puoli = nro % 2 ? -1.0f : 1.0f;
   simscene::laita(0, a, -110 * puoli, 70 * puoli, nro % 2 ? -30.0f : 150.0f);

@@ -1,5 +1,6 @@
-// Building simulation scenes in tests: a known world, catalogue ships in chosen
-// slots, and shots placed by hand. Header-only; every function resets what it touches.
+// Building simulation scenes in tests, benchmarks and tools: a known world, catalogue
+// ships in chosen slots, and shots placed by hand. Header-only; every function resets
+// what it touches.
 #pragma once
 
 #include <cstdlib>
@@ -25,18 +26,18 @@ inline void kataloogi() {
   valmis = true;
 }
 
-// A local game of `pelaajia` players at detail `tarkkuus`, effects off, an empty
-// shard pool and rand seeded with `siemen`. Every slot in use gets ship 0 at rest
-// (see laita); slots past `pelaajia` keep whatever they had.
+// A local match of `pelaajia` players under way (the credit start behind it), in the
+// mode the caller left set, at detail `tarkkuus`, effects off, nothing left of an
+// earlier match and rand seeded with `siemen`. The ships are the caller's (see laita).
 inline void maailma(int pelaajia, int tarkkuus = 0, unsigned siemen = 1) {
   kataloogi();
   srand(siemen);
   joinpeli = hostpeli = false;
-  pistepeli = false;
   efektitpaalla = false;
   sets.detail = tarkkuus;
   players = pelaajia;
-  for (Sirpale& s : sirpale) s = Sirpale{};
+  nollaaOttelu(gamemode, false, false, 0);
+  ekapisteframe = false;
 }
 
 // Gives slot i a fresh copy of catalogue ship n at (x, y) heading `kulma` degrees:
