@@ -511,9 +511,10 @@ void renkaanLaukaus(Player& p) {
   s.kulma = (float)(std::atan2(100.0 * s.yv, 100.0 * s.xv) * 180 / pii);
 }
 
-// Type 19: the blade goes out and comes back, hitting at most once per activation.
-// The heading goes into cos and sin in degrees, deliberately: the blade sweeps round
-// as the ship turns, and the ship was balanced with that.
+// Type 19: the blade goes out and comes back. Every ship within reach of its tip in the
+// frame it first reaches one is hurt; then it is spent for this activation. The heading
+// goes into cos and sin in degrees, deliberately: the blade sweeps round as the ship turns,
+// and the ship was balanced with that.
 void terasisku(Player& p) {
   if (p.alus.numero != 19 || !(p.easeviive > 0) || p.ampumispuoli < 2) return;
   const double d = p.easeviive < p.alus.easenopeus * 0.5 ? p.easeviive / 20.0
@@ -521,16 +522,18 @@ void terasisku(Player& p) {
   const double pituus = 2 * d + p.alus.sade;
   const double kx = p.x + std::cos((double)p.kulma) * pituus;
   const double ky = p.y + std::sin((double)p.kulma) * pituus;
+  bool osui = false;
   for (int j = 0; j < pelaajia(); ++j) {
     Player& k = player[j];
     if (&k == &p || !pelissa(k)) continue;
     const double dx = k.x - kx, dy = k.y - ky, r = (k.alus.sade + 0.2) * kosketus;
     if (dx * dx + dy * dy >= r * r) continue;
     if (paattaa()) k.energia = (float)(k.energia - p.alus.edamage);
-    p.ampumispuoli = 1;
-    soita(p.eosumisaani);
-    return;
+    osui = true;
   }
+  if (!osui) return;
+  p.ampumispuoli = 1;
+  soita(p.eosumisaani);
 }
 
 }  // namespace

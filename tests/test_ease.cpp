@@ -333,6 +333,24 @@ TEST_F(Specials, TheLungeBendsTowardsAnEnemyAheadAndRamsWithTheTank) {
   EXPECT_EQ(o.fuel, 0);
 }
 
+// The blade hurts every ship at its tip in the frame it first reaches one, and then
+// nobody else until it is triggered again.
+TEST_F(Specials, TheBladeHurtsEveryShipAtItsTipOnceAnActivation) {
+  simscene::maailma(3, 0, 7);
+  Player& o = laita(0, 19, -100, 80);  // heading 0: cos and sin of 0 put the tip along +x
+  o.ease();
+  o.easeviive = std::floor(o.alus.easenopeus * 0.5f);  // liiku counts it down by one first
+  const float karki = o.x + 2 * (o.easeviive - 1) / 20 + (float)o.alus.sade;
+  Player& a = laita(1, 3, karki, 80.3f);
+  Player& b = laita(2, 3, karki, 79.7f);
+  o.liiku();
+  EXPECT_FLOAT_EQ(a.energia, (float)(a.alus.energia - o.alus.edamage));
+  EXPECT_FLOAT_EQ(b.energia, (float)(b.alus.energia - o.alus.edamage));
+  EXPECT_EQ(o.ampumispuoli, 1);
+  o.liiku();
+  EXPECT_FLOAT_EQ(a.energia, (float)(a.alus.energia - o.alus.edamage));
+}
+
 TEST_F(Specials, SplittersBouncersSeekersAndDrones) {
   {  // a split turns the twins towards an enemy off the line of flight
     Player& o = laita(0, 21, -100, 80);
