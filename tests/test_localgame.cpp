@@ -216,6 +216,20 @@ TEST_F(LocalGame, RandomShipGameHasNoEndRuleButEscapeFreezesIt) {
   EXPECT_TRUE(voittoTiimit.empty());
 }
 
+// A whole match without a window, as tests and benchmarks run one: computer pilots play
+// flower domination from the start item to the victory screen through the drawing hooks.
+TEST_F(LocalGame, AWholeMatchRunsWithoutAWindow) {
+  ASSERT_EQ(SDL_GetVideoSurface(), nullptr);
+  fullcredits = 2;
+  pelaa(aloitaKohta(kohtaDominointi));
+  ASSERT_EQ(voittoTiimit.size(), 1u) << "no winner in " << calculatedframes << " frames";
+  EXPECT_EQ(voittoTiimit[0], johtavaTiimi());
+  bool perilla = false;
+  for (int i = 0; i < players; ++i) perilla = perilla || player[i].pisteet >= 2;
+  EXPECT_TRUE(perilla);
+  EXPECT_GT(piirretytFreimit.size(), 100u);
+}
+
 TEST_F(LocalGame, EscapeInTheMenuLeavesAtOnce) {
   hostpeli = joinpeli = true;
   escpressed = true;
