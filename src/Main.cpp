@@ -377,10 +377,12 @@ void resizeWindow(int width, int height) {
 }  // namespace
 
 SDL_Surface* setVideoMode(int width, int height, bool fullScreen) {
-  SDL_Surface* surface =
-      SDL_SetVideoMode(width, height, screenbpp, SDL_OPENGL | SDL_RESIZABLE | (fullScreen ? SDL_FULLSCREEN : 0));
-  if (!surface)
-    fprintf(stderr, "Couldn't set %i*%i*%i opengl video mode: %s\n", width, height, screenbpp, SDL_GetError());
+  const Uint32 flags = SDL_OPENGL | SDL_RESIZABLE | (fullScreen ? SDL_FULLSCREEN : 0);
+  SDL_Surface* surface = SDL_SetVideoMode(width, height, screenbpp, flags);
+  if (!surface) {
+    fprintf(stderr, "Couldn't set %i*%i*%i opengl video mode: %s\n", width, height, screenbpp,
+            SDL_GetError());
+  }
   return surface;
 }
 

@@ -15,6 +15,9 @@
 #include "scene.h"
 #include "sieni.h"
 
+using saannot::pelaajia;
+using saannot::pelissa;
+
 namespace {
 
 const float asteenRadiaanit = saannot::pii / 180;
@@ -107,7 +110,7 @@ int omaPaikka(const Player* p) {
   return -1;
 }
 
-bool elossa(int j) { return j >= 0 && j < saannot::pelaajia() && saannot::pelissa(player[j]) && player[j].kuolema < 1; }
+bool elossa(int j) { return j >= 0 && j < pelaajia() && pelissa(player[j]) && player[j].kuolema < 1; }
 
 // Another team's live player that this pilot may go for: humans always, other
 // computer pilots only in "ai vs ai".
@@ -131,7 +134,7 @@ int valitseKohde(int i, int nykyinen) {
   int paras = -1;
   float parasArvo = 1e9f;
   const int kantaja = omanKukanKantaja(player[i].tiimi);
-  for (int j = 0; j < saannot::pelaajia(); ++j) {
+  for (int j = 0; j < pelaajia(); ++j) {
     if (!kelpaaKohteeksi(i, j)) continue;
     float arvo = pituus(paikka(player[j]) - P);
     if (j == nykyinen) arvo *= 0.75f;
@@ -431,7 +434,8 @@ V asteroidienVaisto(const Lento& l) {
     const float vv = piste(relv, relv);
     const float t = vv > 1e-8f ? std::clamp(-piste(rel, relv) / vv, 0.0f, 120.0f) : 0;
     const V lahin = rel + relv * t;
-    const float raja = (a.koko + (float)l.p.alus.sade) * kosketusKerroin + 8;  // a rock's kick can throw it at the planet
+    // A rock's kick can throw the ship at the planet.
+    const float raja = (a.koko + (float)l.p.alus.sade) * kosketusKerroin + 8;
     const float q = pituus(lahin);
     if (q < raja) pois = pois - yksikko(q > 0.3f ? lahin : rel) * (2.5f * l.m.matka * (raja - q) / raja);
   }
@@ -447,8 +451,9 @@ void katsoLaukaukset(Lento& l) {
   m.vaistoVektori = {0, 0};
   m.uhka = false;
   const float osuma = (float)l.p.alus.sade + 2.5f;
-  for (int j = 0; j < saannot::pelaajia(); ++j) {
-    if ((j == l.i && l.p.alus.numero != 23) || !saannot::pelissa(player[j])) continue;  // only 23's own shots bounce back
+  for (int j = 0; j < pelaajia(); ++j) {
+    // Only 23's own shots bounce back.
+    if ((j == l.i && l.p.alus.numero != 23) || !pelissa(player[j])) continue;
     const Player& q = player[j];
     const int padit = std::min((int)q.alus.maxpadit, maksimipadit);
     const int epadit = std::min((int)q.alus.maxepadit, maksimiepadit);
@@ -534,7 +539,7 @@ void lennaInertialla(Lento& l, V halu) {
 // the line of fire before the target.
 bool ystavaTiella(const Lento& l, float kulma, float matka) {
   const V dir = suunta(kulma);
-  for (int j = 0; j < saannot::pelaajia(); ++j) {
+  for (int j = 0; j < pelaajia(); ++j) {
     if (j == l.i || j == l.m.kohde || !elossa(j) || kelpaaKohteeksi(l.i, j)) continue;
     const V rel = paikka(player[j]) - l.P;
     const float pitkin = piste(rel, dir);
@@ -577,8 +582,8 @@ bool polttoainetta(const Lento& l) {
 // when that one is fair game.
 bool sadeOsuuKohteeseen(const Lento& l) {
   const Player& p = l.p;
-  for (int j = 0; j < saannot::pelaajia(); ++j) {
-    if (j == l.i || !saannot::pelissa(player[j]) || player[j].tiimi == p.tiimi) continue;
+  for (int j = 0; j < pelaajia(); ++j) {
+    if (j == l.i || !pelissa(player[j]) || player[j].tiimi == p.tiimi) continue;
     const float raja = (float)player[j].alus.sade * kosketusKerroin + (float)p.alus.patisade;
     if (piste(paikka(player[j]) - l.P, paikka(player[j]) - l.P) < raja * raja) return kelpaaKohteeksi(l.i, j);
   }
@@ -641,7 +646,7 @@ bool miinoita(const Lento& l) {
 bool lahinVierasKelpaa(const Lento& l) {
   int lahin = -1;
   float paras = 640;
-  for (int j = 0; j < saannot::pelaajia(); ++j) {
+  for (int j = 0; j < pelaajia(); ++j) {
     if (j == l.i || !elossa(j) || player[j].tiimi == l.p.tiimi) continue;
     const float d = pituus(paikka(player[j]) - l.P);
     if (d < paras) {

@@ -50,7 +50,8 @@ void kannettu(int i) {
 
 void kotona(int i) {
   for (int p = 0; p < pelaajia(); ++p) {
-    if (!pelissa(player[p]) || player[p].tiimi == i || !lahella(p, cpiste[i].x, cpiste[i].y, poimintaSade)) continue;
+    if (!pelissa(player[p]) || player[p].tiimi == i) continue;
+    if (!lahella(p, cpiste[i].x, cpiste[i].y, poimintaSade)) continue;
     cpiste[i].player = p;
     return;
   }

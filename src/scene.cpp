@@ -171,7 +171,7 @@ void tyonna(float& xv1, float& yv1, double m1, float& xv2, float& yv2, double m2
   yv1 -= impulssi / m1 * std::sin(kulma);
 }
 
-float kosketusraja(double summa) { return summa * 0.25 * static_cast<double>(pii); }
+float kosketusraja(double summa) { return summa * 0.25 * pii; }
 
 void asteroidiJaAsteroidi(Pati& a, Pati& b) {
   const float dx = b.x - (a.x + a.xv), dy = b.y - (a.y + a.yv);
@@ -219,7 +219,7 @@ void kokoaElavat(ElavatPadit& e, const Pati* padit, double raja, int koko) {
 void kokoaElavatPadit() {
   for (int p = 0; p < pelaajia(); ++p) {
     const Player& pl = player[p];
-    const bool mukana = pelissa(player[p]);
+    const bool mukana = pelissa(pl);
     // Ship 9's special shots pass through asteroids.
     kokoaElavat(elavat[p][0], mukana ? pl.pati : nullptr, pl.alus.maxpadit, maksimipadit);
     kokoaElavat(elavat[p][1], mukana && pl.alus.numero != 9 ? pl.epati : nullptr, pl.alus.maxepadit, maksimiepadit);
@@ -379,8 +379,10 @@ void liikuta() {
 }
 
 void alkusirpaleet() {
-  for (int i = 0; i < pelaajia(); ++i)
-    if (pelissa(player[i]) && player[i].kuolema >= 1 && player[i].kuolema < uudestaanHetki) player[i].laskeAlkuSirpaleet();
+  for (int i = 0; i < pelaajia(); ++i) {
+    Player& p = player[i];
+    if (pelissa(p) && p.kuolema >= 1 && p.kuolema < uudestaanHetki) p.laskeAlkuSirpaleet();
+  }
 }
 
 void planeetta(Player& p) {
@@ -402,7 +404,7 @@ void planeetta(Player& p) {
     return;
   }
   v = std::max(v, 0.1);
-  const double suunta = 2 * a - b - static_cast<double>(pii);  // mirror bounce off the surface
+  const double suunta = 2 * a - b - pii;  // mirror bounce off the surface
   p.xvauhti = v * std::cos(suunta);
   p.yvauhti = v * std::sin(suunta);
   const float nx = p.x + p.xvauhti, ny = p.y + p.yvauhti;
