@@ -12,6 +12,7 @@
 #include "Player.h"
 #include "Sets.h"
 #include "Teksti.h"
+#include "ai.h"
 #include "audio.h"
 #include "ctf.h"
 #include "glapi.h"
@@ -119,7 +120,7 @@ void piirraMallit() {
     gl_println(x, y - 3.5f, -60, numero, 0.8f);
   }
   palautaTila();
-  SDL_GL_SwapBuffers();
+  naytaKuva();
 }
 
 void debugPiirtomenu() {
@@ -207,6 +208,95 @@ void drawmenu(int item) {
   piirraOtsikot();
   piirraNuolet(item);
   palautaTila();
+  naytaKuva();
+}
+
+// --- The key help, over any screen while F1 is held: a table of each keyboard
+// player's keys and a line of the keys every screen knows.
+
+namespace {
+
+const int ohjaimia = 6;
+const char* const ohjaintenNimet[ohjaimia] = {"thrust", "reverse", "turn left", "turn right", "fire", "special"};
+const char* const yleisetNappaimet = "Enter: choose    Escape: back, or pause a match    Tab: standings    F1: keys";
+
+// The first four slots in use that a person plays, or player 1 alone (the menus
+// read its keys) when a person plays none of them.
+int ohjeenPelaajat(int* pelaajat) {
+  int maara = 0;
+  for (int i = 0; i < std::min(players, 4); ++i)
+    if (sets.ihminen[i]) pelaajat[maara++] = i;
+  if (maara == 0) pelaajat[maara++] = 0;
+  return maara;
+}
+
+struct Ohjetaulu {
+  int pelaajat[4];
+  int rivit;
+  float sarake[ohjaimia + 1];  // column widths in glyph units: the player, then each input
+  float leveys;                // the widest line in glyph units
+};
+
+Ohjetaulu ohjetaulu() {
+  Ohjetaulu t{};
+  t.rivit = ohjeenPelaajat(t.pelaajat);
+  t.sarake[0] = static_cast<float>(gl_pituus("player 4"));
+  for (int c = 0; c < ohjaimia; ++c) {
+    float l = static_cast<float>(gl_pituus(ohjaintenNimet[c]));
+    for (int r = 0; r < t.rivit; ++r) l = std::max(l, static_cast<float>(gl_pituus(nappaimenNimi(t.pelaajat[r], c))));
+    t.sarake[c + 1] = l;
+  }
+  const float vali = 1.5f;
+  for (float l : t.sarake) t.leveys += l + vali;
+  t.leveys = std::max(t.leveys - vali, static_cast<float>(gl_pituus(yleisetNappaimet)));
+  return t;
+}
+
+// Text whose left edge is at x (a glyph is centred on the pen).
+void ohjeRivi(float x, float y, const char* teksti, float koko) { varjostettuRivi(x + koko, y, teksti, koko); }
+
+void piirraNappainohje() {
+  const Ohjetaulu t = ohjetaulu();
+  GLint nakyma[4];
+  glGetIntegerv(GL_VIEWPORT, nakyma);
+  const float koko = std::min(9.0f, 0.45f * nakyma[2] / t.leveys);  // half a glyph, in pixels
+  const float rivi = 3.2f * koko, vali = 1.5f * 2 * koko;
+  const float x0 = (nakyma[2] - 2 * koko * t.leveys) / 2;
+  const int riveja = t.rivit + 4;  // title, headings, players, a gap, the common keys
+  const float yla = (nakyma[3] + riveja * rivi) / 2;
+  aloitaRuutupiirto();
+  ruudunVerho(x0 - 3 * koko, yla + rivi * 0.5f, nakyma[2] - x0 + 3 * koko, yla - riveja * rivi + rivi * 0.3f, 0.88f);
+  glColor4f(1, 0.75f, 0.15f, 1);
+  ohjeRivi(x0, yla - rivi * 0.3f, "keys", koko * 1.4f);
+  float x = x0 + 2 * koko * t.sarake[0] + vali;
+  for (int c = 0; c < ohjaimia; ++c) {
+    glColor4f(1, 0.3f, 0.3f, 1);
+    ohjeRivi(x, yla - rivi * 1.3f, ohjaintenNimet[c], koko);
+    x += 2 * koko * t.sarake[c + 1] + vali;
+  }
+  char nimi[16];
+  for (int r = 0; r < t.rivit; ++r) {
+    const int p = t.pelaajat[r];
+    const float y = yla - rivi * (2.3f + r);
+    std::snprintf(nimi, sizeof nimi, "player %d", p + 1);
+    valitseVari(sets.team[p]);
+    ohjeRivi(x0, y, nimi, koko);
+    x = x0 + 2 * koko * t.sarake[0] + vali;
+    glColor4f(1, 1, 1, 1);
+    for (int c = 0; c < ohjaimia; ++c) {
+      ohjeRivi(x, y, nappaimenNimi(p, c), koko);
+      x += 2 * koko * t.sarake[c + 1] + vali;
+    }
+  }
+  glColor4f(0.85f, 0.85f, 0.85f, 1);
+  ohjeRivi(x0, yla - rivi * (t.rivit + 3.3f), yleisetNappaimet, koko);
+  lopetaRuutupiirto();
+}
+
+}  // namespace
+
+void naytaKuva() {
+  if (ohjenappi) piirraNappainohje();
   SDL_GL_SwapBuffers();
 }
 
@@ -294,7 +384,7 @@ void piirraKursori(float alku, float loppu, float y) {
 
 void lopetaValikonKuva() {
   palautaTila();
-  SDL_GL_SwapBuffers();
+  naytaKuva();
 }
 
 const char* paalla(bool arvo) { return arvo ? "on" : "off"; }
@@ -494,7 +584,8 @@ void piirraAsetusmenu(int valittu, const Asetusluonnos& a, const char* ilmoitus)
 // --- The player set-up screen: one row per player slot (Enter switches the pilot,
 // left and right change the team), then the computer pilots' switches.
 
-const int suurinTaso = 10;  // highest computer-pilot level offered
+// The computer pilots' skill levels by the names the README gives them.
+const char* const tasojenNimet[aiTasoja] = {"rookie", "pilot", "veteran", "ace"};
 
 struct Pelaajarivit {
   int pelaajia;
@@ -522,7 +613,7 @@ void muutaPelaajaa(const Pelaajarivit& r, int kohta, int suunta) {
   } else if (kohta == r.aiKohde()) {
     sets.aikohteet = !sets.aikohteet;
   } else if (kohta == r.aiTaso()) {
-    sets.ai = askel(sets.ai, suunta, 1, 0, suurinTaso);
+    sets.ai = askel(sets.ai, suunta, 1, 0, aiTasoja - 1);
   }
 }
 
@@ -552,24 +643,25 @@ void piirraPelaajaMenu(const Pelaajarivit& r, int valittu) {
     const float rivinLoppu = piirraPelaajarivi(r, i);
     if (i == valittu) loppu = rivinLoppu;
   }
-  char taso[8];
-  std::snprintf(taso, sizeof taso, "%d", sets.ai);
+  char taso[24];
+  const int t = std::clamp(sets.ai, 0, aiTasoja - 1);  // higher values play as the top level
+  std::snprintf(taso, sizeof taso, "%d %s", t, tasojenNimet[t]);
   const char* arvot[3] = {paalla(sets.aikohteet), taso, nullptr};
-  const char* nimet[3] = {"ai attacks ai:", "testopponent:", "previous menu"};
+  const char* nimet[3] = {"ai attacks ai:", "computer skill:", "previous menu"};
   for (int k = 0; k < 3; ++k) {
     const int kohta = r.pelaajia + k;
     piirraRivi(riviX, r.lisaY(kohta), nimet[k], arvot[k], arvoX);
     if (kohta == valittu) loppu = arvot[k] ? tekstinLoppu(arvoX, arvot[k], riviKoko) : tekstinLoppu(riviX, nimet[k], riviKoko);
   }
-  piirraAlarivi("Enter: human or computer     left, right: team");
+  piirraAlarivi("Enter: human or computer     left, right: team or skill");
   const bool rivilla = valittu < r.pelaajia;
   piirraKursori(rivilla ? r.x(valittu) : riviX, loppu, rivilla ? r.y(valittu) : r.lisaY(valittu));
   lopetaValikonKuva();
 }
 
-// Runs the player set-up for `pelaajia` slots; the changes go into `sets` and are
-// saved on leaving. False when the save failed.
-bool pelaajaAsetukset(int pelaajia) {
+}  // namespace
+
+bool playerMenu(int pelaajia) {
   const Pelaajarivit r{std::clamp(pelaajia, 2, maxPlayers)};
   const NappainToisto toisto;
   int kohta = 0;
@@ -590,8 +682,6 @@ bool pelaajaAsetukset(int pelaajia) {
   return sets.saveFile();
 }
 
-}  // namespace
-
 void asetusmenu() {
   const NappainToisto toisto;
   Asetusluonnos luonnos = nykyisetAsetukset();
@@ -604,7 +694,7 @@ void asetusmenu() {
     if (const int suunta = sivusuunta()) muutaAsetusta(luonnos, kohta, suunta);
     if (valikonSyote(kohta, aTallennaJaPoistu)) {
       if (kohta == aPelaajaAsetukset) {
-        ilmoitus = pelaajaAsetukset(luonnos.pelaajia) ? "player setup saved" : "could not save the settings to sets.txt";
+        ilmoitus = playerMenu(luonnos.pelaajia) ? "player setup saved" : "could not save the settings to sets.txt";
       } else if (kohta >= aTallenna) {
         ilmoitus = otaKayttoon(luonnos);
         if (kohta == aTallennaJaPoistu) break;
@@ -618,5 +708,3 @@ void asetusmenu() {
   }
   unohdaNapit();
 }
-
-void playerMenu() { pelaajaAsetukset(sets.playermaara); }

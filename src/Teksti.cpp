@@ -70,3 +70,53 @@ double gl_pituus(const char* text) {
   for (size_t i = 0; i < n; i++) summa += leveys(static_cast<unsigned char>(text[i]));
   return summa;
 }
+
+float keskitettyX(const char* teksti, float koko, float keskus) {
+  return keskus + koko - koko * static_cast<float>(gl_pituus(teksti));
+}
+
+void aloitaRuutupiirto() {
+  glPushAttrib(GL_ENABLE_BIT | GL_COLOR_BUFFER_BIT | GL_CURRENT_BIT | GL_TEXTURE_BIT | GL_LINE_BIT);
+  GLint nakyma[4];
+  glGetIntegerv(GL_VIEWPORT, nakyma);
+  glMatrixMode(GL_PROJECTION);
+  glPushMatrix();
+  glLoadIdentity();
+  glOrtho(0, nakyma[2], 0, nakyma[3], -1, 1);
+  glMatrixMode(GL_MODELVIEW);
+  glPushMatrix();
+  glLoadIdentity();
+  glDisable(GL_LIGHTING);
+  glDisable(GL_DEPTH_TEST);
+  glDisable(GL_CULL_FACE);
+  glEnable(GL_BLEND);
+}
+
+void lopetaRuutupiirto() {
+  glMatrixMode(GL_PROJECTION);
+  glPopMatrix();
+  glMatrixMode(GL_MODELVIEW);
+  glPopMatrix();
+  glPopAttrib();
+}
+
+void ruudunVerho(float x1, float y1, float x2, float y2, float peitto) {
+  glDisable(GL_TEXTURE_2D);
+  glBlendFunc(GL_SRC_ALPHA, GL_ONE_MINUS_SRC_ALPHA);
+  glColor4f(0, 0, 0, peitto);
+  glRectf(x1, y1, x2, y2);
+}
+
+void varjostettuRivi(float x, float y, const char* teksti, float koko) {
+  GLfloat vari[4];
+  glGetFloatv(GL_CURRENT_COLOR, vari);
+  glEnable(GL_TEXTURE_2D);
+  // The glyphs are white on black: as a blend factor they darken what lies under them.
+  glBlendFunc(GL_ZERO, GL_ONE_MINUS_SRC_COLOR);
+  glColor4f(1, 1, 1, 1);
+  const float siirto = std::max(1.0f, koko * 0.15f);
+  gl_println(x + siirto, y - siirto, 0, teksti, koko);
+  glBlendFunc(GL_SRC_ALPHA, GL_ONE);
+  glColor4f(vari[0], vari[1], vari[2], 1);
+  gl_println(x, y, 0, teksti, koko);
+}

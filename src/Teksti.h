@@ -34,3 +34,15 @@ extern float letterwidth[256];
 void gl_println(float x, float y, float z, const char* text);
 void gl_println(float x, float y, float z, const char* text, float size);
 double gl_pituus(const char* text);
+// Where a line of text of size `koko` starts so that it is centred on x = keskus.
+float keskitettyX(const char* teksti, float koko, float keskus = 0);
+
+// Drawing in window pixels over the finished picture: x right and y up from the
+// bottom-left corner, text sizes in pixels (half a glyph). lopetaRuutupiirto gives the
+// caller's matrices and state back.
+void aloitaRuutupiirto();
+void lopetaRuutupiirto();
+// A black veil of opacity `peitto` over a rectangle of the window.
+void ruudunVerho(float x1, float y1, float x2, float y2, float peitto);
+// A line in the current colour over a dark shadow, so that it reads over anything.
+void varjostettuRivi(float x, float y, const char* teksti, float koko);
