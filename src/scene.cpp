@@ -758,6 +758,13 @@ static void tulostaLuku(float x, float y, int luku, float koko) {
 
 static bool verkkopeli() { return hostpeli || joinpeli; }
 
+// Scores are credits in a local credit game and in the network modes 0 and 1.
+static bool krediittipeli() { return verkkopeli() ? gamemode == 0 || gamemode == 1 : pistepeli; }
+
+static const char* pelaajanNimi(const Player& p) {
+  return netnick[p.numero >= 0 && p.numero < maxPlayers ? p.numero : 0];
+}
+
 // The two in-plane axes of a quad that faces the tilted camera: the same
 // turn as rotating by alfa about z and then by beta about y.
 struct Kasvot {
@@ -1039,6 +1046,63 @@ void piirraSirpaleet() {
   lopetaHiukkaset();
 }
 
+// Each human player's ship is marked over the field in its team colour: corner
+// brackets round the ship and its number (its nick in a network game) above it,
+// the same few pixels whatever the camera's distance, so that a player finds
+// their own ship at a glance among sixteen.
+static void piirraKulmat(float x, float y, float r) {
+  const float sakara = r * 0.45f;
+  glBegin(GL_LINES);
+  for (float sx : {-1.0f, 1.0f}) {
+    for (float sy : {-1.0f, 1.0f}) {
+      glVertex2f(x + sx * r, y + sy * r);
+      glVertex2f(x + sx * (r - sakara), y + sy * r);
+      glVertex2f(x + sx * r, y + sy * r);
+      glVertex2f(x + sx * r, y + sy * (r - sakara));
+    }
+  }
+  glEnd();
+}
+
+// The label sits above the brackets, or below them at the top of the window.
+static void piirraMerkki(const Player& p, float x, float y, float r, float ikkunanKorkeus) {
+  glDisable(GL_TEXTURE_2D);
+  glDisable(GL_BLEND);
+  glColor4f(0, 0, 0, 1);  // a dark edge keeps the colour readable over bright effects
+  glLineWidth(4);
+  piirraKulmat(x, y, r);
+  valitseVari(p.tiimi);
+  glLineWidth(2);
+  piirraKulmat(x, y, r);
+  glEnable(GL_BLEND);
+  char numero[12];
+  std::snprintf(numero, sizeof numero, "%d", p.numero + 1);
+  const char* nimi = verkkopeli() ? pelaajanNimi(p) : numero;
+  const float koko = 7, etaisyys = r + koko + 3;
+  const float nimenY = y + etaisyys + koko <= ikkunanKorkeus ? y + etaisyys : y - etaisyys;
+  varjostettuRivi(keskitettyX(nimi, koko, x), nimenY, nimi, koko);
+}
+
+void piirraMerkit() {
+  GLdouble malli[16], projektio[16];
+  GLint nakyma[4];
+  glGetDoublev(GL_MODELVIEW_MATRIX, malli);
+  glGetDoublev(GL_PROJECTION_MATRIX, projektio);
+  glGetIntegerv(GL_VIEWPORT, nakyma);
+  aloitaRuutupiirto();
+  for (int i = 0; i < pelaajaLkm(); ++i) {
+    const Player& p = player[i];
+    if (!pelissa(i) || !p.ihmispelaaja || p.kuolema >= 1) continue;
+    GLdouble x, y, z, reunaX, reunaY, reunaZ;
+    gluProject(p.x, p.y, kentanZ, malli, projektio, nakyma, &x, &y, &z);
+    gluProject(p.x + p.alus.sade, p.y, kentanZ, malli, projektio, nakyma, &reunaX, &reunaY, &reunaZ);
+    if (z < 0 || z > 1) continue;  // behind the camera
+    const float sade = float(std::hypot(reunaX - x, reunaY - y));
+    piirraMerkki(p, float(x - nakyma[0]), float(y - nakyma[1]), std::max(12.0f, sade * 1.6f + 4), float(nakyma[3]));
+  }
+  lopetaRuutupiirto();
+}
+
 // Player panels and the objective score, on a plane in front of the camera.
 void piirraHud() {
   glEnable(GL_BLEND);
@@ -1066,16 +1130,18 @@ void piirraMaailma() {
   piirraKentanReuna();
   piirraTavoitteet();
   piirraSirpaleet();
+  piirraMerkit();
   piirraHud();
 }
 
 void drawFrame(int) {
   piirraMaailma();
+  if (tilannenappi) piirraTilanne();
   // The planet spins with the drawing rate (a menu drawn over a frozen field keeps it still).
   xrot += 0.6f;
   yrot += 0.9f;
   zrot += 0.12f;
-  SDL_GL_SwapBuffers();
+  naytaKuva();
 }
 
 // Cone directions on the planet: equal-area latitude bands between two polar
@@ -1478,7 +1544,7 @@ static void piirraPalkki(float y1, float y2, float taytto) {
 
 static void piirraPaneelinTekstit(const Player& p) {
   if (verkkopeli()) {
-    gl_println(-1, 1, 0, netnick[p.numero >= 0 && p.numero < maxPlayers ? p.numero : 0], 0.3f);
+    gl_println(-1, 1, 0, pelaajanNimi(p), 0.3f);
   } else {
     gl_println(-1, 1, 0, "player", 0.3f);
     tulostaLuku(1, 1, p.numero + 1, 0.3f);
@@ -1521,8 +1587,7 @@ void Player::piirraGraffat() {
   glScalef(mittakaava, mittakaava, mittakaava);
   valitseVari(tiimi);
   piirraPaneelinTekstit(*this);
-  const bool krediittipeli = verkkopeli() ? gamemode == 0 || gamemode == 1 : pistepeli;
-  if (krediittipeli) piirraKrediitit(*this);
+  if (krediittipeli()) piirraKrediitit(*this);
   piirraPaneelinPalkit(*this);
   glPopMatrix();
 }
@@ -1555,6 +1620,105 @@ void piirraPistetaulu(const char* otsikko) {
     if (tiimeja == 5 || tiimeja == 10) glTranslatef(-17.5f, -1.2f, 0);
   }
   glPopMatrix();
+}
+
+// Standings: while Tab is held the match shows every player's real numbers,
+// which the panels' "%d" hides.
+
+int kierrosaikaMs[maxPlayers] = {-1, -1, -1, -1, -1, -1, -1, -1, -1, -1, -1, -1, -1, -1, -1, -1};
+
+static void taytaTilannerivi(int i, Tilannerivi& r) {
+  const Player& p = player[i];
+  r.pelaaja = i;
+  if (verkkopeli())
+    std::snprintf(r.nimi, sizeof r.nimi, "%.10s", pelaajanNimi(p));  // a nick is at most ten letters
+  else
+    std::snprintf(r.nimi, sizeof r.nimi, "player %d", p.numero + 1);
+  r.tiimi = p.tiimi + 1;
+  r.alus = p.alus.numero;
+  if (pelissa(i))
+    std::snprintf(r.pisteet, sizeof r.pisteet, "%.0f", std::floor(p.pisteet) + 0.0);  // never "-0"
+  else
+    std::snprintf(r.pisteet, sizeof r.pisteet, "out");
+  r.kierros[0] = 0;
+  if (!verkkopeli()) return;
+  if (kierrosaikaMs[i] < 0)
+    std::snprintf(r.kierros, sizeof r.kierros, "-");
+  else
+    std::snprintf(r.kierros, sizeof r.kierros, "%d ms", kierrosaikaMs[i]);
+}
+
+int tilanteenRivit(Tilannerivi* rivit) {
+  int jarjestys[maxPlayers];
+  const int n = pelaajaLkm();
+  for (int i = 0; i < n; ++i) jarjestys[i] = i;
+  std::stable_sort(jarjestys, jarjestys + n, [](int a, int b) {
+    if (pelissa(a) != pelissa(b)) return pelissa(a);
+    return player[a].pisteet > player[b].pisteet;
+  });
+  for (int k = 0; k < n; ++k) taytaTilannerivi(jarjestys[k], rivit[k]);
+  return n;
+}
+
+namespace {
+
+const int tilanneSarakkeita = 5;
+
+const char* tilanteenSolu(const Tilannerivi& r, int sarake, char* luku, size_t koko) {
+  switch (sarake) {
+    case 0: return r.nimi;
+    case 1: std::snprintf(luku, koko, "%d", r.tiimi); return luku;
+    case 2: std::snprintf(luku, koko, "%d", r.alus); return luku;
+    case 3: return r.pisteet;
+    default: return r.kierros;
+  }
+}
+
+}  // namespace
+
+// A table in the middle of the window over a dark veil, each name in its team colour.
+void piirraTilanne() {
+  Tilannerivi rivit[maxPlayers];
+  const int n = tilanteenRivit(rivit);
+  const char* otsikot[tilanneSarakkeita] = {"player", "team", "ship", krediittipeli() ? "credits" : "score",
+                                            "round trip"};
+  const int sarakkeita = verkkopeli() ? tilanneSarakkeita : tilanneSarakkeita - 1;
+  // Column widths in glyph units, from the widest text of each column.
+  float leveys[tilanneSarakkeita];
+  char luku[16];
+  for (int c = 0; c < sarakkeita; ++c) {
+    leveys[c] = float(gl_pituus(otsikot[c]));
+    for (int k = 0; k < n; ++k) leveys[c] = std::max(leveys[c], float(gl_pituus(tilanteenSolu(rivit[k], c, luku, sizeof luku))));
+  }
+  const float vali = 2;
+  float kokoLeveys = -vali;
+  for (int c = 0; c < sarakkeita; ++c) kokoLeveys += leveys[c] + vali;
+  GLint nakyma[4];
+  glGetIntegerv(GL_VIEWPORT, nakyma);
+  const int riveja = n + 2;  // the title and the headings
+  const float koko = std::min({10.0f, 0.4f * nakyma[2] / kokoLeveys, 0.8f * nakyma[3] / (3.2f * riveja)});
+  const float rivi = 3.2f * koko;
+  const float x0 = (nakyma[2] - 2 * koko * kokoLeveys) / 2, yla = (nakyma[3] + riveja * rivi) / 2;
+  aloitaRuutupiirto();
+  ruudunVerho(x0 - 3 * koko, yla + rivi * 0.6f, nakyma[2] - x0 + 3 * koko, yla - riveja * rivi + rivi * 0.2f, 0.75f);
+  glColor4f(1, 0.75f, 0.15f, 1);
+  const char* otsikko = "Standings";
+  varjostettuRivi(keskitettyX(otsikko, koko * 1.4f, nakyma[2] / 2.0f), yla - rivi * 0.3f, otsikko, koko * 1.4f);
+  for (int k = -1; k < n; ++k) {
+    const float y = yla - rivi * (k + 2.3f);
+    float x = x0 + koko;  // a glyph is centred on the pen
+    for (int c = 0; c < sarakkeita; ++c) {
+      if (k < 0)
+        glColor4f(1, 0.3f, 0.3f, 1);
+      else if (c == 0)
+        valitseVari(player[rivit[k].pelaaja].tiimi);
+      else
+        glColor4f(1, 1, 1, 1);
+      varjostettuRivi(x, y, k < 0 ? otsikot[c] : tilanteenSolu(rivit[k], c, luku, sizeof luku), koko);
+      x += 2 * koko * (leveys[c] + vali);
+    }
+  }
+  lopetaRuutupiirto();
 }
 
 // Ship choice
@@ -1604,6 +1768,44 @@ void unohdaValintanapit(Player& p) {
 }  // namespace
 
 int satunnainenAlusnumero() { return satunnainenAlusIlmanPisteita(); }
+
+const char* const alusopas[alustyyppeja][alusoppaanRiveja] = {
+    {"Tough, 50 hull, heavy and steady.", "Twin guns angled out at 45 degrees.",
+     "Shield: shots cannot hit it for a while."},
+    {"Fragile, 15 hull, but hits very hard.", "Heavy cannon with sparks and big recoil.",
+     "Flak ring of 24 shots that shreds incoming fire."},
+    {"Tiny, the fastest-turning ship and the cheapest.", "Rapid peashooter.",
+     "Self-destruct that can take its neighbours along."},
+    {"Sturdy, agile fighter.", "Guns alternating from side to side.",
+     "An advancing barrier of five shots that blocks fire."},
+    {"Heavy bomber, slow to turn.", "Cluster bomb that bursts when fire is released.",
+     "Gravity wells that drag enemies in."},
+    {"The second-strongest hull, slow.", "Heavy cannon that throws sparks.",
+     "Leech pods that drain enemies and drop little men."},
+    {"Darts about with no inertia; the planet cannot hold it.", "Short zap beam.", "Teleport."},
+    {"All-rounder.", "Homing missiles.", "Lightning arc that jumps on to a second enemy."},
+    {"Agile.", "Scatter gun.", "A boulder that bounces off walls and hulls alike, knocking ships away."},
+    {"Sturdy laser ship.", "Continuous laser beam.", "Four drones that circle the ship."},
+    {"Nimble.", "Steady single shots.", "Shock pulse that hurts, shoves and clears shots close by."},
+    {"Steady gunship.", "A pair of shots.",
+     "A short, deadly blue beam while fire is held; it turns slowly meanwhile."},
+    {"Light and quick-turning, but never refuels.", "Broadside guns firing three ways.",
+     "Comes back from half of its deaths."},
+    {"Heavy.", "Charge ball that grows while fire is held, up to 40 damage.", "Cheap homing seekers."},
+    {"Rammer.", "Missiles that steer with the ship.",
+     "Lunge that bends towards the enemy ahead; the ram spends the whole tank as damage."},
+    {"Minelayer.", "Drops mines.", "A fuel-burning boost, on and off, that rams for damage."},
+    {"The largest and toughest ship, 65 hull.", "Wandering shots.", "Shotgun cone of pellets."},
+    {"The lightest ship, 15 hull.", "Plain shots.", "Slime globs that slow their targets."},
+    {"No inertia, planet-proof, turns about on each thrust press, never refuels by itself.",
+     "Zap beam of random strength.", "Discharge that takes fuel from nearby enemies."},
+    {"Brawler.", "Twin gun that overheats.", "Ramming blade."},
+    {"Heavy, 54 hull.", "Weaving shots.", "Ring of 50 shots all round."},
+    {"Skirmisher.", "Fan of 18 shots.",
+     "A shot that splits again and again, each pair turning towards the nearest enemy."},
+    {"Always thrusting, no inertia, planet-proof.", "Slow-spinning heavy shots.", "A rear fan against pursuers."},
+    {"Tricky.", "Bouncing shots that trade momentum.", "A time charge that blows up when touched."},
+};
 
 bool alusvalinnanSyote(Player& p, int& kursori) {
   if (p.pfire || entterpressed) {
@@ -1696,7 +1898,7 @@ namespace {
 
 const float valintaZ = -40;
 const float tietoX = -21, arvoX = -8;
-const float tietoKoko = 0.7f, tietoRivi = 1.7f;
+const float tietoKoko = 0.7f, tietoRivi = 1.5f;
 
 // The sustained speed the ship's thrust reaches against its drag (ships without
 // inertia move at their thrust value), in units per second.
@@ -1744,6 +1946,27 @@ void piirraAlustiedot(int kursori) {
   tulostaLukuRivi(8, "special damage:", a.edamage);
 }
 
+// Under the figures, the ship guide of the README: the strengths, then what fire
+// and special do. A line too long for the layout is drawn smaller.
+void piirraAlusopas(int kursori) {
+  const char* const otsakkeet[alusoppaanRiveja] = {"", "fire: ", "special: "};
+  const float y0 = -8.9f, rivi = 1.4f, suurinKoko = 0.55f;
+  const float vasen = tietoX - tietoKoko, oikea = 22;  // the edges of the figures' labels and the layout
+  char teksti[160];
+  for (int r = 0; r < alusoppaanRiveja; ++r) {
+    const char* ohje = kursori == satunnainenKohta ? (r == 0 ? "Any ship you can afford, drawn at random." : "")
+                                                    : alusopas[kursori][r];
+    if (!*ohje) continue;
+    std::snprintf(teksti, sizeof teksti, "%s%s", otsakkeet[r], ohje);
+    const float koko = std::min(suurinKoko, (oikea - vasen) / float(2 * gl_pituus(teksti)));
+    if (r == 0)
+      glColor4f(1, 0.8f, 0.3f, 1);
+    else
+      glColor4f(0.85f, 0.85f, 0.85f, 1);
+    gl_println(vasen + koko, y0 - rivi * r, valintaZ, teksti, koko);
+  }
+}
+
 void piirraOtsakkeet(int pelaaja, const Player& p) {
   char teksti[32];
   glColor4f(1, 0.75f, 0.15f, 1);
@@ -1777,7 +2000,7 @@ void piirraKohtarivi(const Player& p, int kursori) {
     else
       glColor4f(0.8f, 0.8f, 0.8f, 1);
     const float k = i == kursori ? koko * 1.5f : koko;
-    gl_println(keskitettyX(teksti, k, x0 + vali * i), i == kursori ? -12.3f : -12, valintaZ, teksti, k);
+    gl_println(keskitettyX(teksti, k, x0 + vali * i), i == kursori ? -13.8f : -13.5f, valintaZ, teksti, k);
   }
 }
 
@@ -1815,11 +2038,12 @@ void drawAlusValinta(int pelaaja, int kursori) {
   glBlendFunc(GL_SRC_ALPHA, GL_ONE);  // the glyphs' black adds nothing
   piirraOtsakkeet(pelaaja, p);
   piirraAlustiedot(kursori);
+  piirraAlusopas(kursori);
   piirraKohtarivi(p, kursori);
   piirraValittuAlus(p, kursori);
   glEnable(GL_LIGHTING);
   glEnable(GL_DEPTH_TEST);
   glDisable(GL_BLEND);
   glColor4f(1, 1, 1, 1);
-  SDL_GL_SwapBuffers();
+  naytaKuva();
 }
