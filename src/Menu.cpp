@@ -230,67 +230,20 @@ int ohjeenPelaajat(int* pelaajat) {
   return maara;
 }
 
-struct Ohjetaulu {
-  int pelaajat[4];
-  int rivit;
-  float sarake[ohjaimia + 1];  // column widths in glyph units: the player, then each input
-  float leveys;                // the widest line in glyph units
-};
-
-Ohjetaulu ohjetaulu() {
-  Ohjetaulu t{};
-  t.rivit = ohjeenPelaajat(t.pelaajat);
-  t.sarake[0] = static_cast<float>(gl_pituus("player 4"));
-  for (int c = 0; c < ohjaimia; ++c) {
-    float l = static_cast<float>(gl_pituus(ohjaintenNimet[c]));
-    for (int r = 0; r < t.rivit; ++r) l = std::max(l, static_cast<float>(gl_pituus(nappaimenNimi(t.pelaajat[r], c))));
-    t.sarake[c + 1] = l;
-  }
-  const float vali = 1.5f;
-  for (float l : t.sarake) t.leveys += l + vali;
-  t.leveys = std::max(t.leveys - vali, static_cast<float>(gl_pituus(yleisetNappaimet)));
-  return t;
+// A row per listed player: its label in its team's colour, then its keys.
+const char* ohjeenSolu(const void* tiedot, int rivi, int sarake, char* tila, size_t koko) {
+  if (rivi < 0) return sarake == 0 ? "" : ohjaintenNimet[sarake - 1];
+  const int p = static_cast<const int*>(tiedot)[rivi];
+  if (sarake > 0) return nappaimenNimi(p, sarake - 1);
+  valitseVari(sets.team[p]);
+  std::snprintf(tila, koko, "player %d", p + 1);
+  return tila;
 }
 
-// Text whose left edge is at x (a glyph is centred on the pen).
-void ohjeRivi(float x, float y, const char* teksti, float koko) { varjostettuRivi(x + koko, y, teksti, koko); }
-
 void piirraNappainohje() {
-  const Ohjetaulu t = ohjetaulu();
-  GLint nakyma[4];
-  glGetIntegerv(GL_VIEWPORT, nakyma);
-  const float koko = std::min(9.0f, 0.45f * nakyma[2] / t.leveys);  // half a glyph, in pixels
-  const float rivi = 3.2f * koko, vali = 1.5f * 2 * koko;
-  const float x0 = (nakyma[2] - 2 * koko * t.leveys) / 2;
-  const int riveja = t.rivit + 4;  // title, headings, players, a gap, the common keys
-  const float yla = (nakyma[3] + riveja * rivi) / 2;
-  aloitaRuutupiirto();
-  ruudunVerho(x0 - 3 * koko, yla + rivi * 0.5f, nakyma[2] - x0 + 3 * koko, yla - riveja * rivi + rivi * 0.3f, 0.88f);
-  glColor4f(1, 0.75f, 0.15f, 1);
-  ohjeRivi(x0, yla - rivi * 0.3f, "keys", koko * 1.4f);
-  float x = x0 + 2 * koko * t.sarake[0] + vali;
-  for (int c = 0; c < ohjaimia; ++c) {
-    glColor4f(1, 0.3f, 0.3f, 1);
-    ohjeRivi(x, yla - rivi * 1.3f, ohjaintenNimet[c], koko);
-    x += 2 * koko * t.sarake[c + 1] + vali;
-  }
-  char nimi[16];
-  for (int r = 0; r < t.rivit; ++r) {
-    const int p = t.pelaajat[r];
-    const float y = yla - rivi * (2.3f + r);
-    std::snprintf(nimi, sizeof nimi, "player %d", p + 1);
-    valitseVari(sets.team[p]);
-    ohjeRivi(x0, y, nimi, koko);
-    x = x0 + 2 * koko * t.sarake[0] + vali;
-    glColor4f(1, 1, 1, 1);
-    for (int c = 0; c < ohjaimia; ++c) {
-      ohjeRivi(x, y, nappaimenNimi(p, c), koko);
-      x += 2 * koko * t.sarake[c + 1] + vali;
-    }
-  }
-  glColor4f(0.85f, 0.85f, 0.85f, 1);
-  ohjeRivi(x0, yla - rivi * (t.rivit + 3.3f), yleisetNappaimet, koko);
-  lopetaRuutupiirto();
+  int pelaajat[4];
+  const int n = ohjeenPelaajat(pelaajat);
+  piirraTaulukko({"keys", ohjaimia + 1, n, pelaajat, ohjeenSolu, yleisetNappaimet});
 }
 
 }  // namespace

@@ -1,5 +1,7 @@
-// Bitmap-font text.
+// Bitmap-font text, and text and tables drawn in window pixels over a finished picture.
 #pragma once
+
+#include <cstddef>
 
 // Glyph advances in glyph-half-widths: the start values of letterwidth, and the widths
 // the font atlas generator sizes each glyph to, so that text runs evenly spaced.
@@ -46,3 +48,17 @@ void lopetaRuutupiirto();
 void ruudunVerho(float x1, float y1, float x2, float y2, float peitto);
 // A line in the current colour over a dark shadow, so that it reads over anything.
 void varjostettuRivi(float x, float y, const char* teksti, float koko);
+
+// A table in the middle of the window over a dark veil: a title, a row of headings,
+// the rows, and a line under them; each column as wide as its widest text.
+struct Taulukko {
+  const char* otsikko;
+  int sarakkeita, riveja;  // at most taulukonSarakkeita columns; rows without the headings
+  const void* tiedot;      // what `solu` reads
+  // The text of a cell (rivi -1: the headings), written into `tila` when it is made;
+  // it may set the colour, which is otherwise white (the headings red).
+  const char* (*solu)(const void* tiedot, int rivi, int sarake, char* tila, size_t koko);
+  const char* alarivi;  // or null
+};
+const int taulukonSarakkeita = 8;
+void piirraTaulukko(const Taulukko& t);

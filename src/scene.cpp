@@ -1660,65 +1660,27 @@ int tilanteenRivit(Tilannerivi* rivit) {
   return n;
 }
 
-namespace {
-
-const int tilanneSarakkeita = 5;
-
-const char* tilanteenSolu(const Tilannerivi& r, int sarake, char* luku, size_t koko) {
+// The cells of the standings: the name in its team's colour, the round trip only
+// over the network.
+static const char* tilanteenSolu(const void* tiedot, int rivi, int sarake, char* tila, size_t koko) {
+  if (rivi < 0) {
+    const char* otsikot[] = {"player", "team", "ship", krediittipeli() ? "credits" : "score", "round trip"};
+    return otsikot[sarake];
+  }
+  const Tilannerivi& r = static_cast<const Tilannerivi*>(tiedot)[rivi];
   switch (sarake) {
-    case 0: return r.nimi;
-    case 1: std::snprintf(luku, koko, "%d", r.tiimi); return luku;
-    case 2: std::snprintf(luku, koko, "%d", r.alus); return luku;
+    case 0: valitseVari(player[r.pelaaja].tiimi); return r.nimi;
+    case 1: std::snprintf(tila, koko, "%d", r.tiimi); return tila;
+    case 2: std::snprintf(tila, koko, "%d", r.alus); return tila;
     case 3: return r.pisteet;
     default: return r.kierros;
   }
 }
 
-}  // namespace
-
-// A table in the middle of the window over a dark veil, each name in its team colour.
 void piirraTilanne() {
   Tilannerivi rivit[maxPlayers];
   const int n = tilanteenRivit(rivit);
-  const char* otsikot[tilanneSarakkeita] = {"player", "team", "ship", krediittipeli() ? "credits" : "score",
-                                            "round trip"};
-  const int sarakkeita = verkkopeli() ? tilanneSarakkeita : tilanneSarakkeita - 1;
-  // Column widths in glyph units, from the widest text of each column.
-  float leveys[tilanneSarakkeita];
-  char luku[16];
-  for (int c = 0; c < sarakkeita; ++c) {
-    leveys[c] = float(gl_pituus(otsikot[c]));
-    for (int k = 0; k < n; ++k) leveys[c] = std::max(leveys[c], float(gl_pituus(tilanteenSolu(rivit[k], c, luku, sizeof luku))));
-  }
-  const float vali = 2;
-  float kokoLeveys = -vali;
-  for (int c = 0; c < sarakkeita; ++c) kokoLeveys += leveys[c] + vali;
-  GLint nakyma[4];
-  glGetIntegerv(GL_VIEWPORT, nakyma);
-  const int riveja = n + 2;  // the title and the headings
-  const float koko = std::min({10.0f, 0.4f * nakyma[2] / kokoLeveys, 0.8f * nakyma[3] / (3.2f * riveja)});
-  const float rivi = 3.2f * koko;
-  const float x0 = (nakyma[2] - 2 * koko * kokoLeveys) / 2, yla = (nakyma[3] + riveja * rivi) / 2;
-  aloitaRuutupiirto();
-  ruudunVerho(x0 - 3 * koko, yla + rivi * 0.6f, nakyma[2] - x0 + 3 * koko, yla - riveja * rivi + rivi * 0.2f, 0.75f);
-  glColor4f(1, 0.75f, 0.15f, 1);
-  const char* otsikko = "Standings";
-  varjostettuRivi(keskitettyX(otsikko, koko * 1.4f, nakyma[2] / 2.0f), yla - rivi * 0.3f, otsikko, koko * 1.4f);
-  for (int k = -1; k < n; ++k) {
-    const float y = yla - rivi * (k + 2.3f);
-    float x = x0 + koko;  // a glyph is centred on the pen
-    for (int c = 0; c < sarakkeita; ++c) {
-      if (k < 0)
-        glColor4f(1, 0.3f, 0.3f, 1);
-      else if (c == 0)
-        valitseVari(player[rivit[k].pelaaja].tiimi);
-      else
-        glColor4f(1, 1, 1, 1);
-      varjostettuRivi(x, y, k < 0 ? otsikot[c] : tilanteenSolu(rivit[k], c, luku, sizeof luku), koko);
-      x += 2 * koko * (leveys[c] + vali);
-    }
-  }
-  lopetaRuutupiirto();
+  piirraTaulukko({"Standings", verkkopeli() ? 5 : 4, n, rivit, tilanteenSolu, nullptr});
 }
 
 // Ship choice
