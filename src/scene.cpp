@@ -1064,42 +1064,59 @@ static void piirraKulmat(float x, float y, float r) {
   glEnd();
 }
 
-// The label sits above the brackets, or below them at the top of the window.
-static void piirraMerkki(const Player& p, float x, float y, float r, float ikkunanKorkeus) {
-  glDisable(GL_TEXTURE_2D);
-  glDisable(GL_BLEND);
+struct Merkki {
+  const Player* pelaaja;
+  float x, y, r;  // window pixels
+};
+
+static void piirraMerkinKulmat(const Merkki& m) {
   glColor4f(0, 0, 0, 1);  // a dark edge keeps the colour readable over bright effects
   glLineWidth(4);
-  piirraKulmat(x, y, r);
-  valitseVari(p.tiimi);
+  piirraKulmat(m.x, m.y, m.r);
+  valitseVari(m.pelaaja->tiimi);
   glLineWidth(2);
-  piirraKulmat(x, y, r);
-  glEnable(GL_BLEND);
+  piirraKulmat(m.x, m.y, m.r);
+}
+
+// The label sits above the brackets, or below them at the top of the window.
+static void piirraMerkinNimi(const Merkki& m, float ikkunanKorkeus) {
+  const Player& p = *m.pelaaja;
   char numero[12];
   std::snprintf(numero, sizeof numero, "%d", p.numero + 1);
   const char* nimi = verkkopeli() ? pelaajanNimi(p) : numero;
-  const float koko = 7, etaisyys = r + koko + 3;
-  const float nimenY = y + etaisyys + koko <= ikkunanKorkeus ? y + etaisyys : y - etaisyys;
-  varjostettuRivi(keskitettyX(nimi, koko, x), nimenY, nimi, koko);
+  const float koko = 7, etaisyys = m.r + koko + 3;
+  const float y = m.y + etaisyys + koko <= ikkunanKorkeus ? m.y + etaisyys : m.y - etaisyys;
+  valitseVari(p.tiimi);
+  varjostettuRivi(keskitettyX(nimi, koko, m.x), y, nimi, koko);
 }
 
+// A ship coming back is marked where its swirl gathers, so that its player sees
+// where it will appear.
 void piirraMerkit() {
   GLdouble malli[16], projektio[16];
   GLint nakyma[4];
   glGetDoublev(GL_MODELVIEW_MATRIX, malli);
   glGetDoublev(GL_PROJECTION_MATRIX, projektio);
   glGetIntegerv(GL_VIEWPORT, nakyma);
-  aloitaRuutupiirto();
+  Merkki merkit[maxPlayers];
+  int maara = 0;
   for (int i = 0; i < pelaajaLkm(); ++i) {
     const Player& p = player[i];
-    if (!pelissa(i) || !p.ihmispelaaja || p.kuolema >= 1) continue;
+    if (!pelissa(i) || !p.ihmispelaaja || p.kuolema >= uudestaanHetki) continue;
     GLdouble x, y, z, reunaX, reunaY, reunaZ;
     gluProject(p.x, p.y, kentanZ, malli, projektio, nakyma, &x, &y, &z);
     gluProject(p.x + p.alus.sade, p.y, kentanZ, malli, projektio, nakyma, &reunaX, &reunaY, &reunaZ);
     if (z < 0 || z > 1) continue;  // behind the camera
     const float sade = float(std::hypot(reunaX - x, reunaY - y));
-    piirraMerkki(p, float(x - nakyma[0]), float(y - nakyma[1]), std::max(12.0f, sade * 1.6f + 4), float(nakyma[3]));
+    merkit[maara++] = {&p, float(x - nakyma[0]), float(y - nakyma[1]), std::max(12.0f, sade * 1.6f + 4)};
   }
+  aloitaRuutupiirto();
+  glDisable(GL_TEXTURE_2D);
+  glDisable(GL_BLEND);
+  for (int k = 0; k < maara; ++k) piirraMerkinKulmat(merkit[k]);
+  // Every label over every bracket, so that ships close together keep their names readable.
+  glEnable(GL_BLEND);
+  for (int k = 0; k < maara; ++k) piirraMerkinNimi(merkit[k], float(nakyma[3]));
   lopetaRuutupiirto();
 }
 
