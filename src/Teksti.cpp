@@ -123,6 +123,13 @@ void varjostettuRivi(float x, float y, const char* teksti, float koko) {
 
 namespace {
 
+// Over the table's veil a line needs no shadow: it is added to the dark.
+void taulukonRivi(float x, float y, const char* teksti, float koko) {
+  glEnable(GL_TEXTURE_2D);
+  glBlendFunc(GL_SRC_ALPHA, GL_ONE);
+  gl_println(x, y, 0, teksti, koko);
+}
+
 const char* taulukonSolu(const Taulukko& t, int rivi, int sarake, char* tila, size_t koko) {
   if (rivi < 0)
     glColor4f(1, 0.3f, 0.3f, 1);
@@ -156,17 +163,17 @@ void piirraTaulukko(const Taulukko& t) {
   ruudunVerho(vasen - 3 * koko, yla + rivi * 0.6f, nakyma[2] - vasen + 3 * koko, yla - riveja * rivi + rivi * 0.2f,
               0.85f);
   glColor4f(1, 0.75f, 0.15f, 1);
-  varjostettuRivi(keskitettyX(t.otsikko, koko * 1.4f, nakyma[2] / 2.0f), yla - rivi * 0.3f, t.otsikko, koko * 1.4f);
+  taulukonRivi(keskitettyX(t.otsikko, koko * 1.4f, nakyma[2] / 2.0f), yla - rivi * 0.3f, t.otsikko, koko * 1.4f);
   for (int r = -1; r < t.riveja; ++r) {
     float x = vasen + koko;  // a glyph is centred on the pen
     for (int c = 0; c < sarakkeita; ++c) {
-      varjostettuRivi(x, yla - rivi * (r + 2.3f), taulukonSolu(t, r, c, tila, sizeof tila), koko);
+      taulukonRivi(x, yla - rivi * (r + 2.3f), taulukonSolu(t, r, c, tila, sizeof tila), koko);
       x += 2 * koko * (leveys[c] + vali);
     }
   }
   if (t.alarivi) {
     glColor4f(0.85f, 0.85f, 0.85f, 1);
-    varjostettuRivi(vasen + koko, yla - rivi * (t.riveja + 3.3f), t.alarivi, koko);
+    taulukonRivi(vasen + koko, yla - rivi * (t.riveja + 3.3f), t.alarivi, koko);
   }
   lopetaRuutupiirto();
 }
