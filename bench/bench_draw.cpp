@@ -116,7 +116,9 @@ BENCHMARK_TEMPLATE(BM_Step, piirraAsteroidit)->Name("step/asteroids")->Unit(benc
 BENCHMARK_TEMPLATE(BM_Step, drawPlanet)->Name("step/planet")->Unit(benchmark::kMillisecond);
 BENCHMARK_TEMPLATE(BM_Step, piirraKentanReuna)->Name("step/field_frame")->Unit(benchmark::kMillisecond);
 BENCHMARK_TEMPLATE(BM_Step, piirraSirpaleet)->Name("step/debris")->Unit(benchmark::kMillisecond);
+BENCHMARK_TEMPLATE(BM_Step, piirraMerkit)->Name("step/markers_16_humans")->Unit(benchmark::kMillisecond);
 BENCHMARK_TEMPLATE(BM_Step, piirraHud)->Name("step/hud")->Unit(benchmark::kMillisecond);
+BENCHMARK_TEMPLATE(BM_Step, piirraTilanne)->Name("step/standings_tab")->Unit(benchmark::kMillisecond);
 BENCHMARK_TEMPLATE(BM_Step, kuvanVaihto)->Name("step/swap")->Unit(benchmark::kMillisecond);
 
 }  // namespace

@@ -41,6 +41,7 @@ int players = 2;
 int ai = 0;
 double fullcredits = 200;
 bool entterpressed = false, escpressed = false, spacepressed = false;
+bool ohjenappi = false, tilannenappi = false;
 bool lctrl = false, rctrl = false;
 int luetaan = 0;
 char luettunappi = 0;
@@ -301,12 +302,19 @@ void startUp(int argc, char** argv) {
 
 // ---------------------------------------------------------------- keyboard
 
-// Rows are the four local players, columns their inputs in the order of `controls`.
-const SDLKey playerKeys[4][6] = {
-    {SDLK_UP, SDLK_DOWN, SDLK_LEFT, SDLK_RIGHT, SDLK_RSHIFT, SDLK_RCTRL},
-    {SDLK_w, SDLK_s, SDLK_a, SDLK_d, SDLK_LSHIFT, SDLK_LCTRL},
-    {SDLK_i, SDLK_k, SDLK_j, SDLK_l, SDLK_b, SDLK_n},
-    {SDLK_KP8, SDLK_KP5, SDLK_KP4, SDLK_KP6, SDLK_KP0, SDLK_KP_PERIOD},
+// Rows are the four local players, columns their inputs in the order of `controls`,
+// each with the name the key help shows.
+struct Nappain {
+  SDLKey key;
+  const char* nimi;
+};
+const Nappain playerKeys[4][6] = {
+    {{SDLK_UP, "Up arrow"}, {SDLK_DOWN, "Down arrow"}, {SDLK_LEFT, "Left arrow"}, {SDLK_RIGHT, "Right arrow"},
+     {SDLK_RSHIFT, "right Shift"}, {SDLK_RCTRL, "right Ctrl"}},
+    {{SDLK_w, "W"}, {SDLK_s, "S"}, {SDLK_a, "A"}, {SDLK_d, "D"}, {SDLK_LSHIFT, "left Shift"}, {SDLK_LCTRL, "left Ctrl"}},
+    {{SDLK_i, "I"}, {SDLK_k, "K"}, {SDLK_j, "J"}, {SDLK_l, "L"}, {SDLK_b, "B"}, {SDLK_n, "N"}},
+    {{SDLK_KP8, "keypad 8"}, {SDLK_KP5, "keypad 5"}, {SDLK_KP4, "keypad 4"}, {SDLK_KP6, "keypad 6"},
+     {SDLK_KP0, "keypad 0"}, {SDLK_KP_PERIOD, "keypad period"}},
 };
 bool Player::* const controls[6] = {&Player::pylos, &Player::palas, &Player::pleft,
                                     &Player::pright, &Player::pfire, &Player::pease};
@@ -324,7 +332,13 @@ void applyKey(SDLKey key, bool pressed) {
   if (key == SDLK_LCTRL) lctrl = pressed;
   for (int slot = 0; slot < 4; slot++)
     for (int c = 0; c < 6; c++)
-      if (playerKeys[slot][c] == key && keyCounts(slot, key, pressed)) player[slot].*controls[c] = pressed;
+      if (playerKeys[slot][c].key == key && keyCounts(slot, key, pressed)) player[slot].*controls[c] = pressed;
+}
+
+// The keys that show something only while they are held.
+void applyHeldKey(SDLKey key, bool pressed) {
+  if (key == SDLK_F1) ohjenappi = pressed;
+  if (key == SDLK_TAB) tilannenappi = pressed;
 }
 
 bool isModifierKey(SDLKey key) {
@@ -416,11 +430,22 @@ void handleKeydown(SDL_keysym* keysym) {
     case SDLK_SPACE: spacepressed = true; break;
     case SDLK_RETURN: entterpressed = true; break;
     case SDLK_ESCAPE: escpressed = true; break;
-    default: applyKey(keysym->sym, true); break;
+    default:
+      applyKey(keysym->sym, true);
+      applyHeldKey(keysym->sym, true);
+      break;
   }
 }
 
-void handleKeyup(SDL_keysym* keysym) { applyKey(keysym->sym, false); }
+void handleKeyup(SDL_keysym* keysym) {
+  applyKey(keysym->sym, false);
+  applyHeldKey(keysym->sym, false);
+}
+
+const char* nappaimenNimi(int pelaaja, int ohjain) {
+  if (pelaaja < 0 || pelaaja >= 4 || ohjain < 0 || ohjain >= 6) return "";
+  return playerKeys[pelaaja][ohjain].nimi;
+}
 
 void processEvents() {
   SDL_Event event;

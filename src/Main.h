@@ -43,6 +43,7 @@ extern double fullcredits;
 
 // One-shot keys and the text-entry handshake (keyboard).
 extern bool entterpressed, escpressed, spacepressed;
+extern bool ohjenappi, tilannenappi;  // F1 (the key help) and Tab (the standings), while held
 extern bool lctrl, rctrl;
 extern int luetaan;
 extern char luettunappi;
@@ -70,6 +71,9 @@ void processEvents();
 void exitProgram(int status);
 void handleKeydown(SDL_keysym* keysym);
 void handleKeyup(SDL_keysym* keysym);
+// What the key help calls local player `pelaaja`'s (0..3) key for input `ohjain`
+// (0..5: thrust, reverse, left, right, fire, special); "" outside those.
+const char* nappaimenNimi(int pelaaja, int ohjain);
 void test(Sound* finishedSong);  // the music stop callback
 
 // Frame pacing shared by every game loop.

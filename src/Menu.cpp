@@ -12,6 +12,7 @@
 #include "Player.h"
 #include "Sets.h"
 #include "Teksti.h"
+#include "ai.h"
 #include "audio.h"
 #include "ctf.h"
 #include "glapi.h"
@@ -119,7 +120,7 @@ void piirraMallit() {
     gl_println(x, y - 3.5f, -60, numero, 0.8f);
   }
   palautaTila();
-  SDL_GL_SwapBuffers();
+  naytaKuva();
 }
 
 void debugPiirtomenu() {
@@ -207,6 +208,48 @@ void drawmenu(int item) {
   piirraOtsikot();
   piirraNuolet(item);
   palautaTila();
+  naytaKuva();
+}
+
+// --- The key help, over any screen while F1 is held: a table of each keyboard
+// player's keys and a line of the keys every screen knows.
+
+namespace {
+
+const int ohjaimia = 6;
+const char* const ohjaintenNimet[ohjaimia] = {"thrust", "reverse", "turn left", "turn right", "fire", "special"};
+const char* const yleisetNappaimet = "Enter: choose    Escape: back, or pause a match    Tab: standings    F1: keys";
+
+// The first four slots in use that a person plays, or player 1 alone (the menus
+// read its keys) when a person plays none of them.
+int ohjeenPelaajat(int* pelaajat) {
+  int maara = 0;
+  for (int i = 0; i < std::min(players, 4); ++i)
+    if (sets.ihminen[i]) pelaajat[maara++] = i;
+  if (maara == 0) pelaajat[maara++] = 0;
+  return maara;
+}
+
+// A row per listed player: its label in its team's colour, then its keys.
+const char* ohjeenSolu(const void* tiedot, int rivi, int sarake, char* tila, size_t koko) {
+  if (rivi < 0) return sarake == 0 ? "" : ohjaintenNimet[sarake - 1];
+  const int p = static_cast<const int*>(tiedot)[rivi];
+  if (sarake > 0) return nappaimenNimi(p, sarake - 1);
+  valitseVari(sets.team[p]);
+  std::snprintf(tila, koko, "player %d", p + 1);
+  return tila;
+}
+
+void piirraNappainohje() {
+  int pelaajat[4];
+  const int n = ohjeenPelaajat(pelaajat);
+  piirraTaulukko({"keys", ohjaimia + 1, n, pelaajat, ohjeenSolu, yleisetNappaimet});
+}
+
+}  // namespace
+
+void naytaKuva() {
+  if (ohjenappi) piirraNappainohje();
   SDL_GL_SwapBuffers();
 }
 
@@ -294,7 +337,7 @@ void piirraKursori(float alku, float loppu, float y) {
 
 void lopetaValikonKuva() {
   palautaTila();
-  SDL_GL_SwapBuffers();
+  naytaKuva();
 }
 
 const char* paalla(bool arvo) { return arvo ? "on" : "off"; }
@@ -489,7 +532,8 @@ void piirraAsetusmenu(int valittu, const Asetusluonnos& a, const char* ilmoitus)
 // --- The player set-up screen: one row per player slot (Enter switches the pilot,
 // left and right change the team), then the computer pilots' switches.
 
-const int suurinTaso = 10;  // highest computer-pilot level offered
+// The computer pilots' skill levels by the names the README gives them.
+const char* const tasojenNimet[aiTasoja] = {"rookie", "pilot", "veteran", "ace"};
 
 struct Pelaajarivit {
   int pelaajia;
@@ -517,7 +561,7 @@ void muutaPelaajaa(const Pelaajarivit& r, int kohta, int suunta) {
   } else if (kohta == r.aiKohde()) {
     sets.aikohteet = !sets.aikohteet;
   } else if (kohta == r.aiTaso()) {
-    sets.ai = askel(sets.ai, suunta, 1, 0, suurinTaso);
+    sets.ai = askel(sets.ai, suunta, 1, 0, aiTasoja - 1);
   }
 }
 
@@ -547,24 +591,25 @@ void piirraPelaajaMenu(const Pelaajarivit& r, int valittu) {
     const float rivinLoppu = piirraPelaajarivi(r, i);
     if (i == valittu) loppu = rivinLoppu;
   }
-  char taso[8];
-  std::snprintf(taso, sizeof taso, "%d", sets.ai);
+  char taso[24];
+  const int t = std::clamp(sets.ai, 0, aiTasoja - 1);  // higher values play as the top level
+  std::snprintf(taso, sizeof taso, "%d %s", t, tasojenNimet[t]);
   const char* arvot[3] = {paalla(sets.aikohteet), taso, nullptr};
-  const char* nimet[3] = {"ai attacks ai:", "testopponent:", "previous menu"};
+  const char* nimet[3] = {"ai attacks ai:", "computer skill:", "previous menu"};
   for (int k = 0; k < 3; ++k) {
     const int kohta = r.pelaajia + k;
     piirraRivi(riviX, r.lisaY(kohta), nimet[k], arvot[k], arvoX);
     if (kohta == valittu) loppu = arvot[k] ? tekstinLoppu(arvoX, arvot[k], riviKoko) : tekstinLoppu(riviX, nimet[k], riviKoko);
   }
-  piirraAlarivi("Enter: human or computer     left, right: team");
+  piirraAlarivi("Enter: human or computer     left, right: team or skill");
   const bool rivilla = valittu < r.pelaajia;
   piirraKursori(rivilla ? r.x(valittu) : riviX, loppu, rivilla ? r.y(valittu) : r.lisaY(valittu));
   lopetaValikonKuva();
 }
 
-// Runs the player set-up for `pelaajia` slots; the changes go into `sets` and are
-// saved on leaving. False when the save failed.
-bool pelaajaAsetukset(int pelaajia) {
+}  // namespace
+
+bool playerMenu(int pelaajia) {
   const Pelaajarivit r{std::clamp(pelaajia, 2, maxPlayers)};
   const NappainToisto toisto;
   int kohta = 0;
@@ -585,8 +630,6 @@ bool pelaajaAsetukset(int pelaajia) {
   return sets.saveFile();
 }
 
-}  // namespace
-
 void asetusmenu() {
   const NappainToisto toisto;
   Asetusluonnos luonnos = nykyisetAsetukset();
@@ -599,7 +642,7 @@ void asetusmenu() {
     if (const int suunta = sivusuunta()) muutaAsetusta(luonnos, kohta, suunta);
     if (valikonSyote(kohta, aTallennaJaPoistu)) {
       if (kohta == aPelaajaAsetukset) {
-        ilmoitus = pelaajaAsetukset(luonnos.pelaajia) ? "player setup saved" : "could not save the settings to sets.txt";
+        ilmoitus = playerMenu(luonnos.pelaajia) ? "player setup saved" : "could not save the settings to sets.txt";
       } else if (kohta >= aTallenna) {
         ilmoitus = otaKayttoon(luonnos);
         if (kohta == aTallennaJaPoistu) break;
@@ -613,5 +656,3 @@ void asetusmenu() {
   }
   unohdaNapit();
 }
-
-void playerMenu() { pelaajaAsetukset(sets.playermaara); }

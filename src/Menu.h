@@ -8,7 +8,12 @@ extern bool debugmode;
 void mainmenu();
 void drawmenu(int item);
 void asetusmenu();
-void playerMenu();
+// The "Player Setup" screen of the settings menu for `pelaajia` slots: pilots, teams
+// and the computer's settings go into `sets`, saved on leaving. False when the save failed.
+bool playerMenu(int pelaajia);
+// Every screen ends its picture with this: the key help over it while F1 is held,
+// then the swap.
+void naytaKuva();
 
 // One pass of menu input from player 0's flags and the Enter and Escape keys:
 // moves `item` over 0..last with wrap-around and returns true when it is chosen

@@ -1260,6 +1260,18 @@ void valikonValo() {
   glPopMatrix();
 }
 
+// Ships in play are a few dozen pixels on a dark field: a brighter ambient and
+// light than the scene's, and a faint glow of their own, keep every hull standing
+// out against space, nebulae and the planet alike.
+void kirkasHylky() {
+  const GLfloat ymparisto[4] = {0.7f, 0.7f, 0.7f, 1};
+  const GLfloat valo[4] = {1.5f, 1.5f, 1.5f, 1};  // above 1 brightens the hull's colours, keeping their hue
+  const GLfloat hehku[4] = {0.06f, 0.06f, 0.07f, 1};
+  glLightModelfv(GL_LIGHT_MODEL_AMBIENT, ymparisto);
+  glLightfv(GL_LIGHT0, GL_DIFFUSE, valo);
+  glMaterialfv(GL_FRONT_AND_BACK, GL_EMISSION, hehku);
+}
+
 bool onMalli(int n) { return n >= 0 && n < alustyyppeja && mallit[n].runko != 0; }
 
 }  // namespace
@@ -1288,6 +1300,7 @@ void Player::piirra() {
   const float nakyvyys = std::max(0.f, std::min(1.f, alpha));
   if (nakyvyys <= 0) return;
   aloitaPiirto();
+  kirkasHylky();
   glTranslatef(x, y, -35);
   tiimiHehku(*this, nakyvyys);
   glDisable(GL_TEXTURE_2D);  // the hull lists bind their own skins where they have one

@@ -6,9 +6,12 @@
 #include <GL/glu.h>
 #include <SDL/SDL.h>
 
+#include <algorithm>
 #include <cmath>
+#include <vector>
 
 #include "Main.h"
+#include "Menu.h"
 #include "Sets.h"
 #include "Teksti.h"
 #include "audio.h"
@@ -20,9 +23,11 @@ namespace {
 const float introFps = 150;
 const int introKesto = 900;  // calculated frames at 150 a second: six seconds
 
-// The cloth in world units, hoisted at its left edge.
+// The cloth in world units, hoisted at its left edge. The pole stands where the
+// cloth, turned towards the viewer, spans the middle of the picture.
 const float leveys = 16, korkeus = 10;
-const float lippuX = -1.0f, lippuY = 1.0f, lippuZ = -30;  // the pole stays clear of the title
+const float salkoX = -7.8f, lippuY = 1.0f, lippuZ = -30;
+const float salonPituus = korkeus + 3;  // ends above the title
 
 int aaltoAika = 0;  // calculated frames waved so far
 
@@ -93,44 +98,58 @@ void alustaTahdet() {
                                     satunnainen() * 6.28f};
 }
 
-// The flag's own picture: a deep blue field, a gold band edged in red and a white ring by the hoist.
-const int kuvaLeveys = 128, kuvaKorkeus = 64;
-unsigned char lippuKuva[kuvaKorkeus][kuvaLeveys][3];
+// The flag's own picture: a deep blue field, a gold band edged in red and a white
+// ring by the hoist. It is painted in cloth units, so that the ring stays round on
+// the cloth, and each texel averages a grid of samples, so that its edges are smooth.
+const int kuvaLeveys = 512, kuvaKorkeus = 256, naytteita = 4;
 
-void vari(unsigned char* t, int r, int g, int b) {
-  t[0] = static_cast<unsigned char>(r);
-  t[1] = static_cast<unsigned char>(g);
-  t[2] = static_cast<unsigned char>(b);
+struct Vari {
+  float r, g, b;
+};
+
+// The colour at (u, v) of the cloth, in world units from the top of the hoist.
+Vari lipunVari(float u, float v) {
+  const float ru = u - 4.3f, rv = v - korkeus / 2;
+  const float r = std::sqrt(ru * ru + rv * rv);
+  const float keskelta = std::fabs(v - korkeus / 2);
+  if (r > 1.55f && r < 2.2f) return {240, 240, 235};
+  if (keskelta < 0.95f) return {235, 185, 40};
+  if (keskelta < 1.25f) return {190, 30, 30};
+  return {20, 40, 120 - 32 * v / korkeus};
 }
 
-void maalaaLippu() {
+std::vector<unsigned char> maalaaLippu() {
+  std::vector<unsigned char> kuva(kuvaLeveys * kuvaKorkeus * 3);
+  const float du = leveys / kuvaLeveys, dv = korkeus / kuvaKorkeus;
   for (int y = 0; y < kuvaKorkeus; y++) {
     for (int x = 0; x < kuvaLeveys; x++) {
-      unsigned char* t = lippuKuva[y][x];
-      const float dy = std::fabs(y - kuvaKorkeus / 2 + 0.5f);
-      const float rx = x - 34.5f, ry = y - 31.5f;
-      const float r = std::sqrt(rx * rx + ry * ry);
-      if (r > 12 && r < 17)
-        vari(t, 240, 240, 235);
-      else if (dy < 6)
-        vari(t, 235, 185, 40);
-      else if (dy < 8)
-        vari(t, 190, 30, 30);
-      else
-        vari(t, 20, 40, 120 - y / 2);
+      Vari summa{0, 0, 0};
+      for (int i = 0; i < naytteita; i++) {
+        for (int j = 0; j < naytteita; j++) {
+          const Vari c = lipunVari((x + (i + 0.5f) / naytteita) * du, (y + (j + 0.5f) / naytteita) * dv);
+          summa = {summa.r + c.r, summa.g + c.g, summa.b + c.b};
+        }
+      }
+      unsigned char* t = &kuva[(y * kuvaLeveys + x) * 3];
+      const float n = naytteita * naytteita;
+      t[0] = static_cast<unsigned char>(summa.r / n + 0.5f);
+      t[1] = static_cast<unsigned char>(summa.g / n + 0.5f);
+      t[2] = static_cast<unsigned char>(summa.b / n + 0.5f);
     }
   }
+  return kuva;
 }
 
 GLuint lataaLippuKuva() {
-  maalaaLippu();
+  const std::vector<unsigned char> kuva = maalaaLippu();
   GLuint nimi = 0;
   glGenTextures(1, &nimi);
   glBindTexture(GL_TEXTURE_2D, nimi);
-  glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MIN_FILTER, GL_LINEAR);
+  // Mipmaps keep the ring smooth where the folds and the turn squeeze the cloth.
+  glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MIN_FILTER, GL_LINEAR_MIPMAP_LINEAR);
   glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MAG_FILTER, GL_LINEAR);
   glPixelStorei(GL_UNPACK_ALIGNMENT, 1);
-  glTexImage2D(GL_TEXTURE_2D, 0, GL_RGB, kuvaLeveys, kuvaKorkeus, 0, GL_RGB, GL_UNSIGNED_BYTE, lippuKuva);
+  gluBuild2DMipmaps(GL_TEXTURE_2D, GL_RGB, kuvaLeveys, kuvaKorkeus, GL_RGB, GL_UNSIGNED_BYTE, kuva.data());
   glPixelStorei(GL_UNPACK_ALIGNMENT, 4);
   return nimi;
 }
@@ -195,7 +214,9 @@ void piirraSalko(GLUquadric* q) {
   glPushMatrix();
   glTranslatef(-0.25f, korkeus + 0.5f, 0);
   glRotatef(90, 1, 0, 0);
-  gluCylinder(q, 0.22, 0.22, korkeus + 12, 16, 1);
+  gluCylinder(q, 0.22, 0.22, salonPituus, 16, 1);
+  glTranslatef(0, 0, salonPituus);
+  gluDisk(q, 0, 0.22, 16, 1);
   glPopMatrix();
   glColor4f(0.95f, 0.75f, 0.2f, 1);
   glPushMatrix();
@@ -211,7 +232,7 @@ void piirraLippu(GLuint kuva, GLUquadric* q) {
   const GLfloat valo[] = {-0.9f, 0.35f, 0.45f, 0};  // grazing, so that the folds show
   glLightfv(GL_LIGHT0, GL_POSITION, valo);
   glPushMatrix();
-  glTranslatef(lippuX - leveys / 2, lippuY - korkeus / 2, lippuZ);
+  glTranslatef(salkoX, lippuY - korkeus / 2, lippuZ);
   glRotatef(-28, 0, 1, 0);
   piirraSalko(q);
   glEnable(GL_TEXTURE_2D);
@@ -234,7 +255,7 @@ float haivytys(int kulunut, int alku, int kesto) {
 }
 
 void keskitettyRivi(const char* teksti, float y, float koko) {
-  gl_println(float(-koko * gl_pituus(teksti)), y, lippuZ + 4, teksti, koko);
+  gl_println(keskitettyX(teksti, koko), y, lippuZ + 4, teksti, koko);
 }
 
 void piirraTekstit(int kulunut) {
@@ -257,7 +278,7 @@ void piirraIntro(int kulunut, GLuint kuva, GLUquadric* q) {
   piirraTahdet(kulunut);
   piirraLippu(kuva, q);
   piirraTekstit(kulunut);
-  SDL_GL_SwapBuffers();
+  naytaKuva();
 }
 
 void palautaTila() {

@@ -163,7 +163,7 @@ void drawOnePlayerGameMenu(int selected) {
   glEnable(GL_DEPTH_TEST);
   glDisable(GL_BLEND);
   glColor4f(1, 1, 1, 1);
-  SDL_GL_SwapBuffers();
+  naytaKuva();
 }
 
 // --- Overlays shared by the local screens.
@@ -210,10 +210,6 @@ void tummennaRuutu(float peitto) {
   glBlendFunc(GL_SRC_ALPHA, GL_ONE_MINUS_SRC_ALPHA);
   glColor4f(0, 0, 0, peitto);
   kokoRuutu();
-}
-
-float keskitettyX(const char* teksti, float koko, float keskus) {
-  return keskus + koko - koko * static_cast<float>(gl_pituus(teksti));
 }
 
 void valikonNakyma(float vasen, float oikea) {

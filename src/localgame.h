@@ -47,14 +47,16 @@ extern void (*voitonPiirto)(int tiimi);  // drawVictory
 // the texture table, and a black veil of the given opacity over what is drawn.
 void piirraTaustakuva(unsigned int tekstuuri);
 void tummennaRuutu(float peitto);
-// Where a line of text of size `koko` starts so that it is centred on x = keskus.
-float keskitettyX(const char* teksti, float koko, float keskus = 0);
 // Sets an identity view in which text at depth -40 from x = vasen to x = oikea
 // fits the window width (narrow windows shrink the layout, wide ones keep it).
 void valikonNakyma(float vasen, float oikea);
 
 // Ship choice (scene.cpp): the steps of valitseAlus, open to tests.
 const int satunnainenKohta = 24;  // the cursor entry that stands for a random ship
+// The README's ship guide, which the choice screen shows under a ship's figures:
+// its strengths, its primary weapon and its special weapon.
+const int alusoppaanRiveja = 3;
+extern const char* const alusopas[alustyyppeja][alusoppaanRiveja];
 // The world step's ship draw for games without credits (0..23).
 int satunnainenAlusnumero();
 // One pass of player p's keys: palas/pleft move +1, pylos/pright -1 (wrapping over

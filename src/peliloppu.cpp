@@ -8,6 +8,7 @@
 #include <SDL/SDL.h>
 #include <cstdio>
 
+#include "Menu.h"
 #include "Player.h"
 #include "Teksti.h"
 
@@ -154,5 +155,5 @@ void drawVictory(int tiimi) {
   }
   palautaProjektio();
   glEnable(GL_BLEND);
-  SDL_GL_SwapBuffers();
+  naytaKuva();
 }

@@ -759,6 +759,13 @@ static void tulostaLuku(float x, float y, int luku, float koko) {
 
 static bool verkkopeli() { return hostpeli || joinpeli; }
 
+// Scores are credits in a local credit game and in the network modes 0 and 1.
+static bool krediittipeli() { return verkkopeli() ? gamemode == 0 || gamemode == 1 : pistepeli; }
+
+static const char* pelaajanNimi(const Player& p) {
+  return netnick[p.numero >= 0 && p.numero < maxPlayers ? p.numero : 0];
+}
+
 // The two in-plane axes of a quad that faces the tilted camera: the same
 // turn as rotating by alfa about z and then by beta about y.
 struct Kasvot {
@@ -1040,6 +1047,80 @@ void piirraSirpaleet() {
   lopetaHiukkaset();
 }
 
+// Each human player's ship is marked over the field in its team colour: corner
+// brackets round the ship and its number (its nick in a network game) above it,
+// the same few pixels whatever the camera's distance, so that a player finds
+// their own ship at a glance among sixteen.
+static void piirraKulmat(float x, float y, float r) {
+  const float sakara = r * 0.45f;
+  glBegin(GL_LINES);
+  for (float sx : {-1.0f, 1.0f}) {
+    for (float sy : {-1.0f, 1.0f}) {
+      glVertex2f(x + sx * r, y + sy * r);
+      glVertex2f(x + sx * (r - sakara), y + sy * r);
+      glVertex2f(x + sx * r, y + sy * r);
+      glVertex2f(x + sx * r, y + sy * (r - sakara));
+    }
+  }
+  glEnd();
+}
+
+struct Merkki {
+  const Player* pelaaja;
+  float x, y, r;  // window pixels
+};
+
+static void piirraMerkinKulmat(const Merkki& m) {
+  glColor4f(0, 0, 0, 1);  // a dark edge keeps the colour readable over bright effects
+  glLineWidth(4);
+  piirraKulmat(m.x, m.y, m.r);
+  valitseVari(m.pelaaja->tiimi);
+  glLineWidth(2);
+  piirraKulmat(m.x, m.y, m.r);
+}
+
+// The label sits above the brackets, or below them at the top of the window.
+static void piirraMerkinNimi(const Merkki& m, float ikkunanKorkeus) {
+  const Player& p = *m.pelaaja;
+  char numero[12];
+  std::snprintf(numero, sizeof numero, "%d", p.numero + 1);
+  const char* nimi = verkkopeli() ? pelaajanNimi(p) : numero;
+  const float koko = 7, etaisyys = m.r + koko + 3;
+  const float y = m.y + etaisyys + koko <= ikkunanKorkeus ? m.y + etaisyys : m.y - etaisyys;
+  valitseVari(p.tiimi);
+  varjostettuRivi(keskitettyX(nimi, koko, m.x), y, nimi, koko);
+}
+
+// A ship coming back is marked where its swirl gathers, so that its player sees
+// where it will appear.
+void piirraMerkit() {
+  GLdouble malli[16], projektio[16];
+  GLint nakyma[4];
+  glGetDoublev(GL_MODELVIEW_MATRIX, malli);
+  glGetDoublev(GL_PROJECTION_MATRIX, projektio);
+  glGetIntegerv(GL_VIEWPORT, nakyma);
+  Merkki merkit[maxPlayers];
+  int maara = 0;
+  for (int i = 0; i < pelaajaLkm(); ++i) {
+    const Player& p = player[i];
+    if (!pelissa(i) || !p.ihmispelaaja || p.kuolema >= uudestaanHetki) continue;
+    GLdouble x, y, z, reunaX, reunaY, reunaZ;
+    gluProject(p.x, p.y, kentanZ, malli, projektio, nakyma, &x, &y, &z);
+    gluProject(p.x + p.alus.sade, p.y, kentanZ, malli, projektio, nakyma, &reunaX, &reunaY, &reunaZ);
+    if (z < 0 || z > 1) continue;  // behind the camera
+    const float sade = float(std::hypot(reunaX - x, reunaY - y));
+    merkit[maara++] = {&p, float(x - nakyma[0]), float(y - nakyma[1]), std::max(12.0f, sade * 1.6f + 4)};
+  }
+  aloitaRuutupiirto();
+  glDisable(GL_TEXTURE_2D);
+  glDisable(GL_BLEND);
+  for (int k = 0; k < maara; ++k) piirraMerkinKulmat(merkit[k]);
+  // Every label over every bracket, so that ships close together keep their names readable.
+  glEnable(GL_BLEND);
+  for (int k = 0; k < maara; ++k) piirraMerkinNimi(merkit[k], float(nakyma[3]));
+  lopetaRuutupiirto();
+}
+
 // Player panels and the objective score, on a plane in front of the camera.
 void piirraHud() {
   glEnable(GL_BLEND);
@@ -1067,16 +1148,18 @@ void piirraMaailma() {
   piirraKentanReuna();
   piirraTavoitteet();
   piirraSirpaleet();
+  piirraMerkit();
   piirraHud();
 }
 
 void drawFrame(int) {
   piirraMaailma();
+  if (tilannenappi) piirraTilanne();
   // The planet spins with the drawing rate (a menu drawn over a frozen field keeps it still).
   xrot += 0.6f;
   yrot += 0.9f;
   zrot += 0.12f;
-  SDL_GL_SwapBuffers();
+  naytaKuva();
 }
 
 // Cone directions on the planet: equal-area latitude bands between two polar
@@ -1479,7 +1562,7 @@ static void piirraPalkki(float y1, float y2, float taytto) {
 
 static void piirraPaneelinTekstit(const Player& p) {
   if (verkkopeli()) {
-    gl_println(-1, 1, 0, netnick[p.numero >= 0 && p.numero < maxPlayers ? p.numero : 0], 0.3f);
+    gl_println(-1, 1, 0, pelaajanNimi(p), 0.3f);
   } else {
     gl_println(-1, 1, 0, "player", 0.3f);
     tulostaLuku(1, 1, p.numero + 1, 0.3f);
@@ -1522,8 +1605,7 @@ void Player::piirraGraffat() {
   glScalef(mittakaava, mittakaava, mittakaava);
   valitseVari(tiimi);
   piirraPaneelinTekstit(*this);
-  const bool krediittipeli = verkkopeli() ? gamemode == 0 || gamemode == 1 : pistepeli;
-  if (krediittipeli) piirraKrediitit(*this);
+  if (krediittipeli()) piirraKrediitit(*this);
   piirraPaneelinPalkit(*this);
   glPopMatrix();
 }
@@ -1556,6 +1638,67 @@ void piirraPistetaulu(const char* otsikko) {
     if (tiimeja == 5 || tiimeja == 10) glTranslatef(-17.5f, -1.2f, 0);
   }
   glPopMatrix();
+}
+
+// Standings: while Tab is held the match shows every player's real numbers,
+// which the panels' "%d" hides.
+
+int kierrosaikaMs[maxPlayers] = {-1, -1, -1, -1, -1, -1, -1, -1, -1, -1, -1, -1, -1, -1, -1, -1};
+
+static void taytaTilannerivi(int i, Tilannerivi& r) {
+  const Player& p = player[i];
+  r.pelaaja = i;
+  if (verkkopeli())
+    std::snprintf(r.nimi, sizeof r.nimi, "%.10s", pelaajanNimi(p));  // a nick is at most ten letters
+  else
+    std::snprintf(r.nimi, sizeof r.nimi, "player %d", p.numero + 1);
+  r.tiimi = p.tiimi + 1;
+  r.alus = p.alus.numero;
+  if (pelissa(i))
+    std::snprintf(r.pisteet, sizeof r.pisteet, "%.0f", std::floor(p.pisteet) + 0.0);  // never "-0"
+  else
+    std::snprintf(r.pisteet, sizeof r.pisteet, "out");
+  r.kierros[0] = 0;
+  if (!verkkopeli()) return;
+  if (kierrosaikaMs[i] < 0)
+    std::snprintf(r.kierros, sizeof r.kierros, "-");
+  else
+    std::snprintf(r.kierros, sizeof r.kierros, "%d ms", kierrosaikaMs[i]);
+}
+
+int tilanteenRivit(Tilannerivi* rivit) {
+  int jarjestys[maxPlayers];
+  const int n = pelaajaLkm();
+  for (int i = 0; i < n; ++i) jarjestys[i] = i;
+  std::stable_sort(jarjestys, jarjestys + n, [](int a, int b) {
+    if (pelissa(a) != pelissa(b)) return pelissa(a);
+    return player[a].pisteet > player[b].pisteet;
+  });
+  for (int k = 0; k < n; ++k) taytaTilannerivi(jarjestys[k], rivit[k]);
+  return n;
+}
+
+// The cells of the standings: the name in its team's colour, the round trip only
+// over the network.
+static const char* tilanteenSolu(const void* tiedot, int rivi, int sarake, char* tila, size_t koko) {
+  if (rivi < 0) {
+    const char* otsikot[] = {"player", "team", "ship", krediittipeli() ? "credits" : "score", "round trip"};
+    return otsikot[sarake];
+  }
+  const Tilannerivi& r = static_cast<const Tilannerivi*>(tiedot)[rivi];
+  switch (sarake) {
+    case 0: valitseVari(player[r.pelaaja].tiimi); return r.nimi;
+    case 1: std::snprintf(tila, koko, "%d", r.tiimi); return tila;
+    case 2: std::snprintf(tila, koko, "%d", r.alus); return tila;
+    case 3: return r.pisteet;
+    default: return r.kierros;
+  }
+}
+
+void piirraTilanne() {
+  Tilannerivi rivit[maxPlayers];
+  const int n = tilanteenRivit(rivit);
+  piirraTaulukko({"Standings", verkkopeli() ? 5 : 4, n, rivit, tilanteenSolu, nullptr});
 }
 
 // Ship choice
@@ -1604,6 +1747,44 @@ void unohdaValintanapit(Player& p) {
 }  // namespace
 
 int satunnainenAlusnumero() { return satunnainenAlusIlmanPisteita(); }
+
+const char* const alusopas[alustyyppeja][alusoppaanRiveja] = {
+    {"Tough, 50 hull, heavy and steady.", "Twin guns angled out at 45 degrees.",
+     "Shield: shots cannot hit it for a while."},
+    {"Fragile, 15 hull, but hits very hard.", "Heavy cannon with sparks and big recoil.",
+     "Flak ring of 24 shots that shreds incoming fire."},
+    {"Tiny, the fastest-turning ship and the cheapest.", "Rapid peashooter.",
+     "Self-destruct that can take its neighbours along."},
+    {"Sturdy, agile fighter.", "Guns alternating from side to side.",
+     "An advancing barrier of five shots that blocks fire."},
+    {"Heavy bomber, slow to turn.", "Cluster bomb that bursts when fire is released.",
+     "Gravity wells that drag enemies in."},
+    {"The second-strongest hull, slow.", "Heavy cannon that throws sparks.",
+     "Leech pods that drain enemies and drop little men."},
+    {"Darts about with no inertia; the planet cannot hold it.", "Short zap beam.", "Teleport."},
+    {"All-rounder.", "Homing missiles.", "Lightning arc that jumps on to a second enemy."},
+    {"Agile.", "Scatter gun.", "A boulder that bounces off walls and hulls alike, knocking ships away."},
+    {"Sturdy laser ship.", "Continuous laser beam.", "Four drones that circle the ship."},
+    {"Nimble.", "Steady single shots.", "Shock pulse that hurts, shoves and clears shots close by."},
+    {"Steady gunship.", "A pair of shots.",
+     "A short, deadly blue beam while fire is held; it turns slowly meanwhile."},
+    {"Light and quick-turning, but never refuels.", "Broadside guns firing three ways.",
+     "Comes back from half of its deaths."},
+    {"Heavy.", "Charge ball that grows while fire is held, up to 40 damage.", "Cheap homing seekers."},
+    {"Rammer.", "Missiles that steer with the ship.",
+     "Lunge that bends towards the enemy ahead; the ram spends the whole tank as damage."},
+    {"Minelayer.", "Drops mines.", "A fuel-burning boost, on and off, that rams for damage."},
+    {"The largest and toughest ship, 65 hull.", "Wandering shots.", "Shotgun cone of pellets."},
+    {"The lightest ship, 15 hull.", "Plain shots.", "Slime globs that slow their targets."},
+    {"No inertia, planet-proof, turns about on each thrust press, never refuels by itself.",
+     "Zap beam of random strength.", "Discharge that takes fuel from nearby enemies."},
+    {"Brawler.", "Twin gun that overheats.", "Ramming blade."},
+    {"Heavy, 54 hull.", "Weaving shots.", "Ring of 50 shots all round."},
+    {"Skirmisher.", "Fan of 18 shots.",
+     "A shot that splits again and again, each pair turning towards the nearest enemy."},
+    {"Always thrusting, no inertia, planet-proof.", "Slow-spinning heavy shots.", "A rear fan against pursuers."},
+    {"Tricky.", "Bouncing shots that trade momentum.", "A time charge that blows up when touched."},
+};
 
 bool alusvalinnanSyote(Player& p, int& kursori) {
   if (p.pfire || entterpressed) {
@@ -1696,7 +1877,7 @@ namespace {
 
 const float valintaZ = -40;
 const float tietoX = -21, arvoX = -8;
-const float tietoKoko = 0.7f, tietoRivi = 1.7f;
+const float tietoKoko = 0.7f, tietoRivi = 1.5f;
 
 // The sustained speed the ship's thrust reaches against its drag (ships without
 // inertia move at their thrust value), in units per second.
@@ -1744,6 +1925,27 @@ void piirraAlustiedot(int kursori) {
   tulostaLukuRivi(8, "special damage:", a.edamage);
 }
 
+// Under the figures, the ship guide of the README: the strengths, then what fire
+// and special do. A line too long for the layout is drawn smaller.
+void piirraAlusopas(int kursori) {
+  const char* const otsakkeet[alusoppaanRiveja] = {"", "fire: ", "special: "};
+  const float y0 = -8.9f, rivi = 1.4f, suurinKoko = 0.55f;
+  const float vasen = tietoX - tietoKoko, oikea = 22;  // the edges of the figures' labels and the layout
+  char teksti[160];
+  for (int r = 0; r < alusoppaanRiveja; ++r) {
+    const char* ohje = kursori == satunnainenKohta ? (r == 0 ? "Any ship you can afford, drawn at random." : "")
+                                                    : alusopas[kursori][r];
+    if (!*ohje) continue;
+    std::snprintf(teksti, sizeof teksti, "%s%s", otsakkeet[r], ohje);
+    const float koko = std::min(suurinKoko, (oikea - vasen) / float(2 * gl_pituus(teksti)));
+    if (r == 0)
+      glColor4f(1, 0.8f, 0.3f, 1);
+    else
+      glColor4f(0.85f, 0.85f, 0.85f, 1);
+    gl_println(vasen + koko, y0 - rivi * r, valintaZ, teksti, koko);
+  }
+}
+
 void piirraOtsakkeet(int pelaaja, const Player& p) {
   char teksti[32];
   glColor4f(1, 0.75f, 0.15f, 1);
@@ -1777,7 +1979,7 @@ void piirraKohtarivi(const Player& p, int kursori) {
     else
       glColor4f(0.8f, 0.8f, 0.8f, 1);
     const float k = i == kursori ? koko * 1.5f : koko;
-    gl_println(keskitettyX(teksti, k, x0 + vali * i), i == kursori ? -12.3f : -12, valintaZ, teksti, k);
+    gl_println(keskitettyX(teksti, k, x0 + vali * i), i == kursori ? -13.8f : -13.5f, valintaZ, teksti, k);
   }
 }
 
@@ -1815,11 +2017,12 @@ void drawAlusValinta(int pelaaja, int kursori) {
   glBlendFunc(GL_SRC_ALPHA, GL_ONE);  // the glyphs' black adds nothing
   piirraOtsakkeet(pelaaja, p);
   piirraAlustiedot(kursori);
+  piirraAlusopas(kursori);
   piirraKohtarivi(p, kursori);
   piirraValittuAlus(p, kursori);
   glEnable(GL_LIGHTING);
   glEnable(GL_DEPTH_TEST);
   glDisable(GL_BLEND);
   glColor4f(1, 1, 1, 1);
-  SDL_GL_SwapBuffers();
+  naytaKuva();
 }

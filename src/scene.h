@@ -78,4 +78,23 @@ void piirraTausta();
 void piirraPelaajat();
 void piirraKentanReuna();
 void piirraSirpaleet();
+void piirraMerkit();  // the markers over the human players' ships
 void piirraHud();
+
+// Round-trip time in milliseconds to the machine that plays each slot, -1 for a
+// slot played on this machine; the network loops keep it, the standings show it.
+extern int kierrosaikaMs[maxPlayers];
+
+// One row of the standings that Tab shows over a match.
+struct Tilannerivi {
+  int pelaaja;       // slot
+  char nimi[16];     // the nick in a network game, else "player n"
+  int tiimi;         // as the panels show it, from 1
+  int alus;          // ship number
+  char pisteet[16];  // score or credits as a whole number, or "out" of a credit game
+  char kierros[16];  // round-trip time in a network game ("-" on this machine), else ""
+};
+// The rows of the slots in use, best score first and those out of a credit game
+// last; returns how many.
+int tilanteenRivit(Tilannerivi* rivit);
+void piirraTilanne();

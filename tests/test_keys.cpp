@@ -61,7 +61,7 @@ TEST_F(Keyboard, EachKeyDrivesOneInputOfOnePresentPlayer) {
   }
 }
 
-TEST_F(Keyboard, CtrlTrackingUncheckedReleasesAndOneShotFlags) {
+TEST_F(Keyboard, CtrlTrackingUncheckedReleasesOneShotAndHeldFlags) {
   players = 1;
   key(true, SDLK_LCTRL);
   EXPECT_TRUE(lctrl);  // tracked even without a second player
@@ -78,6 +78,13 @@ TEST_F(Keyboard, CtrlTrackingUncheckedReleasesAndOneShotFlags) {
   // Space, Enter and Escape stay pressed past their release until a screen takes them.
   for (SDLKey k : {SDLK_SPACE, SDLK_RETURN, SDLK_ESCAPE}) key(true, k), key(false, k);
   EXPECT_TRUE(spacepressed && entterpressed && escpressed);
+  // The key help (F1) and the standings (Tab) show only while their key is held.
+  key(true, SDLK_F1);
+  key(true, SDLK_TAB);
+  EXPECT_TRUE(ohjenappi && tilannenappi);
+  key(false, SDLK_F1);
+  key(false, SDLK_TAB);
+  EXPECT_FALSE(ohjenappi || tilannenappi);
 }
 
 TEST_F(Keyboard, TextEntryTakesCharactersWhileModifiersStillSteer) {

@@ -113,6 +113,22 @@ TEST_F(MenuFrame, LabelsAreRedOnTheirRowsAndNowhereElse) {
   EXPECT_LT(mid[5 * 3 + 2], 50);
 }
 
+TEST_F(MenuFrame, F1ShowsTheKeyHelpOverTheMenuWhileHeld) {
+  // Right of the panel the menu shows only its backdrop; the help's white key names cover it.
+  auto whiteOnRight = [] {
+    const auto block = testutil::readRgb(W / 2, 0, W / 2, H);
+    int n = 0;
+    for (size_t i = 0; i < block.size(); i += 3) n += block[i] > 150 && block[i + 1] > 150 && block[i + 2] > 150;
+    return n;
+  };
+  ohjenappi = true;
+  drawmenu(0);
+  ohjenappi = false;
+  EXPECT_GT(whiteOnRight(), 30);
+  drawmenu(0);
+  EXPECT_EQ(whiteOnRight(), 0);
+}
+
 TEST_F(MenuFrame, CursorArrowsFollowTheItem) {
   // The arrows are gold, neither red label nor blue background: count them on the item's row.
   auto goldOn = [](float arrowY) {

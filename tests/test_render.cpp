@@ -4,6 +4,7 @@
 #include <unistd.h>
 
 #include <cmath>
+#include <cstdio>
 #include <cstring>
 #include <vector>
 
@@ -12,6 +13,7 @@
 #include "Player.h"
 #include "Sets.h"
 #include "glapi.h"
+#include "net.h"
 #include "peliloppu.h"
 #include "scene.h"
 
@@ -189,6 +191,73 @@ TEST_F(Shots, ChargeBallGrowsWithItsEnergy) {
   ball.energia = 2000;
   drawFrame(0);
   EXPECT_GT(fieldPixel(22.5, 10).r, 0.2f) << "a full ball is big";
+}
+
+// A human player's ship is marked in its team colour where it flies; a computer
+// pilot's ship is not.
+TEST_F(Render, HumanShipsCarryAMarkerInTheirTeamColour) {
+  players = 2;
+  const float paikat[2][2] = {{40, 30}, {-60, -40}};
+  for (int i = 0; i < 2; ++i) {
+    Player& p = player[i];
+    p.numero = i;
+    p.tiimi = 3;  // cyan (0, 1, 1)
+    p.kuolema = 0;
+    p.x = paikat[i][0];
+    p.y = paikat[i][1];
+    p.ihmispelaaja = i == 0;
+  }
+  drawFrame(0);
+  asetaKameraJaValo();
+  auto cyanAround = [](float x, float y) {
+    int px, py;
+    testutil::projectToWindow(x, y, -35, px, py);
+    const int half = 40;
+    const std::vector<GLubyte> block = testutil::readRgb(px - half, py - half, 2 * half, 2 * half);
+    int n = 0;
+    for (size_t i = 0; i < block.size(); i += 3) n += block[i] < 60 && block[i + 1] > 235 && block[i + 2] > 235;
+    return n;
+  };
+  EXPECT_GT(cyanAround(40, 30), 40);
+  EXPECT_EQ(cyanAround(-60, -40), 0);
+  player[0].ihmispelaaja = false;
+}
+
+// The standings show what the panels' "%d" hides: whole scores, best first, those out
+// of a credit game last, and over the network the nicks and round-trip times.
+TEST(Standings, RealNumbersBestFirstAndRoundTripsOverTheNetwork) {
+  players = 3;
+  pistepeli = true;
+  hostpeli = joinpeli = false;
+  const float pisteet[3] = {12.75f, -1, 150.2f};
+  for (int i = 0; i < 3; ++i) {
+    player[i].numero = i;
+    player[i].tiimi = i;
+    player[i].alus.numero = 5 + i;
+    player[i].pisteet = pisteet[i];
+  }
+  Tilannerivi rivit[maxPlayers];
+  ASSERT_EQ(tilanteenRivit(rivit), 3);
+  const int jarjestys[3] = {2, 0, 1};
+  const char* luvut[3] = {"150", "12", "out"};
+  for (int k = 0; k < 3; ++k) {
+    EXPECT_EQ(rivit[k].pelaaja, jarjestys[k]);
+    EXPECT_STREQ(rivit[k].pisteet, luvut[k]);
+    EXPECT_STREQ(rivit[k].kierros, "");
+  }
+  EXPECT_STREQ(rivit[0].nimi, "player 3");
+  EXPECT_EQ(rivit[0].tiimi, 3);
+  EXPECT_EQ(rivit[0].alus, 7);
+
+  hostpeli = true;
+  std::snprintf(netnick[2], sizeof netnick[2], "ace");
+  kierrosaikaMs[2] = 42;
+  tilanteenRivit(rivit);
+  hostpeli = false;
+  kierrosaikaMs[2] = -1;
+  EXPECT_STREQ(rivit[0].nimi, "ace");
+  EXPECT_STREQ(rivit[0].kierros, "42 ms");
+  EXPECT_STREQ(rivit[1].kierros, "-");  // played on this machine
 }
 
 class Panel : public Render {

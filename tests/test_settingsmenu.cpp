@@ -122,18 +122,18 @@ TEST_F(SettingsMenu, AFailedSaveIsReportedAndTheMenuGoesOn) {
 
 TEST_F(SettingsMenu, PlayerSetupChangesPilotsTeamsAndComputerSettings) {
   // Open "Player Setup" (three up from the top), then: slot 1 to computer and its
-  // team down from 1 to 16, slot 2 team up twice, "ai attacks ai" on, level up,
-  // Escape back (it saves), Escape out of the settings.
-  ASSERT_TRUE(aja("uuu" "e" "e" "l" "d" "rr" "dd" "e" "d" "r" "x" "x"));
+  // team down from 1 to 16, slot 2 team up twice, "ai attacks ai" on, the computer's
+  // skill up past its top level and one back, Escape back (it saves), Escape out.
+  ASSERT_TRUE(aja("uuu" "e" "e" "l" "d" "rr" "dd" "e" "d" "rrrrr" "l" "x" "x"));
   EXPECT_FALSE(sets.ihminen[0]);
   EXPECT_EQ(sets.team[0], 15);
   EXPECT_EQ(sets.team[1], 2);
   EXPECT_TRUE(sets.aikohteet);
-  EXPECT_EQ(sets.ai, 1);
-  EXPECT_EQ(ai, 1);
+  EXPECT_EQ(sets.ai, 2);
+  EXPECT_EQ(ai, 2);
   const std::string tiedosto = tallennettu();
   for (const char* rivi :
-       {"player1ihmispelaaja=0;", "player1team=16;", "player2team=3;", "ai vs ai=1;", "testopponent=1;"})
+       {"player1ihmispelaaja=0;", "player1team=16;", "player2team=3;", "ai vs ai=1;", "testopponent=2;"})
     EXPECT_TRUE(sisaltaa(tiedosto, rivi)) << rivi << " in\n" << tiedosto;
 }
 

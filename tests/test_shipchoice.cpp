@@ -3,7 +3,9 @@
 #include <GL/gl.h>
 #include <gtest/gtest.h>
 
+#include <cstring>
 #include <set>
+#include <string>
 
 #include "Main.h"
 #include "glapi.h"
@@ -23,6 +25,15 @@ protected:
   void TearDown() override { entterpressed = false; }
   Player& p = player[0];
 };
+
+TEST(ShipGuide, EveryShipHasItsOwnThreeLines) {
+  std::set<std::string> erikoiset;
+  for (int n = 0; n < alustyyppeja; ++n) {
+    for (const char* rivi : alusopas[n]) EXPECT_GT(std::strlen(rivi), 3u) << n;
+    erikoiset.insert(alusopas[n][2]);
+  }
+  EXPECT_EQ(erikoiset.size(), size_t(alustyyppeja));  // no row copied onto another ship
+}
 
 TEST_F(ShipChoice, CursorKeysWrapOverTheShipsAndTheRandomEntry) {
   int kursori = 0;

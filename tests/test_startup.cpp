@@ -2,6 +2,7 @@
 // menu under the test's X display, the exit statistics and the music playlist.
 #include <gtest/gtest.h>
 
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <chrono>
@@ -65,6 +66,22 @@ TEST(Startup, DedicatedModeNeverCountsAsStarted) {
   testing::internal::GetCapturedStdout();
   EXPECT_TRUE(dserver);
   EXPECT_FALSE(alotettu);
+}
+
+// The play script on a folder already built: one line on the terminal naming the
+// log, and everything the game prints in that log.
+TEST(Startup, PlayScriptSendsTheGameOutputToItsLog) {
+  testutil::TempDir build;
+  ASSERT_EQ(symlink(VORTA_EXE, build.file("vorta").c_str()), 0);
+  ASSERT_EQ(mkdir(build.file("data").c_str(), 0755), 0);
+  ChildProcess::Options o = gameOptions(build.path());
+  o.setEnv.push_back("VORTA_BUILD=" + build.path());
+  o.unsetEnv = {"DISPLAY"};
+  const testutil::RunResult run = testutil::runProgram({VORTA_SOURCE_DIR "/tools/play.sh", "-d"}, o, 60000);
+  ASSERT_TRUE(run.exited) << run.output;
+  EXPECT_EQ(run.status, 0) << run.output;
+  EXPECT_EQ(run.output, "Vorta's messages go to " + build.file("data/vorta.log") + "\n");
+  EXPECT_EQ(testutil::readFile(build.file("data/vorta.log")).rfind("dedicated mode=true\n", 0), 0u);
 }
 
 // The game in a private copy of the data folder, windowed.
