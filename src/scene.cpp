@@ -1101,9 +1101,9 @@ void piirraMerkit() {
   glGetIntegerv(GL_VIEWPORT, nakyma);
   Merkki merkit[maxPlayers];
   int maara = 0;
-  for (int i = 0; i < pelaajaLkm(); ++i) {
+  for (int i = 0; i < pelaajia(); ++i) {
     const Player& p = player[i];
-    if (!pelissa(i) || !p.ihmispelaaja || p.kuolema >= uudestaanHetki) continue;
+    if (!pelissa(p) || !p.ihmispelaaja || p.kuolema >= uudestaanHetki) continue;
     GLdouble x, y, z, reunaX, reunaY, reunaZ;
     gluProject(p.x, p.y, kentanZ, malli, projektio, nakyma, &x, &y, &z);
     gluProject(p.x + p.alus.sade, p.y, kentanZ, malli, projektio, nakyma, &reunaX, &reunaY, &reunaZ);
@@ -1654,7 +1654,7 @@ static void taytaTilannerivi(int i, Tilannerivi& r) {
     std::snprintf(r.nimi, sizeof r.nimi, "player %d", p.numero + 1);
   r.tiimi = p.tiimi + 1;
   r.alus = p.alus.numero;
-  if (pelissa(i))
+  if (pelissa(player[i]))
     std::snprintf(r.pisteet, sizeof r.pisteet, "%.0f", std::floor(p.pisteet) + 0.0);  // never "-0"
   else
     std::snprintf(r.pisteet, sizeof r.pisteet, "out");
@@ -1668,10 +1668,10 @@ static void taytaTilannerivi(int i, Tilannerivi& r) {
 
 int tilanteenRivit(Tilannerivi* rivit) {
   int jarjestys[maxPlayers];
-  const int n = pelaajaLkm();
+  const int n = pelaajia();
   for (int i = 0; i < n; ++i) jarjestys[i] = i;
   std::stable_sort(jarjestys, jarjestys + n, [](int a, int b) {
-    if (pelissa(a) != pelissa(b)) return pelissa(a);
+    if (pelissa(player[a]) != pelissa(player[b])) return pelissa(player[a]);
     return player[a].pisteet > player[b].pisteet;
   });
   for (int k = 0; k < n; ++k) taytaTilannerivi(jarjestys[k], rivit[k]);
