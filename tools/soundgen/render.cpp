@@ -120,15 +120,10 @@ private:
   std::vector<Line> combs_, allpasses_;
 };
 
-void foldTail(Samples& s, int length) {
-  for (size_t i = length; i < s.size(); ++i) s[i % length] += s[i];
-  s.resize(length);
-}
-
 }  // namespace
 
-Mix::Mix(double secondsLong) : length_(synth::frames(secondsLong)) {
-  for (Samples* s : {&dry_.left, &dry_.right, &send_.left, &send_.right}) s->assign(length_, 0.0f);
+Mix::Mix(double secondsLong) {
+  for (Samples* s : {&dry_.left, &dry_.right, &send_.left, &send_.right}) s->assign(synth::frames(secondsLong), 0.0f);
 }
 
 void Mix::add(const Samples& mono, double at, float gain, float pan, float reverbSend) {
@@ -142,7 +137,7 @@ void Mix::add(const Samples& mono, double at, float gain, float pan, float rever
   synth::mixInto(send_.right, mono, offset, right * reverbSend);
 }
 
-synth::Stereo Mix::finish(float reverbLevel, bool wrap) {
+synth::Stereo Mix::finish(float reverbLevel) {
   const int tail = synth::frames(2.5);
   synth::Stereo out;
   const std::array<std::pair<Samples*, Samples*>, 2> channels = {{{&dry_.left, &send_.left}, {&dry_.right, &send_.right}}};
@@ -156,7 +151,6 @@ synth::Stereo Mix::finish(float reverbLevel, bool wrap) {
     Samples& mixed = c == 0 ? out.left : out.right;
     mixed.resize(total);
     for (size_t i = 0; i < total; ++i) mixed[i] = dry[i] + reverbLevel * reverb.process(send[i]);
-    if (wrap) foldTail(mixed, length_);
   }
   return out;
 }
