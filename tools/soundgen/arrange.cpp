@@ -104,12 +104,11 @@ private:
       figure(s.bassLine, chord, at, song_.bass);
       figure(s.arpLine, chord, at, song_.arp);
       drums(s, b, at);
-      for (int hit : score::hits(s.timpaniLine))
-        mix_.add(timpani(chord.bass - 12), at + hit * sixteenth_, song_.timpani, -0.2f, 0.4f);
+      for (int hit : score::hits(s.timpaniLine)) mix_.add(timpani(chord.bass), at + hit * sixteenth_, song_.timpani, -0.2f, 0.4f);
     }
     line(s.melodyLine, start, song_.lead);
     if (song_.leadEcho > 0 && *s.melodyLine) {
-      const Placement echo{song_.lead.at.gain * song_.leadEcho, -song_.lead.at.pan - 0.3f, 0.6f};
+      const Placement echo{song_.lead.at.gain * song_.leadEcho, song_.lead.at.pan > 0 ? -0.5f : 0.5f, 0.6f};
       addNotes(mix_, cache_, score::parse(s.melodyLine), start + 3 * sixteenth_, eighth_, song_.lead.voice, echo,
                song_.lead.velocity);
     }
@@ -140,7 +139,7 @@ private:
     mix_.add(cache_.play(song_.bass.voice, chord.bass, 1.5 * bar_, song_.bass.velocity), at, song_.bass.at.gain, 0, 0.2f);
     mix_.add(crash_, at, song_.crash, 0.4f, 0.5f);
     mix_.add(kick_, at, song_.kick, 0.0f, 0.1f);
-    if (song_.timpani > 0) mix_.add(timpani(chord.bass - 12), at, song_.timpani, -0.2f, 0.4f);
+    if (song_.timpani > 0) mix_.add(timpani(chord.bass), at, song_.timpani, -0.2f, 0.4f);
   }
 
   const Samples& timpani(int pitch) {
@@ -157,6 +156,20 @@ private:
   const Samples riser_ = riser(bar_);
   std::map<int, Samples> timpani_;
 };
+
+// A first-order high shelf: what a one-pole low-pass at 3 kHz takes away, added back
+// `db` louder.
+void lift(synth::Stereo& s, float db) {
+  const float extra = static_cast<float>(std::pow(10.0, db / 20.0) - 1.0);
+  const float pole = static_cast<float>(std::exp(-synth::kTwoPi * 3000.0 / synth::kRate));
+  for (Samples* channel : {&s.left, &s.right}) {
+    float low = 0;
+    for (float& v : *channel) {
+      low = v + pole * (low - v);
+      v += extra * (v - low);
+    }
+  }
+}
 
 // Every song at about the same loudness: its RMS at -17 dBFS, unless that would lift its
 // peaks past -1 dBFS.
@@ -176,6 +189,7 @@ void level(synth::Stereo& s) {
 
 synth::Stereo render(const Song& song) {
   synth::Stereo out = Renderer(song).run();
+  lift(out, song.air);
   level(out);
   return out;
 }

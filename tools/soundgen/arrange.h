@@ -91,6 +91,7 @@ struct Song {
   float kick, snare, hats, crash, timpani;
   float leadEcho;  // a dotted-eighth echo of the lead, mirrored across the field
   float reverb;
+  float air;  // dB of lift above a few kHz: the synthesised parts alone sound dull
   std::vector<Section> sections;
   const char* ending;  // the final chord, rung out over two bars
 };

@@ -40,7 +40,7 @@ Song nebula() {
          {kPluck, {0.09f, 0.45f, 0.5f}, 0.7f},
          {kLead, {0.19f, -0.1f, 0.45f}, 0.85f},
          {kStrings, {0.1f, 0.35f, 0.6f}, 0.7f},
-         0.5f, 0.28f, 0.13f, 0.28f, 0.0f, 0.25f, 0.3f, {}, "Dm"};
+         0.5f, 0.28f, 0.18f, 0.28f, 0.0f, 0.25f, 0.3f, 3, {}, "Dm"};
   s.sections = {
       Section(4, "Dm Bb F C").pad().arp(arp),
       Section(4, "Dm Bb Gm A").pad().arp(arp).bass(bass).drums("", "", "..x. ..x. ..x. ..x.").riser(),
@@ -89,7 +89,7 @@ Song ionStorm() {
          {kPluck, {0.08f, -0.4f, 0.4f}, 0.75f},
          {kSynthLead, {0.17f, 0.05f, 0.35f}, 0.9f},
          {kStrings, {0.08f, 0.4f, 0.5f}, 0.75f},
-         0.6f, 0.32f, 0.1f, 0.3f, 0.0f, 0.22f, 0.25f, {}, "Em"};
+         0.6f, 0.32f, 0.14f, 0.3f, 0.0f, 0.22f, 0.25f, 4, {}, "Em"};
   const Section chorusSection = Section(8, chorus).pad().arp(arp).bass(chorusBass)
                                     .drums(fourFloor, snare, sixteenthHats).melody(chorusLead).counter(chorusStrings);
   s.sections = {
@@ -137,10 +137,10 @@ Song deepField() {
   Song s{72,
          {kWarmPad, {0.16f, 0.0f, 0.7f}, 0.8f},
          {kSubBass, {0.34f, 0.0f, 0.1f}, 0.8f},
-         {kBell, {0.07f, 0.35f, 0.7f}, 0.7f},
+         {kBell, {0.1f, 0.35f, 0.7f}, 0.7f},
          {kFlute, {0.2f, -0.05f, 0.6f}, 0.8f},
          {kStrings, {0.09f, 0.3f, 0.7f}, 0.7f},
-         0.4f, 0.18f, 0.06f, 0.2f, 0.0f, 0.3f, 0.45f, {}, "C#m"};
+         0.4f, 0.18f, 0.09f, 0.2f, 0.0f, 0.3f, 0.45f, 6, {}, "C#m"};
   s.sections = {
       Section(8, chords).pad().arp(slowBells),
       Section(8, chords).pad().arp(bells).bass(bass).melody(themeA),
@@ -186,7 +186,7 @@ Song flagship() {
          {kPluck, {0.07f, 0.4f, 0.45f}, 0.7f},
          {kBrass, {0.26f, -0.1f, 0.45f}, 0.9f},
          {kHorn, {0.13f, 0.35f, 0.5f}, 0.8f},
-         0.45f, 0.22f, 0.08f, 0.3f, 0.5f, 0.0f, 0.35f, {}, "Bb"};
+         0.45f, 0.22f, 0.1f, 0.3f, 0.35f, 0.0f, 0.35f, 3, {}, "Bb"};
   s.sections = {
       Section(4, "Bb Eb Bb F").pad().timpani("x... .... .... x.x.").counter(
           "F4 - - - - - - - G4 - - - - - - - F4 - - - D4 - - - C4 - - - - - - - "),
