@@ -58,7 +58,8 @@ int musicMixerVolume(float factor) { return static_cast<int>(std::lround(mixerVo
 void leaveHeadroom(Mix_Chunk* chunk) {
   if (mixHeadroom == 1) return;
   Sint16* samples = reinterpret_cast<Sint16*>(chunk->abuf);
-  for (Uint32 i = 0; i < chunk->alen / 2; ++i) samples[i] = static_cast<Sint16>(std::lround(samples[i] * mixHeadroom));
+  for (Uint32 i = 0; i < chunk->alen / 2; ++i)
+    samples[i] = static_cast<Sint16>(std::lround(samples[i] * mixHeadroom));
 }
 
 // A look-ahead peak limiter over the interleaved 16-bit stereo mix, with the headroom's

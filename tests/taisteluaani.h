@@ -96,7 +96,8 @@ inline std::vector<int16_t> leikkaa(const char* tiedosto) {
     std::fclose(f);
   }
   const auto ensimmainen = std::find_if(kaikki.begin(), kaikki.end(), [](int16_t v) { return v != 0; });
-  const size_t alku = std::min(static_cast<size_t>(ensimmainen - kaikki.begin()) + merkinNaytteet, kaikki.size());
+  const size_t alku =
+      std::min(static_cast<size_t>(ensimmainen - kaikki.begin()) + merkinNaytteet, kaikki.size());
   const size_t loppu = std::min(kaikki.size(), alku + 2 * tavoite);
   return std::vector<int16_t>(kaikki.begin() + alku, kaikki.begin() + loppu);
 }

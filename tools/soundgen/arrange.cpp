@@ -30,8 +30,8 @@ void addNotes(Mix& mix, NoteCache& cache, const std::vector<score::Note>& notes,
   }
 }
 
-void addChord(Mix& mix, NoteCache& cache, const score::Chord& chord, double start, double seconds, const Voice& voice,
-              Placement at) {
+void addChord(Mix& mix, NoteCache& cache, const score::Chord& chord, double start, double seconds,
+              const Voice& voice, Placement at) {
   const std::vector<int>& tones = chord.tones;
   const float spread = static_cast<float>(std::max<size_t>(tones.size() - 1, 1));
   for (size_t t = 0; t < tones.size(); ++t) {
@@ -46,7 +46,8 @@ void addHits(Mix& mix, const std::string& line, double start, double step, const
 
 void fadeTail(Samples& s, int from, int end) {
   s.resize(end, 0.0f);
-  for (int i = from; i < end; ++i) s[i] *= static_cast<float>(std::pow(1.0 - double(i - from) / (end - from), 2.0));
+  for (int i = from; i < end; ++i)
+    s[i] *= static_cast<float>(std::pow(1.0 - double(i - from) / (end - from), 2.0));
 }
 
 namespace {
@@ -104,13 +105,14 @@ private:
       figure(s.bassLine, chord, at, song_.bass);
       figure(s.arpLine, chord, at, song_.arp);
       drums(s, b, at);
-      for (int hit : score::hits(s.timpaniLine)) mix_.add(timpani(chord.bass), at + hit * sixteenth_, song_.timpani, -0.2f, 0.4f);
+      for (int hit : score::hits(s.timpaniLine))
+        mix_.add(timpani(chord.bass), at + hit * sixteenth_, song_.timpani, -0.2f, 0.4f);
     }
     line(s.melodyLine, start, song_.lead);
     if (song_.leadEcho > 0 && *s.melodyLine) {
       const Placement echo{song_.lead.at.gain * song_.leadEcho, song_.lead.at.pan > 0 ? -0.5f : 0.5f, 0.6f};
-      addNotes(mix_, cache_, score::parse(s.melodyLine), start + 3 * sixteenth_, eighth_, song_.lead.voice, echo,
-               song_.lead.velocity);
+      addNotes(mix_, cache_, score::parse(s.melodyLine), start + 3 * sixteenth_, eighth_, song_.lead.voice,
+               echo, song_.lead.velocity);
     }
     line(s.counterLine, start, song_.counter);
     if (s.crashAtStart) mix_.add(crash_, start, song_.crash, 0.4f, 0.4f);
@@ -118,7 +120,8 @@ private:
   }
 
   void figure(const char* pattern, const score::Chord& chord, double at, const Part& part) {
-    if (*pattern) addNotes(mix_, cache_, score::figure(pattern, chord), at, sixteenth_, part.voice, part.at, part.velocity);
+    if (*pattern)
+      addNotes(mix_, cache_, score::figure(pattern, chord), at, sixteenth_, part.voice, part.at, part.velocity);
   }
 
   void line(const char* melody, double at, const Part& part) {
@@ -136,7 +139,8 @@ private:
   void ending(double at) {
     const score::Chord chord = score::chord(song_.ending);
     addChord(mix_, cache_, chord, at, 2 * bar_, song_.pad.voice, song_.pad.at);
-    mix_.add(cache_.play(song_.bass.voice, chord.bass, 1.5 * bar_, song_.bass.velocity), at, song_.bass.at.gain, 0, 0.2f);
+    mix_.add(cache_.play(song_.bass.voice, chord.bass, 1.5 * bar_, song_.bass.velocity), at, song_.bass.at.gain,
+             0, 0.2f);
     mix_.add(crash_, at, song_.crash, 0.4f, 0.5f);
     mix_.add(kick_, at, song_.kick, 0.0f, 0.1f);
     if (song_.timpani > 0) mix_.add(timpani(chord.bass), at, song_.timpani, -0.2f, 0.4f);
@@ -152,7 +156,8 @@ private:
   const double bar_, sixteenth_, eighth_;
   Mix mix_;
   NoteCache cache_;
-  const Samples kick_ = render::kick(), snare_ = render::snare(), hat_ = render::hat(0.05), crash_ = render::crash();
+  const Samples kick_ = render::kick(), snare_ = render::snare(), hat_ = render::hat(0.05),
+                crash_ = render::crash();
   const Samples riser_ = riser(bar_);
   std::map<int, Samples> timpani_;
 };
@@ -180,7 +185,8 @@ void level(synth::Stereo& s) {
   const double rms = std::sqrt(sum / (s.left.size() + s.right.size()));
   const float peak = std::max(synth::peak(s.left), synth::peak(s.right));
   if (rms <= 0 || peak <= 0) return;
-  const float gain = static_cast<float>(std::min(std::pow(10.0, -17 / 20.0) / rms, std::pow(10.0, -1 / 20.0) / peak));
+  const float gain =
+      static_cast<float>(std::min(std::pow(10.0, -17 / 20.0) / rms, std::pow(10.0, -1 / 20.0) / peak));
   for (Samples* channel : {&s.left, &s.right})
     for (float& v : *channel) v *= gain;
 }

@@ -31,8 +31,8 @@ private:
 };
 
 // A melody or figure: notes of `step` seconds from `start`.
-void addNotes(render::Mix& mix, NoteCache& cache, const std::vector<score::Note>& notes, double start, double step,
-              const render::Voice& voice, Placement at, float velocity);
+void addNotes(render::Mix& mix, NoteCache& cache, const std::vector<score::Note>& notes, double start,
+              double step, const render::Voice& voice, Placement at, float velocity);
 // A held chord of `seconds` at `start`, its tones spread across the stereo field.
 void addChord(render::Mix& mix, NoteCache& cache, const score::Chord& chord, double start, double seconds,
               const render::Voice& voice, Placement at);

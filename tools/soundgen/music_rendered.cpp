@@ -31,19 +31,22 @@ bool writeStartMusic(const std::string& path) {
     // held instead.
     const double hold = final ? 3 * beat : 1.2 * beat;
     for (double offset = 0; offset < (final ? 1 : change.beats); offset += 2) {
-      for (int tone : c.tones) mix.add(cache.play(patches::kBrass, tone, hold, 0.75f), at + offset * beat, 0.16f, 0.3f, 0.35f);
+      for (int tone : c.tones)
+        mix.add(cache.play(patches::kBrass, tone, hold, 0.75f), at + offset * beat, 0.16f, 0.3f, 0.35f);
       mix.add(cache.play(patches::kBrass, c.bass + 12, hold, 0.75f), at + offset * beat, 0.2f, -0.1f, 0.3f);
     }
   }
   for (int roll = 0; roll < 8; ++roll)
-    mix.add(render::timpani(synth::midiToHz(43)), last - 2 * beat + roll * beat / 4, 0.25f + 0.06f * roll, -0.2f, 0.4f);
+    mix.add(render::timpani(synth::midiToHz(43)), last - 2 * beat + roll * beat / 4, 0.25f + 0.06f * roll,
+            -0.2f, 0.4f);
   mix.add(render::crash(), last, 0.5f, 0.4f, 0.5f);
 
   const std::string melody =
       "G4 . C5 - - - E5 D5 "
       "Eb5 - - C5 D5 - F5 - "
       "G5 - - - - - - - ";
-  arrange::addNotes(mix, cache, score::parse(melody), 0.0, beat / 2, patches::kBrass, {0.42f, -0.15f, 0.45f}, 0.95f);
+  arrange::addNotes(mix, cache, score::parse(melody), 0.0, beat / 2, patches::kBrass, {0.42f, -0.15f, 0.45f},
+                    0.95f);
 
   synth::Stereo music = mix.finish(0.35f);
   const int fadeFrom = synth::frames(last + 2 * beat);

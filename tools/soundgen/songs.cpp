@@ -1,6 +1,10 @@
 // The rendered songs of the playlist, each two minutes and more, in keys and tempos of
 // their own: a calm synthesiser piece, a fast battle track, a slow ambient drift and a
 // heroic march. Melodies and counter-lines in eighths, figures and drums in sixteenths.
+// Each song gives, in order: its tempo; its pad, bass, arpeggio, lead and counter parts
+// (patch, mix placement as gain, pan and reverb send, velocity); the levels of kick,
+// snare, hats, crash and timpani; the lead's echo, the reverb, the lift of the highs in
+// dB; then its sections, and the chord it ends on.
 #include "music.h"
 
 #include "arrange.h"
@@ -48,7 +52,8 @@ Song nebula() {
       Section(8, chords).pad().arp(arp).bass(bass).drums(kick, snare, hats).melody(themeB).crash(),
       Section(8, "Bb F C Dm Bb F Gm A").pad().arp(arp).bass("R... .... R... ....")
           .drums("", "", "..x. ..x. ..x. ..x.").counter(breakLine).riser(),
-      Section(8, chords).pad().arp(arp).bass(bass).drums(kick, snare, hats).melody(themeA).counter(strings).crash(),
+      Section(8, chords).pad().arp(arp).bass(bass).drums(kick, snare, hats).melody(themeA).counter(strings)
+          .crash(),
       Section(8, chords).pad().arp(arp).bass(bass).drums(kick, snare, hats).melody(themeB).counter(strings)
           .fill("..x. x.xx .xxx xxxx"),
       Section(4, "Dm Bb Gm A").pad().arp(arp).bass("R... .... .... ...."),
@@ -91,17 +96,20 @@ Song ionStorm() {
          {kStrings, {0.08f, 0.4f, 0.5f}, 0.75f},
          0.6f, 0.32f, 0.14f, 0.3f, 0.0f, 0.22f, 0.25f, 4, {}, "Em"};
   const Section chorusSection = Section(8, chorus).pad().arp(arp).bass(chorusBass)
-                                    .drums(fourFloor, snare, sixteenthHats).melody(chorusLead).counter(chorusStrings);
+      .drums(fourFloor, snare, sixteenthHats).melody(chorusLead).counter(chorusStrings);
   s.sections = {
       Section(4, "Em Em C D").arp(arp),
       Section(4, "Em Em C B").arp(arp).pad().drums(fourFloor, "", "..x. ..x. ..x. ..x.").riser(),
-      Section(8, verse).arp(arp).bass(verseBass).drums(verseKick, snare, eighthHats).melody(verseLead).crash(),
-      Section(8, verse).arp(arp).bass(verseBass).drums(verseKick, snare, eighthHats).melody(verseLead2).riser(),
+      Section(8, verse).arp(arp).bass(verseBass).drums(verseKick, snare, eighthHats).melody(verseLead)
+          .crash(),
+      Section(8, verse).arp(arp).bass(verseBass).drums(verseKick, snare, eighthHats).melody(verseLead2)
+          .riser(),
       Section(chorusSection).crash(),
       chorusSection,
       Section(8, "Am Am Em Em C C B B").pad().bass("R... .... R... ....")
           .drums("x... .... .... ....", ".... .... x... ....", "").counter(breakStrings).riser(),
-      Section(8, verse).arp(arp).bass(verseBass).drums(verseKick, snare, eighthHats).melody(verseLead).crash(),
+      Section(8, verse).arp(arp).bass(verseBass).drums(verseKick, snare, eighthHats).melody(verseLead)
+          .crash(),
       Section(chorusSection).crash(),
       Section(chorusSection).fill("..x. x.xx .xxx xxxx"),
       Section(4, "Em Em C B").pad().arp(arp).drums(fourFloor, "", ""),
@@ -196,7 +204,8 @@ Song flagship() {
           .melody(themeA).crash(),
       Section(8, verse).pad().arp(arp).bass(bass).drums(kick, march, hats).timpani("x... .... .... ....")
           .melody(themeA2).counter(hornsA),
-      Section(8, chorus).pad().arp(arp).bass(bass).drums(kick, march, hats).melody(themeB).counter(hornsB).crash(),
+      Section(8, chorus).pad().arp(arp).bass(bass).drums(kick, march, hats).melody(themeB).counter(hornsB)
+          .crash(),
       Section(8, "Gm Gm Eb Eb Cm Cm F F").pad().bass("R... .... .... ....").timpani("x... .... .... ....")
           .counter(hornsBridge).riser(),
       Section(8, verse).pad().arp(arp).bass(bass).drums(kick, march, hats).timpani("x... .... x... ....")
@@ -212,7 +221,11 @@ Song flagship() {
 
 const std::vector<RenderedSong>& renderedSongs() {
   static const std::vector<RenderedSong> songs = {
-      {"nebula.ogg", nebula}, {"ionstorm.ogg", ionStorm}, {"deepfield.ogg", deepField}, {"flagship.ogg", flagship}};
+      {"nebula.ogg", nebula},
+      {"ionstorm.ogg", ionStorm},
+      {"deepfield.ogg", deepField},
+      {"flagship.ogg", flagship},
+  };
   return songs;
 }
 

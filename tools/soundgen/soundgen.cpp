@@ -19,7 +19,8 @@ namespace {
 bool makeFolder(const std::filesystem::path& folder) {
   std::error_code error;
   std::filesystem::create_directories(folder, error);
-  if (error) std::fprintf(stderr, "soundgen: cannot create folder %s: %s\n", folder.c_str(), error.message().c_str());
+  if (error)
+    std::fprintf(stderr, "soundgen: cannot create folder %s: %s\n", folder.c_str(), error.message().c_str());
   return !error;
 }
 
@@ -32,7 +33,8 @@ bool writeEffects(const std::filesystem::path& data) {
 
 // The music callback that runs while the intro is still playing asks for the start music
 // by a backslash path; on this system that is one file name in the data folder itself.
-bool copyStartMusicForBackslashPath(const std::filesystem::path& data, const std::filesystem::path& startMusic) {
+bool copyStartMusicForBackslashPath(const std::filesystem::path& data,
+                                    const std::filesystem::path& startMusic) {
   std::error_code error;
   const std::filesystem::path copy = data / "musics\\StartMusic\\start.mp3";
   std::filesystem::copy_file(startMusic, copy, std::filesystem::copy_options::overwrite_existing, error);
@@ -69,7 +71,8 @@ int main(int argc, char** argv) {
   // The long songs first, so that the short jobs fill in around them.
   std::vector<std::function<bool()>> jobs;
   for (const music::RenderedSong& song : music::renderedSongs())
-    jobs.push_back([&song, musics] { return audiofile::writeOgg((musics / song.file).string(), song.render(), 0.4f); });
+    jobs.push_back(
+        [&song, musics] { return audiofile::writeOgg((musics / song.file).string(), song.render(), 0.4f); });
   jobs.push_back([data] { return writeEffects(data); });
   jobs.push_back([data, musics] {
     const std::filesystem::path startMusic = musics / "StartMusic" / "start.mp3";
