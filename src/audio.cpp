@@ -28,6 +28,12 @@ constexpr float headroom = 0.2f;
 // The headroom in force: 1 (none) unless the limiter runs, which needs 16-bit stereo.
 float mixHeadroom = 1;
 
+// When a fade-out is due to end, in SDL ticks; 0 when none runs. Its last step is
+// inaudible, so the song counts as ended from there and the next one follows at once;
+// the mixer alone would add two silent buffers before the game learns of the end.
+Uint32 fadeEnd = 0;
+const Uint32 lastFadeStep = 25;  // ms, about one mixing buffer
+
 // The Sound whose music the mixer is playing: the end-of-music hook marks it.
 // Written on the main thread under the audio lock, read by the hook, which the
 // mixer runs with that lock held.
@@ -204,11 +210,23 @@ void startMusic(Sound& s) {
   playingMusic = &s;
   // The mixer would wait for a fade to end, and it cannot end while we hold the lock.
   if (fadingOut()) Mix_HaltMusic();
+  fadeEnd = 0;
   if (Mix_PlayMusic(music(&s), s.loops ? -1 : 1) != 0) {
     printf("Could not play music: %s\n", Mix_GetError());
     playingMusic = nullptr;
   }
   Mix_VolumeMusic(musicMixerVolume(s.volume));
+}
+
+// The fading song ends when its fade is all but done (see fadeEnd).
+void endDueFade() {
+  if (fadeEnd == 0 || SDL_GetTicks() + lastFadeStep < fadeEnd) return;
+  AudioLock lock;
+  fadeEnd = 0;
+  if (playingMusic && fadingOut()) {
+    Mix_HaltMusic();
+    playingMusic->setFinished();
+  }
 }
 
 // The mixer thread may be marking this very song as ended.
@@ -363,6 +381,7 @@ void uninitAudio() {
   Mix_SetPostMix(nullptr, nullptr);
   Mix_HaltMusic();
   playingMusic = nullptr;
+  fadeEnd = 0;
   Mix_CloseAudio();
   SDL_QuitSubSystem(SDL_INIT_AUDIO);
   working = false;
@@ -371,7 +390,7 @@ void uninitAudio() {
 void fadeOutMusic(int ms) {
   if (!working) return;
   AudioLock lock;
-  if (playingMusic && !fadingOut()) Mix_FadeOutMusic(ms);
+  if (playingMusic && !fadingOut() && Mix_FadeOutMusic(ms)) fadeEnd = std::max(SDL_GetTicks() + ms, 1u);
 }
 
 long clippedInMixer() {
@@ -383,6 +402,7 @@ long clippedInMixer() {
 // Stop callbacks run here, on the main thread; a callback may add sounds
 // (they go to the front of the list, past this walk).
 void updateAudio() {
+  endDueFade();
   for (soundlist* node = allsounds; node;) {
     soundlist* next = node->next;
     Sound* s = node->sound;
