@@ -197,7 +197,7 @@ TEST_F(GeneratedAudio, LaserLoopJoinsWithoutAJumpStartsQuietlyAndIsNotFaded) {
   EXPECT_GT(rmsOf(s, s.size() - edge, s.size()), whole * 0.5);
 }
 
-TEST_F(GeneratedAudio, StartMusicIsAnAbout10SecondMp3ThatPlays) {
+TEST_F(GeneratedAudio, StartMusicIsAShortMp3ThatPlaysThroughAndEnds) {
   const std::string path = dataPath("musics/StartMusic/start.mp3");
   const Playback played = playThrough(path, 30);
   EXPECT_TRUE(played.ended);
