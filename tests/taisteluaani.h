@@ -131,7 +131,11 @@ inline bool nauhoita(double sekunnit, const char* kappale, unsigned siemen, Nauh
   seuraavaFreimi = 1;
   tavoite = static_cast<long>(sekunnit * naytetaajuus);
   Mix_RegisterEffect(MIX_CHANNEL_POST, askel, nullptr, nullptr);
-  while (!valmis) SDL_Delay(5);
+  // Far faster than real time; a mixer that stalls is given up on after the real time.
+  for (int odotettu = 0; !valmis && odotettu < 10000 + sekunnit * 1000; odotettu += 5) SDL_Delay(5);
+  SDL_LockAudio();
+  valmis = true;  // the battle stops here, whether done or not
+  SDL_UnlockAudio();
   Mix_UnregisterEffect(MIX_CHANNEL_POST, askel);
   delete musiikki;
   musiikki = nullptr;
