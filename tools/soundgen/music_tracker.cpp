@@ -143,8 +143,8 @@ private:
   xm::Pattern pattern_;
 };
 
-// What plays in one four-bar section.
-struct Section {
+// What plays in one four-bar phrase.
+struct Phrase {
   const char* chords;
   const char* melody;  // eighth notes; empty for none
   const char* bass;    // one bar, repeated
@@ -157,7 +157,7 @@ struct Section {
   bool last = false;  // the song's end: a bar more, in which the last chord fades out
 };
 
-xm::Pattern compose(const Section& s) {
+xm::Pattern compose(const Phrase& s) {
   PatternBuilder p(s.last ? kBars + 1 : kBars);
   for (auto [channel, position] : std::initializer_list<std::pair<int, int>>{
            {HatCh, 176}, {CrashCh, 150}, {PadCh0, 88}, {PadCh2, 168}, {ArpCh, 72}, {LeadCh, 136}, {EchoCh, 96}})
@@ -194,7 +194,7 @@ bool writeTrackerSong(const std::string& path) {
   const char* offbeats = "..x. ..x. ..x. ..xx";
   const char* none = "";
   const char* bassline = "R..R -R.. R.O. R..-";
-  const std::vector<Section> sections = {
+  const std::vector<Phrase> sections = {
       {"Am F C G", none, none, none, none, "..x. ..x. ..x. ..x.", true, nullptr, false},
       {"Am F C G", none, bassline, four, backbeat, offbeats, true, nullptr, true},
       {"Am F C G",
@@ -224,7 +224,7 @@ bool writeTrackerSong(const std::string& path) {
   module.speed = 6;
   module.bpm = 125;
   module.instruments = instruments();
-  for (const Section& s : sections) module.patterns.push_back(compose(s));
+  for (const Phrase& s : sections) module.patterns.push_back(compose(s));
   module.order = {0, 1, 2, 3, 4, 5, 6, 1, 7, 8, 2, 3, 4, 5, 3, 9};
   return audiofile::writeBytes(path, xm::encode(module));
 }

@@ -155,7 +155,6 @@ void Mix::add(const Samples& mono, double at, float gain, float pan, float rever
 
 synth::Stereo Mix::finish(float reverbLevel) {
   const int tail = synth::frames(2.5);
-  synth::Stereo out;
   const std::array<std::pair<Samples*, Samples*>, 2> channels = {{{&dry_.left, &send_.left}, {&dry_.right, &send_.right}}};
   for (int c = 0; c < 2; ++c) {
     Samples& dry = *channels[c].first;
@@ -164,11 +163,9 @@ synth::Stereo Mix::finish(float reverbLevel) {
     dry.resize(total, 0.0f);
     send.resize(total, 0.0f);
     Reverb reverb(c * 23);
-    Samples& mixed = c == 0 ? out.left : out.right;
-    mixed.resize(total);
-    for (size_t i = 0; i < total; ++i) mixed[i] = dry[i] + reverbLevel * reverb.process(send[i]);
+    for (size_t i = 0; i < total; ++i) dry[i] += reverbLevel * reverb.process(send[i]);
   }
-  return out;
+  return std::move(dry_);
 }
 
 }  // namespace render
