@@ -4,8 +4,10 @@
 #include <strings.h>
 
 #include <algorithm>
+#include <cmath>
 #include <cstdio>
 #include <cstring>
+#include <iterator>
 
 soundlist* allsounds = nullptr;
 bool working = false;
@@ -15,7 +17,22 @@ namespace {
 const int mixerRate = 44100;
 const int mixerChannels = 64;
 const int outputChannels = 2;
-const int mixBufferBytes = 1024;
+const int mixBufferFrames = 1024;
+
+// Every effect and the music enter the mixer at a fifth of their level, so that many
+// loud sounds at once still add up below full scale (the mixer clips each sum it
+// makes); the limiter after the mix gives the level back and holds a big fight's peaks
+// under full scale. A lone shot comes out as loud as it was made.
+constexpr float headroom = 0.2f;
+
+// The headroom in force: 1 (none) unless the limiter runs, which needs 16-bit stereo.
+float mixHeadroom = 1;
+
+// When a fade-out is due to end, in SDL ticks; 0 when none runs. Its last step is
+// inaudible, so the song counts as ended from there and the next one follows at once;
+// the mixer alone would add two silent buffers before the game learns of the end.
+Uint32 fadeEnd = 0;
+const Uint32 lastFadeStep = 25;  // ms, about one mixing buffer
 
 // The Sound whose music the mixer is playing: the end-of-music hook marks it.
 // Written on the main thread under the audio lock, read by the hook, which the
@@ -38,6 +55,93 @@ public:
 // Volumes are factors, 1.0 being full; the mixer counts 0..MIX_MAX_VOLUME.
 int mixerVolume(float factor) {
   return std::clamp(static_cast<int>(factor * MIX_MAX_VOLUME), 0, MIX_MAX_VOLUME);
+}
+
+// The music's level in the mixer: its volume within the mix's headroom.
+int musicMixerVolume(float factor) { return static_cast<int>(std::lround(mixerVolume(factor) * mixHeadroom)); }
+
+// A sample's share of the headroom, taken once when it is loaded (in the mixer's format).
+void leaveHeadroom(Mix_Chunk* chunk) {
+  if (mixHeadroom == 1) return;
+  Sint16* samples = reinterpret_cast<Sint16*>(chunk->abuf);
+  for (Uint32 i = 0; i < chunk->alen / 2; ++i)
+    samples[i] = static_cast<Sint16>(std::lround(samples[i] * mixHeadroom));
+}
+
+// A look-ahead peak limiter over the interleaved 16-bit stereo mix, with the headroom's
+// make-up gain. The signal is delayed by `lookahead` frames; the gain needed by each
+// incoming frame is held as a minimum over that window and averaged over it, so the gain
+// glides down in time to meet a peak and never lets one through above `ceiling`. It then
+// recovers over `recovery` seconds.
+class Limiter {
+public:
+  void reset(int rate) {
+    *this = Limiter();
+    std::fill(std::begin(held), std::end(held), 1.0f);
+    recoveryStep = 1.0f - std::exp(-1.0f / (recovery * rate));
+  }
+
+  void process(Sint16* samples, int frames) {
+    averaged = 0;  // summed afresh each buffer, so rounding cannot creep
+    for (float h : held) averaged += h;
+    for (int f = 0; f < frames; ++f, samples += 2) {
+      const float left = samples[0] * makeup, right = samples[1] * makeup;
+      clippedInput += (std::abs(samples[0]) >= 32767) + (std::abs(samples[1]) >= 32767);
+      const float loudest = std::max(std::fabs(left), std::fabs(right));
+      const float needed = loudest > ceiling ? ceiling / loudest : 1.0f;
+      const float required = windowMinimum(needed);
+      averaged += required - held[position];
+      held[position] = required;
+      gain = std::min(gain + (1.0f - gain) * recoveryStep, static_cast<float>(averaged / lookahead));
+      samples[0] = static_cast<Sint16>(std::lround(delayed[position][0] * gain));
+      samples[1] = static_cast<Sint16>(std::lround(delayed[position][1] * gain));
+      delayed[position][0] = left;
+      delayed[position][1] = right;
+      position = (position + 1) % lookahead;
+      ++now;
+    }
+  }
+
+  long clippedInput = 0;
+
+private:
+  static constexpr int lookahead = 64;  // 1.5 ms
+  static constexpr float makeup = 1.0f / headroom;
+  static constexpr float ceiling = 0.9f * 32767;
+  static constexpr float recovery = 0.2f;
+
+  // The smallest of the last lookahead + 1 needs, from a queue whose needs rise from
+  // front to back (a need behind a smaller one can never be the smallest).
+  float windowMinimum(float need) {
+    if (queued > 0 && queue[front].frame <= now - window) {
+      front = (front + 1) % window;
+      --queued;
+    }
+    while (queued > 0 && queue[(front + queued - 1) % window].need >= need) --queued;
+    queue[(front + queued++) % window] = {now, need};
+    return queue[front].need;
+  }
+
+  static constexpr int window = lookahead + 1;
+  struct Need {
+    long frame;
+    float need;
+  };
+  Need queue[window]{};
+  int front = 0, queued = 0;
+  long now = 0;
+  float held[lookahead]{};
+  double averaged = 0;
+  float delayed[lookahead][2]{};
+  int position = 0;
+  float gain = 1;
+  float recoveryStep = 0;
+};
+
+Limiter limiter;
+
+void limitMix(void*, Uint8* stream, int bytes) {
+  limiter.process(reinterpret_cast<Sint16*>(stream), bytes / (2 * outputChannels));
 }
 
 bool isMusicType(int type) { return type == 1 || type == 2; }
@@ -97,16 +201,32 @@ bool isPlayingMusic(const Sound* s) {
   return playingMusic == s;
 }
 
+bool fadingOut() { return Mix_FadingMusic() == MIX_FADING_OUT; }
+
 void startMusic(Sound& s) {
   AudioLock lock;
   // Claimed before starting, under the lock, so that the end of the previous
   // song cannot be taken for the end of this one.
   playingMusic = &s;
+  // The mixer would wait for a fade to end, and it cannot end while we hold the lock.
+  if (fadingOut()) Mix_HaltMusic();
+  fadeEnd = 0;
   if (Mix_PlayMusic(music(&s), s.loops ? -1 : 1) != 0) {
     printf("Could not play music: %s\n", Mix_GetError());
     playingMusic = nullptr;
   }
-  Mix_VolumeMusic(mixerVolume(s.volume));
+  Mix_VolumeMusic(musicMixerVolume(s.volume));
+}
+
+// The fading song ends when its fade is all but done (see fadeEnd).
+void endDueFade() {
+  if (fadeEnd == 0 || SDL_GetTicks() + lastFadeStep < fadeEnd) return;
+  AudioLock lock;
+  fadeEnd = 0;
+  if (playingMusic && fadingOut()) {
+    Mix_HaltMusic();
+    playingMusic->setFinished();
+  }
 }
 
 // The mixer thread may be marking this very song as ended.
@@ -161,7 +281,10 @@ void Sound::load(const char* file, int type, bool loops) {
       printf("Could not load sound \"%s\": unknown file type\n", file);
     } else if (this->type == 3) {
       sample = Mix_LoadWAV(file);
-      if (!sample) reportLoadFailure(file);
+      if (sample)
+        leaveHeadroom(sample);
+      else
+        reportLoadFailure(file);
     } else {
       Mix_Music*& slot = this->type == 1 ? module : stream;
       slot = Mix_LoadMUS(file);
@@ -197,8 +320,9 @@ void Sound::stop() {
   if (!working) return;
   if (isMusicType(type)) {
     AudioLock lock;
-    // Stopping the watched music counts as its end, so the playlist moves on.
-    if (playingMusic == this) {
+    // Stopping the watched music counts as its end, so the playlist moves on. A song
+    // fading out is on its way already: it ends when it has faded.
+    if (playingMusic == this && !fadingOut()) {
       Mix_HaltMusic();
       playingMusic = nullptr;
       finished = true;
@@ -211,7 +335,7 @@ void Sound::stop() {
 void Sound::setVolume(float v) {
   if (working) {
     if (isMusicType(type)) {
-      if (isPlayingMusic(this)) Mix_VolumeMusic(mixerVolume(v));
+      if (isPlayingMusic(this)) Mix_VolumeMusic(musicMixerVolume(v));
     } else if (type == 3 && channelStillPlays(this)) {
       Mix_Volume(channel, mixerVolume(v));
     }
@@ -231,28 +355,54 @@ bool Sound::isFinished() {
 
 void initAudio() {
   working = SDL_InitSubSystem(SDL_INIT_AUDIO) == 0 &&
-            Mix_OpenAudio(mixerRate, MIX_DEFAULT_FORMAT, outputChannels, mixBufferBytes) == 0;
+            Mix_OpenAudio(mixerRate, MIX_DEFAULT_FORMAT, outputChannels, mixBufferFrames) == 0;
   if (!working) {
     printf("Audio system not initialized\r\n");
+    SDL_QuitSubSystem(SDL_INIT_AUDIO);  // so that another start begins afresh
     return;
   }
   Mix_AllocateChannels(mixerChannels);
   Mix_HookMusicFinished(musicEnded);
+  int rate = 0, channels = 0;
+  Uint16 format = 0;
+  Mix_QuerySpec(&rate, &format, &channels);
+  mixHeadroom = 1;
+  if (format == AUDIO_S16SYS && channels == outputChannels) {
+    AudioLock lock;
+    limiter.reset(rate);
+    mixHeadroom = headroom;
+    Mix_SetPostMix(limitMix, nullptr);
+  }
 }
 
 void uninitAudio() {
   if (!working) return;
   Mix_HookMusicFinished(nullptr);
+  Mix_SetPostMix(nullptr, nullptr);
   Mix_HaltMusic();
   playingMusic = nullptr;
+  fadeEnd = 0;
   Mix_CloseAudio();
   SDL_QuitSubSystem(SDL_INIT_AUDIO);
   working = false;
 }
 
+void fadeOutMusic(int ms) {
+  if (!working) return;
+  AudioLock lock;
+  if (playingMusic && !fadingOut() && Mix_FadeOutMusic(ms)) fadeEnd = std::max(SDL_GetTicks() + ms, 1u);
+}
+
+long clippedInMixer() {
+  if (!working) return 0;
+  AudioLock lock;
+  return limiter.clippedInput;
+}
+
 // Stop callbacks run here, on the main thread; a callback may add sounds
 // (they go to the front of the list, past this walk).
 void updateAudio() {
+  endDueFade();
   for (soundlist* node = allsounds; node;) {
     soundlist* next = node->next;
     Sound* s = node->sound;

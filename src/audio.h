@@ -47,4 +47,10 @@ extern bool working;  // the sound library is initialised
 void initAudio();
 void uninitAudio();
 void updateAudio();
+// Fades out the music that is playing over `ms`: it ends when it has faded, and stopping
+// it meanwhile lets the fade finish. Its stop callback then runs as after any end.
+void fadeOutMusic(int ms);
+// Samples that reached full scale inside the mixer, before its limiter, since the audio
+// started: a sum of sounds the mixer had to clip. None in a clean mix.
+long clippedInMixer();
 void setSoundVolumes();

@@ -22,6 +22,10 @@ namespace {
 
 const float introFps = 150;
 const int introKesto = 900;  // calculated frames at 150 a second: six seconds
+// The music fades out with the picture's last 90 frames and on over the loading of the
+// menu, whose music follows as soon as it has faded.
+const int musiikkiHiipuuLopussa = 90;
+const int musiikinHiipuminen = 1000;  // ms
 
 // The cloth in world units, hoisted at its left edge. The pole stands where the
 // cloth, turned towards the viewer, spans the middle of the picture.
@@ -329,8 +333,10 @@ void AlotaLippu() {
     if (alku < 0) alku = framecounter;
     kulunut = framecounter - alku;
     piirraIntro(kulunut, kuva, q);
+    if (kulunut >= introKesto - musiikkiHiipuuLopussa) fadeOutMusic(musiikinHiipuminen);
     updateAudio();
   } while (introJatkuu(kulunut));
+  fadeOutMusic(musiikinHiipuminen);  // after a skip too
   gluDeleteQuadric(q);
   glDeleteTextures(1, &kuva);
   palautaTila();

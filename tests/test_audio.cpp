@@ -1,5 +1,6 @@
 // Sound over the mixer: fields only with the library off; with it on, real
-// output through SDL's disk audio driver, the music stop callback and sharing.
+// output through SDL's disk audio driver, the music stop callback, fades and sharing;
+// and the mix of a whole battle.
 #include "../tools/soundgen/writers.h"
 
 #include <gtest/gtest.h>
@@ -13,6 +14,7 @@
 #include <thread>
 
 #include "audio.h"
+#include "taisteluaani.h"
 #include "testutil.h"
 
 namespace {
@@ -72,38 +74,44 @@ TEST(SoundOff, TypeByEndingAndFieldOnlyOperations) {
   EXPECT_TRUE(listed(&s));
 }
 
+synth::Samples sine(double seconds) {
+  synth::Samples wave(synth::frames(seconds));
+  for (size_t i = 0; i < wave.size(); i++) wave[i] = 0.6f * float(std::sin(2 * M_PI * 440 * i / synth::kRate));
+  return wave;
+}
+
 class SoundOn : public ::testing::Test {
 protected:
   void SetUp() override {
     setenv("SDL_AUDIODRIVER", "disk", 1);
     setenv("SDL_DISKAUDIOFILE", output.c_str(), 1);
+    setenv("SDL_DISKAUDIODELAY", "23", 1);  // ms a buffer of 23 ms: about as fast as it plays
     callbackCalls = 0;
     initAudio();
     ASSERT_TRUE(working);
-    synth::Samples wave(synth::frames(0.3));  // a 440 Hz tone
-    for (size_t i = 0; i < wave.size(); i++) wave[i] = 0.6f * float(std::sin(2 * M_PI * 440 * i / synth::kRate));
-    ASSERT_TRUE(audiofile::writeWav(tone, wave));
+    ASSERT_TRUE(audiofile::writeWav(tone, sine(0.3)));
   }
   void TearDown() override {
     uninitAudio();
     setenv("SDL_AUDIODRIVER", "dummy", 1);
   }
-  // Largest absolute 16-bit sample the mixer has written so far.
-  int loudestOutput() const {
+  // What the mixer has written so far, as 16-bit samples.
+  std::vector<int16_t> outputSamples() const {
     const std::string raw = testutil::readFile(output);
+    std::vector<int16_t> samples(raw.size() / 2);
+    memcpy(samples.data(), raw.data(), 2 * samples.size());
+    return samples;
+  }
+  int loudestOutput() const {
     int loudest = 0;
-    for (size_t i = 0; i + 1 < raw.size(); i += 2) {
-      int16_t v;
-      memcpy(&v, raw.data() + i, 2);
-      loudest = std::max(loudest, std::abs(static_cast<int>(v)));
-    }
+    for (int16_t v : outputSamples()) loudest = std::max(loudest, std::abs(static_cast<int>(v)));
     return loudest;
   }
   testutil::TempDir dir;
   std::string output = dir.file("mixer.raw"), tone = dir.file("tone.wav");
 };
 
-TEST_F(SoundOn, EffectIsHeardAndNeverCallsBack) {
+TEST_F(SoundOn, EffectIsHeardAtItsOwnLevelAndNeverCallsBack) {
   std::this_thread::sleep_for(std::chrono::milliseconds(200));
   EXPECT_LT(loudestOutput(), 10);  // silence before
   Sound effect(tone.c_str());
@@ -112,8 +120,65 @@ TEST_F(SoundOn, EffectIsHeardAndNeverCallsBack) {
   EXPECT_GE(effect.channel, 0);
   EXPECT_FALSE(effect.running);
   pumpAudio(700);
-  EXPECT_GT(loudestOutput(), 1000);
+  // The mix's headroom is given back after the mix: a lone sound keeps its punch.
+  EXPECT_NEAR(loudestOutput(), 0.6 * 32767, 0.02 * 32767);
   EXPECT_EQ(callbackCalls, 0);
+}
+
+Sound* successor = nullptr;
+void playSuccessor(Sound*) {
+  callbackCalls++;
+  quietPlay(*successor);
+}
+
+// Peaks of the output in 10 ms steps.
+std::vector<int> peaksPer10ms(const std::vector<int16_t>& s) {
+  std::vector<int> peaks;
+  const size_t step = 2 * synth::kRate / 100;
+  for (size_t at = 0; at + step <= s.size(); at += step) {
+    int p = 0;
+    for (size_t i = at; i < at + step; ++i) p = std::max(p, std::abs(static_cast<int>(s[i])));
+    peaks.push_back(p);
+  }
+  return peaks;
+}
+
+// Start-up's hand-over from the intro music to the menu's: the intro fades the song out
+// and start-up then stops it; the stop lets the fade finish, and the stop callback starts
+// the next song as soon as the first has faded.
+TEST_F(SoundOn, FadedSongEndsQuietlyAndTheNextFollowsAtOnce) {
+  const std::string file = dir.file("song.ogg");
+  ASSERT_TRUE(audiofile::writeOgg(file, {sine(2.0), sine(2.0)}, 0.4f));
+  {
+    Sound first(file.c_str()), next(file.c_str());
+    successor = &next;
+    first.setStopCallback(playSuccessor);
+    quietPlay(first);
+    std::this_thread::sleep_for(std::chrono::milliseconds(300));
+    fadeOutMusic(400);
+    first.stop();
+    pumpAudio(100);
+    EXPECT_EQ(callbackCalls, 0);  // still fading
+    pumpAudio(3000);
+    ASSERT_EQ(callbackCalls, 1);
+    std::this_thread::sleep_for(std::chrono::milliseconds(300));
+  }
+  uninitAudio();  // the driver's file complete
+
+  const std::vector<int> peaks = peaksPer10ms(outputSamples());
+  const int full = static_cast<int>(0.55 * 32767);
+  const auto loud = [&](int p) { return p > full; };
+  const auto fadeStart = std::find_if(std::find_if(peaks.begin(), peaks.end(), loud), peaks.end(),
+                                      [&](int p) { return !loud(p); });
+  const auto nextSong = std::find_if(fadeStart, peaks.end(), loud);
+  ASSERT_NE(nextSong, peaks.end());
+  // From full level down to near silence over most of the fade, step by step, never cut;
+  // then the next song, with hardly a silent moment between.
+  const auto quietest = std::min_element(fadeStart, nextSong);
+  EXPECT_GE(quietest - fadeStart, 30);
+  EXPECT_LT(*quietest, full / 10);
+  for (auto p = fadeStart + 1; p <= quietest; ++p) EXPECT_LE(*p, *(p - 1) + full / 20);
+  EXPECT_LE(std::count(quietest, nextSong, 0), 25);  // however busy the machine
 }
 
 TEST_F(SoundOn, StreamEndCallsItsStopCallbackOnce) {
@@ -149,7 +214,9 @@ TEST_F(SoundOn, VolumesAreFactorsOfFullScale) {
   EXPECT_EQ(Mix_Volume(loop.channel, -1), MIX_MAX_VOLUME / 2);
   loop.setVolume(100);
   EXPECT_EQ(Mix_Volume(loop.channel, -1), MIX_MAX_VOLUME);
-  EXPECT_EQ(Mix_VolumeMusic(-1), MIX_MAX_VOLUME / 4);
+  const int quarter = Mix_VolumeMusic(-1);
+  song.setVolume(1.0f);
+  EXPECT_NEAR(quarter * 4, Mix_VolumeMusic(-1), 2);  // the music within the mix's headroom
   loop.stop();
   EXPECT_EQ(Mix_Playing(loop.channel), 0);
 }
@@ -189,6 +256,24 @@ TEST(SoundInit, FailureLeavesTheGameSilent) {
   EXPECT_EQ(testing::internal::GetCapturedStdout(), "Audio system not initialized\r\n");
   setenv("SDL_AUDIODRIVER", "dummy", 1);
   EXPECT_FALSE(working);
+}
+
+// A sixteen-ship battle with music, at the default volumes: a clean mix leaves almost
+// no sample at full scale, neither inside the mixer nor in what it plays.
+TEST(BattleMix, SixteenShipsAndMusicStayUnderFullScale) {
+  testutil::ScopedChdir data(VORTA_DATA_DIR);
+  taisteluaani::Nauhoitus recording;
+  testing::internal::CaptureStdout();
+  const bool recorded = taisteluaani::nauhoita(15, "musics/StartMusic/start.mp3", 1, recording);
+  const std::string trace = testing::internal::GetCapturedStdout();
+  setenv("SDL_AUDIODRIVER", "dummy", 1);
+  ASSERT_TRUE(recorded);
+  size_t plays = 0;
+  for (size_t at = 0; (at = trace.find("8\n", at)) != std::string::npos; ++at) ++plays;
+  EXPECT_GT(plays, 300u);  // a loud battle
+  const std::vector<int16_t>& s = recording.naytteet;
+  EXPECT_LT(taisteluaani::taysia(s, 0, s.size()), static_cast<long>(s.size() / 10000));
+  EXPECT_LT(recording.mikserissa, static_cast<long>(s.size() / 10000));
 }
 
 }  // namespace

@@ -12,6 +12,7 @@ packages=(
   xvfb xauth
   clang libfuzzer-14-dev
   xdotool x11-apps
+  sox
 )
 
 missing=()

@@ -3,6 +3,9 @@
 #pragma once
 
 #include <string>
+#include <vector>
+
+#include "arrange.h"
 
 namespace music {
 
@@ -10,7 +13,13 @@ namespace music {
 bool writeStartMusic(const std::string& path);
 // A tracker song with synthesised instruments, written as an extended module (.xm).
 bool writeTrackerSong(const std::string& path);
-// A rendered synthesiser song, encoded as Ogg Vorbis; it loops without a seam.
-bool writeRenderedSong(const std::string& path);
+
+// A playlist song rendered sample by sample, to be encoded as Ogg Vorbis.
+struct RenderedSong {
+  const char* file;  // in the music folder
+  arrange::Song (*arrangement)();
+  synth::Stereo render() const;
+};
+const std::vector<RenderedSong>& renderedSongs();
 
 }  // namespace music

@@ -89,7 +89,7 @@ std::vector<xm::Instrument> instruments() {
   xm::Instrument pad = looped("pad", kCycle, 100, 2400, {{Osc::Saw, 0, 0.4f}, {Osc::Saw, 1, 0.35f}, {Osc::Saw, -1, 0.35f}});
   pad.volumeEnvelope = {{0, 0}, {28, 64}, {48, 52}};
   pad.sustainPoint = 2;
-  pad.fadeout = 700;
+  pad.fadeout = 1000;  // let go only at the song's end
   all.push_back(pad);
 
   xm::Instrument pluck = looped("pluck", kCycle, 1, 4500, {{Osc::Saw, 0, 0.5f}, {Osc::Square, 0, 0.4f}});
@@ -113,7 +113,7 @@ std::vector<xm::Instrument> instruments() {
 // starts gets a key-off so that the instrument's release begins there.
 class PatternBuilder {
 public:
-  PatternBuilder() : pattern_(kBars * kRowsPerBar, kChannels) {}
+  explicit PatternBuilder(int bars) : pattern_(bars * kRowsPerBar, kChannels) {}
 
   void note(int row, int channel, int midi, Instrument instrument, int volume) {
     if (row < 0 || row >= pattern_.rows()) return;
@@ -143,8 +143,8 @@ private:
   xm::Pattern pattern_;
 };
 
-// What plays in one four-bar section.
-struct Section {
+// What plays in one four-bar phrase.
+struct Phrase {
   const char* chords;
   const char* melody;  // eighth notes; empty for none
   const char* bass;    // one bar, repeated
@@ -154,10 +154,11 @@ struct Section {
   bool arp;
   const char* lastBarSnare;  // a fill in the last bar instead of the snare line; null for none
   bool crash;
+  bool last = false;  // the song's end: a bar more, in which the last chord fades out
 };
 
-xm::Pattern compose(const Section& s) {
-  PatternBuilder p;
+xm::Pattern compose(const Phrase& s) {
+  PatternBuilder p(s.last ? kBars + 1 : kBars);
   for (auto [channel, position] : std::initializer_list<std::pair<int, int>>{
            {HatCh, 176}, {CrashCh, 150}, {PadCh0, 88}, {PadCh2, 168}, {ArpCh, 72}, {LeadCh, 136}, {EchoCh, 96}})
     p.pan(channel, position);
@@ -174,6 +175,8 @@ xm::Pattern compose(const Section& s) {
     p.hits(fill ? s.lastBarSnare : s.snare, row, SnareCh, Snare, 56);
   }
   if (s.crash) p.note(0, CrashCh, 60, Crash, 48);
+  if (s.last)
+    for (int pad = PadCh0; pad <= PadCh2; ++pad) p.keyOff(kBars * kRowsPerBar, pad);
   const std::vector<score::Note> melody = score::parse(s.melody);
   p.notes(melody, 0, 2, LeadCh, Lead, 54);
   p.notes(melody, kEchoRows, 2, EchoCh, Lead, 20);
@@ -182,16 +185,16 @@ xm::Pattern compose(const Section& s) {
 
 }  // namespace
 
-// A-minor, 125 BPM: intro, groove, two themes, a bridge, a turnaround and a breakdown.
-// The song ends on the turnaround's E-major chord and fill, which lead back into the
-// A-minor intro when it starts again.
+// A-minor, 125 BPM, two minutes: intro, groove, two themes, a bridge, a turnaround, a
+// breakdown, a second pair of themes, the first themes again and an ending that lets
+// every note die away before the song stops.
 bool writeTrackerSong(const std::string& path) {
   const char* four = "x... x... x... x...";
   const char* backbeat = ".... x... .... x...";
   const char* offbeats = "..x. ..x. ..x. ..xx";
   const char* none = "";
   const char* bassline = "R..R -R.. R.O. R..-";
-  const std::vector<Section> sections = {
+  const std::vector<Phrase> sections = {
       {"Am F C G", none, none, none, none, "..x. ..x. ..x. ..x.", true, nullptr, false},
       {"Am F C G", none, bassline, four, backbeat, offbeats, true, nullptr, true},
       {"Am F C G",
@@ -208,6 +211,12 @@ bool writeTrackerSong(const std::string& path) {
        bassline, four, backbeat, offbeats, true, "x.x. x.xx .xxx xxxx", false},
       {"Am F C G", "A5 - - - - - - - F5 - - - - - - - G5 - - - - - - - B4 - - - - - - -",
        "R... .... .... ....", "x... .... .... ....", none, "..x. ..x. ..x. ..x.", true, nullptr, true},
+      {"Dm G C Am", "D5 - - - F5 - A5 - G5 - - - D5 - B4 - C5 - - - E5 - G5 - A5 - - - - - . .",
+       bassline, four, backbeat, offbeats, true, nullptr, true},
+      {"Dm G E E", "F5 - - - E5 - D5 - B4 - - - D5 - G5 - G#5 - - - E5 - B4 - G#4 - - - B4 - E5 -",
+       bassline, four, backbeat, offbeats, true, "x.x. x.xx .xxx xxxx", false},
+      {"Am F Dm Am", "A5 - - - - - - - F5 - - - - - - - D5 - - - E5 - - - A4 - - - . . . .",
+       "R... .... .... ....", "x... .... .... ....", none, none, false, nullptr, true, true},
   };
   xm::Module module;
   module.name = "Orbit";
@@ -215,8 +224,8 @@ bool writeTrackerSong(const std::string& path) {
   module.speed = 6;
   module.bpm = 125;
   module.instruments = instruments();
-  for (const Section& s : sections) module.patterns.push_back(compose(s));
-  module.order = {0, 1, 2, 3, 4, 5, 6, 1, 2, 3, 4, 5};
+  for (const Phrase& s : sections) module.patterns.push_back(compose(s));
+  module.order = {0, 1, 2, 3, 4, 5, 6, 1, 7, 8, 2, 3, 4, 5, 3, 9};
   return audiofile::writeBytes(path, xm::encode(module));
 }
 

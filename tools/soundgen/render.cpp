@@ -29,7 +29,7 @@ Samples play(const Voice& voice, double hz, double hold, float velocity) {
     double bend = 1.0;
     if (voice.vibratoCents > 0.0 && t > voice.vibratoDelay) {
       double depth = std::min(1.0, (t - voice.vibratoDelay) / 0.3) * voice.vibratoCents;
-      bend = std::pow(2.0, depth * std::sin(synth::kTwoPi * voice.vibratoHz * t) / 1200.0);
+      bend = std::exp2(depth * std::sin(synth::kTwoPi * voice.vibratoHz * t) / 1200.0);
     }
     double v = 0.0;
     for (size_t p = 0; p < oscs.size(); ++p) v += voice.partials[p].gain * oscs[p].next(hz * ratios[p] * bend);
@@ -97,13 +97,13 @@ public:
       float delayed = c.buffer[c.index];
       c.store = delayed * (1.0f - kDamp) + c.store * kDamp;
       c.buffer[c.index] = in + c.store * kFeedback;
-      c.index = (c.index + 1) % static_cast<int>(c.buffer.size());
+      c.advance();
       out += delayed;
     }
     for (Line& a : allpasses_) {
       float delayed = a.buffer[a.index];
       a.buffer[a.index] = out + delayed * 0.5f;
-      a.index = (a.index + 1) % static_cast<int>(a.buffer.size());
+      a.advance();
       out = delayed - out;
     }
     return out;
@@ -114,21 +114,19 @@ private:
   static constexpr float kFeedback = 0.83f;
   struct Line {
     Samples buffer;
-    int index;
+    size_t index;
     float store;
+    void advance() {
+      if (++index == buffer.size()) index = 0;
+    }
   };
   std::vector<Line> combs_, allpasses_;
 };
 
-void foldTail(Samples& s, int length) {
-  for (size_t i = length; i < s.size(); ++i) s[i % length] += s[i];
-  s.resize(length);
-}
-
 }  // namespace
 
-Mix::Mix(double secondsLong) : length_(synth::frames(secondsLong)) {
-  for (Samples* s : {&dry_.left, &dry_.right, &send_.left, &send_.right}) s->assign(length_, 0.0f);
+Mix::Mix(double secondsLong) {
+  for (Samples* s : {&dry_.left, &dry_.right, &send_.left, &send_.right}) s->assign(synth::frames(secondsLong), 0.0f);
 }
 
 void Mix::add(const Samples& mono, double at, float gain, float pan, float reverbSend) {
@@ -136,15 +134,27 @@ void Mix::add(const Samples& mono, double at, float gain, float pan, float rever
   const float left = static_cast<float>(std::cos(angle)) * gain;
   const float right = static_cast<float>(std::sin(angle)) * gain;
   const int offset = synth::frames(at);
-  synth::mixInto(dry_.left, mono, offset, left);
-  synth::mixInto(dry_.right, mono, offset, right);
-  synth::mixInto(send_.left, mono, offset, left * reverbSend);
-  synth::mixInto(send_.right, mono, offset, right * reverbSend);
+  if (offset < 0) return;
+  const size_t end = static_cast<size_t>(offset) + mono.size();
+  for (Samples* s : {&dry_.left, &dry_.right, &send_.left, &send_.right})
+    if (s->size() < end) s->resize(end, 0.0f);
+  // One pass for all four buses: songs add thousands of notes.
+  float* dl = &dry_.left[offset];
+  float* dr = &dry_.right[offset];
+  float* sl = &send_.left[offset];
+  float* sr = &send_.right[offset];
+  const float sendLeft = left * reverbSend, sendRight = right * reverbSend;
+  for (size_t i = 0; i < mono.size(); ++i) {
+    const float v = mono[i];
+    dl[i] += v * left;
+    dr[i] += v * right;
+    sl[i] += v * sendLeft;
+    sr[i] += v * sendRight;
+  }
 }
 
-synth::Stereo Mix::finish(float reverbLevel, bool wrap) {
+synth::Stereo Mix::finish(float reverbLevel) {
   const int tail = synth::frames(2.5);
-  synth::Stereo out;
   const std::array<std::pair<Samples*, Samples*>, 2> channels = {{{&dry_.left, &send_.left}, {&dry_.right, &send_.right}}};
   for (int c = 0; c < 2; ++c) {
     Samples& dry = *channels[c].first;
@@ -153,12 +163,9 @@ synth::Stereo Mix::finish(float reverbLevel, bool wrap) {
     dry.resize(total, 0.0f);
     send.resize(total, 0.0f);
     Reverb reverb(c * 23);
-    Samples& mixed = c == 0 ? out.left : out.right;
-    mixed.resize(total);
-    for (size_t i = 0; i < total; ++i) mixed[i] = dry[i] + reverbLevel * reverb.process(send[i]);
-    if (wrap) foldTail(mixed, length_);
+    for (size_t i = 0; i < total; ++i) dry[i] += reverbLevel * reverb.process(send[i]);
   }
-  return out;
+  return std::move(dry_);
 }
 
 }  // namespace render

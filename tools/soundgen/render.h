@@ -40,13 +40,11 @@ class Mix {
 public:
   explicit Mix(double seconds);
   void add(const synth::Samples& mono, double at, float gain, float pan, float reverbSend);
-  // The mixed stereo track `seconds` long. When `wrap` is set everything that rings on
-  // past the end (reverb, long notes) is folded back onto the start, so the track loops
-  // without a seam; otherwise the tail is kept.
-  synth::Stereo finish(float reverbLevel, bool wrap);
+  // The mixed stereo track: `seconds` long and whatever rings on past that (reverb, long
+  // notes). It is made of the mix's own buffers, so the mix is spent.
+  synth::Stereo finish(float reverbLevel);
 
 private:
-  int length_;
   synth::Stereo dry_, send_;
 };
 

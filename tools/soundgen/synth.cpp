@@ -148,13 +148,6 @@ void normaliseStereo(Stereo& s, double dbfs) {
     for (float& v : *channel) v *= gain;
 }
 
-void mixInto(Samples& dst, const Samples& src, int offset, float gain) {
-  if (offset < 0) return;
-  size_t end = static_cast<size_t>(offset) + src.size();
-  if (dst.size() < end) dst.resize(end, 0.0f);
-  for (size_t i = 0; i < src.size(); ++i) dst[offset + i] += src[i] * gain;
-}
-
 void startAtZeroCrossing(Samples& loop) {
   const size_t n = loop.size();
   size_t best = 0;

@@ -90,8 +90,6 @@ float peak(const Samples& s);
 void normalise(Samples& s, double dbfs);
 // Scales both channels by one factor so that the louder peak sits at `dbfs`.
 void normaliseStereo(Stereo& s, double dbfs);
-// Adds src * gain into dst starting at frame `offset`, growing dst when needed.
-void mixInto(Samples& dst, const Samples& src, int offset, float gain);
 // Float sample in [-1, 1] to 16-bit PCM, rounded and clamped.
 int16_t toPcm16(float v);
 
