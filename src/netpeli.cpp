@@ -448,7 +448,8 @@ bool lisaaLaukaus(Osiot& o, int i, bool e, int k) {
   o.k.tietue(&n, netpatikoko, kirjotaNetpati);
   o.k.u16((uint16_t)s.aika);
   if (taysi) {
-    o.k.u16((uint16_t)std::clamp(s.energia * energiaKerroin, 0.0f, 65535.0f));
+    const float energia = s.energia * energiaKerroin;
+    o.k.u16(energia > 0 ? (uint16_t)std::min(energia, 65535.0f) : 0);
     o.k.tavu((uint8_t)std::clamp<int>(s.ampumisviive, 0, 255));
   }
   return true;
@@ -504,9 +505,11 @@ bool samaKukka(const CPiste& a, const CPiste& b) {
   return a.x == b.x && a.y == b.y && a.player == b.player && a.numero == b.numero && a.enabled == b.enabled;
 }
 
-int kukkia() { return cpiste ? std::min({cpisteita, (int)kukkaVarjo.size(), 256}) : 0; }
-int valtauksia() { return dpiste ? std::min({dpisteita, (int)valtausVarjo.size(), 256}) : 0; }
-int sienia() { return spiste ? std::min({spisteita, (int)sieniVarjo.size(), 256}) : 0; }
+// Objectives that can travel: a byte holds their index.
+int tavoitteita(const void* taulukko, int maara) { return taulukko ? std::clamp(maara, 0, 256) : 0; }
+int kukkia() { return std::min(tavoitteita(cpiste, cpisteita), (int)kukkaVarjo.size()); }
+int valtauksia() { return std::min(tavoitteita(dpiste, dpisteita), (int)valtausVarjo.size()); }
+int sienia() { return std::min(tavoitteita(spiste, spisteita), (int)sieniVarjo.size()); }
 
 // What changed, and now and then all of the mode's own objectives (the others never change).
 void lisaaTavoitteet(Osiot& o, bool kaikki) {
@@ -667,6 +670,21 @@ int koodaaFrame(uint32_t frame, unsigned char* buf, int tila) {
   return valmisViesti(k);
 }
 
+int ilmanCoordseja(const unsigned char* viesti, int pituus, unsigned char* ulos) {
+  const int maski = peliOtsake + 4, coordsit = maski + 2;  // after the kind, length and frame
+  std::memcpy(ulos, viesti, (size_t)std::min(pituus, coordsit));
+  if (pituus < coordsit || viesti[0] != lajiFrame) return pituus;
+  int pois = 0;
+  for (int i = 0; i < maxPlayers; ++i) pois += ((viesti[maski] | viesti[maski + 1] << 8) >> i & 1) * coordkoko;
+  pois = std::min(pois, pituus - coordsit);
+  std::memcpy(ulos + coordsit, viesti + coordsit + pois, (size_t)(pituus - coordsit - pois));
+  ulos[maski] = ulos[maski + 1] = 0;
+  const int koko = pituus - pois - peliOtsake;
+  ulos[1] = (unsigned char)(koko & 0xff);
+  ulos[2] = (unsigned char)(koko >> 8);
+  return pituus - pois;
+}
+
 // ---- RESYNC ------------------------------------------------------------------------
 
 namespace {
@@ -677,13 +695,13 @@ enum ResyncVaihe { rAlku, rAlukset, rAsteroidit, rKukat, rValtaukset, rSienet, r
 bool resyncTietue(ResyncKoodaaja& r, Osiot& o) {
   const int i = r.indeksi;
   switch (r.vaihe) {
-    case rAlukset: return i >= pelaajaLkm() || lisaaAlus(o, i);
-    case rAsteroidit: return i >= asteroideja || lisaaAsteroidi(o, i);
-    case rKukat: return i >= std::min(cpiste ? cpisteita : 0, 256) || lisaaKukka(o, i);
-    case rValtaukset: return i >= std::min(dpiste ? dpisteita : 0, 256) || lisaaValtaus(o, i);
-    case rSienet: return i >= std::min(spiste ? spisteita : 0, 256) || lisaaSieni(o, i);
-    case rMiehet: return i >= pikkumiehia || pikkumies[i].aika <= 0 || lisaaPikkumies(o, i);
-    case rLimat: return i >= pelaajaLkm() || lisaaLimat(o, i);
+    case rAlukset: return lisaaAlus(o, i);
+    case rAsteroidit: return lisaaAsteroidi(o, i);
+    case rKukat: return lisaaKukka(o, i);
+    case rValtaukset: return lisaaValtaus(o, i);
+    case rSienet: return lisaaSieni(o, i);
+    case rMiehet: return pikkumies[i].aika <= 0 || lisaaPikkumies(o, i);
+    case rLimat: return lisaaLimat(o, i);
     default: return true;
   }
 }
@@ -692,9 +710,9 @@ int resyncVaiheenPituus(const ResyncKoodaaja& r) {
   switch (r.vaihe) {
     case rAlukset: case rLimat: return pelaajaLkm();
     case rAsteroidit: return asteroideja;
-    case rKukat: return std::min(cpiste ? cpisteita : 0, 256);
-    case rValtaukset: return std::min(dpiste ? dpisteita : 0, 256);
-    case rSienet: return std::min(spiste ? spisteita : 0, 256);
+    case rKukat: return tavoitteita(cpiste, cpisteita);
+    case rValtaukset: return tavoitteita(dpiste, dpisteita);
+    case rSienet: return tavoitteita(spiste, spisteita);
     case rMiehet: return pikkumiehia;
     default: return 0;
   }
@@ -859,7 +877,8 @@ bool lueKukka(Lukutila& t) {
   uint8_t i;
   CPiste c;
   if (!t.l.tavu(i) || !t.l.tietue(&c, cpistekoko, lueCPiste)) return false;
-  const bool tila = c.player == kukkaKotona || c.player == kukkaPudonnut || pelaajaIndeksi(c.player);
+  // A carrier's slot past the players is let through: the flower rule drops such a flower.
+  const bool tila = c.player == kukkaKotona || c.player == kukkaPudonnut || (c.player >= 0 && c.player < maxPlayers);
   if (!cpiste || i >= cpisteita || !tila) return false;
   if (t.soveltaa) cpiste[i] = c;
   return true;

@@ -88,6 +88,10 @@ void pyydaAlusvalinta(int pelaaja, uint32_t takaraja);  // its owner chooses a s
 // of every player in play. Events that do not fit wait for the next FRAME. Returns its length.
 int koodaaFrame(uint32_t frame, unsigned char* buf, int tila);
 
+// The same FRAME without its coords, for a client too far behind for positions to
+// matter: its events still do. `ulos` has room for `pituus` bytes; returns the new length.
+int ilmanCoordseja(const unsigned char* viesti, int pituus, unsigned char* ulos);
+
 // RESYNC: the whole world at one frame in messages of at most maxFrameViesti bytes.
 struct ResyncKoodaaja {
   uint32_t frame;
