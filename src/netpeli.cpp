@@ -620,10 +620,10 @@ void aloitaKeraaja() {
   std::copy(asteroidi, asteroidi + asteroideja, asteroidiVarjo);
   asteroidirajahtaa = false;
   rajahdyksia = 0;
-  kukkaVarjo.assign(cpiste ? cpiste : nullptr, cpiste ? cpiste + std::max(cpisteita, 0) : nullptr);
+  kukkaVarjo.assign(cpiste, cpiste + tavoitteita(cpiste, cpisteita));
   valtausVarjo.clear();
-  for (int i = 0; dpiste && i < dpisteita; ++i) valtausVarjo.push_back(dpiste[i].tiimi);
-  sieniVarjo.assign(spiste ? spiste : nullptr, spiste ? spiste + std::max(spisteita, 0) : nullptr);
+  for (int i = 0; i < tavoitteita(dpiste, dpisteita); ++i) valtausVarjo.push_back(dpiste[i].tiimi);
+  sieniVarjo.assign(spiste, spiste + tavoitteita(spiste, spisteita));
   framejaKoodattu = 0;
   asteroidiVuoro = 0;
   ajelehtivaVuoro = {0, 0, 0};
@@ -674,8 +674,10 @@ int ilmanCoordseja(const unsigned char* viesti, int pituus, unsigned char* ulos)
   const int maski = peliOtsake + 4, coordsit = maski + 2;  // after the kind, length and frame
   std::memcpy(ulos, viesti, (size_t)std::min(pituus, coordsit));
   if (pituus < coordsit || viesti[0] != lajiFrame) return pituus;
+  const int bitit = viesti[maski] | (viesti[maski + 1] << 8);
   int pois = 0;
-  for (int i = 0; i < maxPlayers; ++i) pois += ((viesti[maski] | viesti[maski + 1] << 8) >> i & 1) * coordkoko;
+  for (int i = 0; i < maxPlayers; ++i)
+    if (bitit & (1 << i)) pois += coordkoko;
   pois = std::min(pois, pituus - coordsit);
   std::memcpy(ulos + coordsit, viesti + coordsit + pois, (size_t)(pituus - coordsit - pois));
   ulos[maski] = ulos[maski + 1] = 0;
