@@ -1097,8 +1097,9 @@ void tyhjennaMaailma(uint32_t frame) {
   for (int i = 0; i < maxPlayers; ++i) {
     Player& p = player[i];
     for (bool e : {false, true}) {
+      // Slots past the ship's own are never flown or drawn, and a respawn clears its new range.
       Pati* s = padit(p, e);
-      for (int k = 0, n = s ? paikkoja(e) : 0; k < n; ++k) s[k].aika = 0;
+      for (int k = 0, n = kaytossa(p, e); k < n; ++k) s[k].aika = 0;
     }
     tyhjennaLimat(i);
     tilaFrame[i] = -1;
