@@ -110,7 +110,8 @@ namespace {
 const float paikkaKerroin = 150, vauhtiKerroin = 2000, energiaKerroin = 16;
 const int patiPaikkoja = 10000;  // the shadows cover this many slots of each shot array
 const int laukausKoko = 17, taysiLaukausKoko = 20, limaKoko = 14;
-const uint8_t syntyiOsio[2][2] = {{osioPatiSyntyi, osioPatiSyntyiTaysi}, {osioEpatiSyntyi, osioEpatiSyntyiTaysi}};
+const uint8_t syntyiOsio[2][2] = {{osioPatiSyntyi, osioPatiSyntyiTaysi},
+                                  {osioEpatiSyntyi, osioEpatiSyntyiTaysi}};
 
 bool pelaajaIndeksi(int i) { return i >= 0 && i < pelaajaLkm(); }
 
@@ -691,7 +692,9 @@ int ilmanCoordseja(const unsigned char* viesti, int pituus, unsigned char* ulos)
 
 namespace {
 
-enum ResyncVaihe { rAlku, rAlukset, rAsteroidit, rKukat, rValtaukset, rSienet, rMiehet, rLimat, rLaukaukset, rLoppu, rValmis };
+enum ResyncVaihe {
+  rAlku, rAlukset, rAsteroidit, rKukat, rValtaukset, rSienet, rMiehet, rLimat, rLaukaukset, rLoppu, rValmis
+};
 
 // Writes the record at the cursor; false when the message is full.
 bool resyncTietue(ResyncKoodaaja& r, Osiot& o) {
@@ -829,8 +832,8 @@ bool lueSyntyma(Lukutila& t) {
 bool lueAlus(Lukutila& t) {
   uint8_t i, tyyppi, tiimi, ihminen;
   int16_t xv, yv;
-  if (!t.l.tavu(i) || !t.l.tavu(tyyppi) || !t.l.tavu(tiimi) || !t.l.tavu(ihminen) || !t.l.i16(xv) || !t.l.i16(yv))
-    return false;
+  if (!t.l.tavu(i) || !t.l.tavu(tyyppi) || !t.l.tavu(tiimi) || !t.l.tavu(ihminen)) return false;
+  if (!t.l.i16(xv) || !t.l.i16(yv)) return false;
   if (!pelaajaIndeksi(i) || tyyppi >= alustyyppeja || tiimi >= maxPlayers || ihminen > 1) return false;
   if (t.soveltaa) {
     Player& p = player[i];
@@ -880,7 +883,8 @@ bool lueKukka(Lukutila& t) {
   CPiste c;
   if (!t.l.tavu(i) || !t.l.tietue(&c, cpistekoko, lueCPiste)) return false;
   // A carrier's slot past the players is let through: the flower rule drops such a flower.
-  const bool tila = c.player == kukkaKotona || c.player == kukkaPudonnut || (c.player >= 0 && c.player < maxPlayers);
+  const bool tila =
+      c.player == kukkaKotona || c.player == kukkaPudonnut || (c.player >= 0 && c.player < maxPlayers);
   if (!cpiste || i >= cpisteita || !tila) return false;
   if (t.soveltaa) cpiste[i] = c;
   return true;
@@ -1056,7 +1060,8 @@ bool kayKehys(const unsigned char* data, int pituus, bool soveltaa, uint32_t& fr
   }
   while (l.jaljella() > 0) {
     uint8_t tunniste, param, maara;
-    if (!l.tavu(tunniste) || !l.tavu(param) || !l.tavu(maara) || tunniste == 0 || tunniste >= osioja) return false;
+    if (!l.tavu(tunniste) || !l.tavu(param) || !l.tavu(maara)) return false;
+    if (tunniste == 0 || tunniste >= osioja) return false;
     if (kaytaaParamia(tunniste) ? tunniste == osioLimat && !pelaajaIndeksi(param) : param != 0) return false;
     if (soveltaa && tunniste == osioLimat) tyhjennaLimat(param);
     Lukutila t{l, param, soveltaa, frame};
@@ -1123,7 +1128,8 @@ void aloitaAsiakas() {
 
 bool tarkistaPeliMsg(uint8_t laji, const unsigned char* data, int pituus) {
   uint32_t frame;
-  return saaLahettaa(laji, Lahettaja::isanta) && pituus <= maxIsannanKehys && kayKehys(data, pituus, false, frame);
+  return saaLahettaa(laji, Lahettaja::isanta) && pituus <= maxIsannanKehys &&
+         kayKehys(data, pituus, false, frame);
 }
 
 bool kasittelePeliMsg(uint8_t laji, const unsigned char* data, int pituus, int asiakkaanFrame) {

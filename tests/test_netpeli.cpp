@@ -101,7 +101,8 @@ Kuva otaKuva() {
   }
   for (int m = 0; m < pikkumiehia; ++m)
     if (pikkumies[m].aika > 0) k.lisaa("little man " + std::to_string(m), pikkumies[m].x + pikkumies[m].aika);
-  for (int c = 0; c < cpisteita; ++c) k.lisaa("flower " + std::to_string(c), cpiste[c].player * 1000 + cpiste[c].x, paikka);
+  for (int c = 0; c < cpisteita; ++c)
+    k.lisaa("flower " + std::to_string(c), cpiste[c].player * 1000 + cpiste[c].x, paikka);
   k.lisaa("domination", dpiste[0].tiimi);
   k.lisaa("mushroom", spiste[0].x * 1000 + spiste[0].y);
   return k;
@@ -124,7 +125,8 @@ std::vector<Viesti> pilko(const Tavut& virta, Lahettaja lahettaja, size_t pala =
   std::vector<Viesti> ulos;
   Tavut vastaanotettu;
   for (size_t alku = 0; alku < virta.size(); alku += pala) {
-    vastaanotettu.insert(vastaanotettu.end(), virta.begin() + alku, virta.begin() + std::min(virta.size(), alku + pala));
+    const size_t loppu = std::min(virta.size(), alku + pala);
+    vastaanotettu.insert(vastaanotettu.end(), virta.begin() + alku, virta.begin() + loppu);
     for (;;) {
       const PeliViesti v = seuraavaPeliViesti(vastaanotettu.data(), (int)vastaanotettu.size(), lahettaja);
       EXPECT_NE(v.tyyppi, PeliViesti::virhe);
@@ -312,7 +314,10 @@ const Tallenne& ottelu() {
     lisaa(t.virta, koodaaFrame(f, puskuri, sizeof puskuri));
     t.frameja.push_back(f);
     t.paikat.emplace_back();
-    for (int i = 0; i < maxPlayers; ++i) t.paikat.back().insert(t.paikat.back().end(), {player[i].x, player[i].y});
+    for (int i = 0; i < maxPlayers; ++i) {
+      t.paikat.back().push_back(player[i].x);
+      t.paikat.back().push_back(player[i].y);
+    }
     t.laukaustenPaikat.emplace_back();
     t.elavat.push_back(elavatLaukaukset(&t.laukaustenPaikat.back()));
   }
@@ -368,7 +373,8 @@ TEST(NetPeli, ClientReplayingTheMatchAgreesWithTheHostAtEveryFrame) {
     std::vector<float> paikat;
     ASSERT_EQ(elavatLaukaukset(&paikat), t.elavat[tarkistettu]) << "frame " << f;
     for (size_t n = 0; n < paikat.size(); ++n)
-      ASSERT_NEAR(paikat[n], t.laukaustenPaikat[tarkistettu][n], 0.25) << "frame " << f << " shot " << t.elavat[tarkistettu][n / 2];
+      ASSERT_NEAR(paikat[n], t.laukaustenPaikat[tarkistettu][n], 0.25)
+          << "frame " << f << " shot " << t.elavat[tarkistettu][n / 2];
     ++tarkistettu;
   }
   EXPECT_EQ(tarkistettu, t.frameja.size());
@@ -438,8 +444,8 @@ TEST(NetPeli, ButtonsAndChoicesReachOnlyTheSlotsTheConnectionOwns) {
   roolit(true);
   const int omistaja[maxPlayers] = {0, 2, 3, 2};
   const SlotinNapit napit[] = {{1, nappiTuli | nappiVasen}, {2, nappiKaasu}, {3, nappiPakki | nappiErikois}};
-  int n = koodaaNapit(puskuri, sizeof puskuri, 7, 4096, 300, napit, 3);
-  PeliViesti v = seuraavaPeliViesti(puskuri, n, Lahettaja::asiakas);
+  const int n = koodaaNapit(puskuri, sizeof puskuri, 7, 4096, 300, napit, 3);
+  const PeliViesti v = seuraavaPeliViesti(puskuri, n, Lahettaja::asiakas);
   ASSERT_EQ(v.tyyppi, PeliViesti::kehys);
   EXPECT_EQ(kasitteleAsiakkaanMsg(2, v.laji, v.data, v.pituus, omistaja), AsiakkaanTulos::ok);
   EXPECT_TRUE(player[1].pfire && player[1].pleft && !player[1].pright);
@@ -448,17 +454,16 @@ TEST(NetPeli, ButtonsAndChoicesReachOnlyTheSlotsTheConnectionOwns) {
   EXPECT_EQ(asiakasYhteys[2].kuitattu, 4096u);
   EXPECT_EQ(asiakasYhteys[2].nahtyFrame, 300u);
 
+  auto kasittele = [&](int pituus) {
+    return kasitteleAsiakkaanMsg(2, puskuri[0], puskuri + peliOtsake, pituus - peliOtsake, omistaja);
+  };
   alusvalinta[1] = alusvalinta[2] = -1;
-  for (int slot : {1, 2}) {
-    n = koodaaValinta(puskuri, sizeof puskuri, slot, 11);
-    EXPECT_EQ(kasitteleAsiakkaanMsg(2, lajiValinta, puskuri + peliOtsake, n - peliOtsake, omistaja), AsiakkaanTulos::ok);
-  }
+  for (int slot : {1, 2})
+    EXPECT_EQ(kasittele(koodaaValinta(puskuri, sizeof puskuri, slot, 11)), AsiakkaanTulos::ok);
   EXPECT_EQ(alusvalinta[1], 11);
   EXPECT_EQ(alusvalinta[2], -1);
-  n = koodaaValinta(puskuri, sizeof puskuri, 1, alustyyppeja);
-  EXPECT_EQ(kasitteleAsiakkaanMsg(2, lajiValinta, puskuri + peliOtsake, n - peliOtsake, omistaja), AsiakkaanTulos::virhe);
-  n = koodaaLahto(puskuri, sizeof puskuri);
-  EXPECT_EQ(kasitteleAsiakkaanMsg(2, lajiLahto, puskuri + peliOtsake, n - peliOtsake, omistaja), AsiakkaanTulos::lahtee);
+  EXPECT_EQ(kasittele(koodaaValinta(puskuri, sizeof puskuri, 1, alustyyppeja)), AsiakkaanTulos::virhe);
+  EXPECT_EQ(kasittele(koodaaLahto(puskuri, sizeof puskuri)), AsiakkaanTulos::lahtee);
   const unsigned char vieras[] = {0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 1, 16, 1};  // slot 16
   EXPECT_EQ(kasitteleAsiakkaanMsg(2, lajiNapit, vieras, sizeof vieras, omistaja), AsiakkaanTulos::virhe);
   EXPECT_EQ(kasitteleAsiakkaanMsg(2, lajiFrame, vieras, sizeof vieras, omistaja), AsiakkaanTulos::virhe);
