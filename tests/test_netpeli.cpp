@@ -4,9 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <cstdlib>
 #include <cstring>
-#include <new>
 #include <string>
 #include <vector>
 
@@ -17,19 +15,7 @@
 #include "sieni.h"
 #include "simscene.h"
 
-// Counts the allocations of the host's per-frame work: it must make none.
-namespace {
-bool laskeVaraukset = false;
-long varauksia = 0;
-}  // namespace
-
-[[gnu::noinline]] void* operator new(std::size_t koko) {
-  if (laskeVaraukset) ++varauksia;
-  if (void* p = std::malloc(koko ? koko : 1)) return p;
-  throw std::bad_alloc();
-}
-[[gnu::noinline]] void operator delete(void* p) noexcept { std::free(p); }
-[[gnu::noinline]] void operator delete(void* p, std::size_t) noexcept { std::free(p); }
+#include "varaukset.h"  // the host's per-frame work must allocate nothing
 
 namespace {
 
