@@ -7,6 +7,7 @@
 #include "Alustuksia.h"
 #include "Main.h"
 #include "Player.h"
+#include "Sets.h"
 #include "net.h"
 #include "netpeli.h"
 #include "scene.h"
@@ -27,6 +28,7 @@ void maailma() {
   joinpeli = true;
   hostpeli = false;
   efektitpaalla = false;
+  sets.detail = 0;  // no smoke or exhaust: the debris pool is not what is tested here
   players = maxPlayers;
   gamemode = 3;
   for (int i = 0; i < maxPlayers; ++i) {
