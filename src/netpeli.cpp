@@ -1,6 +1,1276 @@
+// In-game network play. The host finds what changed in the world by comparing it
+// with shadow copies after each calculated frame and sends it every few frames as a
+// FRAME; a client checks each message whole before applying anything of it, keeps
+// FRAMEs until it reaches their frame, and flies the shots it was told of itself.
 #include "netpeli.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstring>
+#include <vector>
+
+#include "Main.h"
+#include "ctf.h"
+#include "domination.h"
+#include "scene.h"
+#include "sieni.h"
 
 int results = 0;
 int packets = 0;
 limajuttu netlima;
 bool limalaitetaan = false;
+
+PeliVastaanotto peliVastaanotto = {-1, 0, false, -1};
+int64_t alusvalintaPyynto[maxPlayers];
+AsiakasYhteys asiakasYhteys[maxYhteyksia];
+int alusvalinta[maxPlayers];
+
+namespace {
+
+// ==== Framing ======================================================================
+
+bool saaLahettaa(uint8_t laji, Lahettaja lahettaja) {
+  if (lahettaja == Lahettaja::isanta) return laji >= lajiFrame && laji <= lajiResyncLoppu;
+  return laji >= lajiNapit && laji <= lajiLahto;
+}
+
+// The text messages that may arrive in game, with their lengths as sent: the victory
+// messages with ';' and a zero byte, "victoryd" by its rows (at most one per slot).
+struct TekstiViesti {
+  const char* avain;
+  int pituus;  // -1: "victoryd", 12 + 4 per row
+  Lahettaja lahettaja;
+};
+const TekstiViesti tekstit[] = {
+    {"victoryo", 11, Lahettaja::isanta},
+    {"victoryd", -1, Lahettaja::isanta},
+    {"quiting..;", 10, Lahettaja::isanta},
+    {"alku huomattu", 13, Lahettaja::asiakas},
+    {"tiimit saatu", 12, Lahettaja::asiakas},
+};
+
+PeliViesti tekstiViesti(const unsigned char* p, int n, Lahettaja lahettaja, int ohitettu) {
+  PeliViesti v{PeliViesti::virhe, 0, nullptr, 0, ohitettu};
+  bool alkua = false;  // what has come is the start of some text
+  for (const TekstiViesti& t : tekstit) {
+    const int a = (int)std::strlen(t.avain);
+    if (t.lahettaja != lahettaja || std::memcmp(p, t.avain, (size_t)std::min(a, n)) != 0) continue;
+    int pituus = t.pituus;
+    if (pituus < 0 && n >= 10) {
+      if (p[9] > maxPlayers) return v;
+      pituus = 12 + 4 * p[9];
+    }
+    if (pituus < 0 || n < pituus) {
+      alkua = true;
+      continue;
+    }
+    v.tyyppi = PeliViesti::teksti;
+    v.data = p;
+    v.pituus = pituus;
+    v.kulutettu += pituus;
+    return v;
+  }
+  if (alkua) v.tyyppi = PeliViesti::kesken;
+  return v;
+}
+
+}  // namespace
+
+PeliViesti seuraavaPeliViesti(const unsigned char* data, int pituus, Lahettaja lahettaja) {
+  int alku = 0;
+  while (alku < pituus && (data[alku] == 0 || data[alku] == ';')) ++alku;  // ends of earlier texts
+  PeliViesti v{PeliViesti::kesken, 0, nullptr, 0, alku};
+  if (alku >= pituus) return v;
+  const unsigned char* p = data + alku;
+  const int n = pituus - alku;
+  if (p[0] >= 0x20) return tekstiViesti(p, n, lahettaja, alku);
+  if (!saaLahettaa(p[0], lahettaja)) {
+    v.tyyppi = PeliViesti::virhe;
+    return v;
+  }
+  if (n < peliOtsake) return v;
+  const int koko = p[1] | (p[2] << 8);
+  if (koko > (lahettaja == Lahettaja::isanta ? maxIsannanKehys : maxAsiakkaanKehys)) {
+    v.tyyppi = PeliViesti::virhe;
+    return v;
+  }
+  if (n < peliOtsake + koko) return v;
+  v.tyyppi = PeliViesti::kehys;
+  v.laji = p[0];
+  v.data = p + peliOtsake;
+  v.pituus = koko;
+  v.kulutettu = alku + peliOtsake + koko;
+  return v;
+}
+
+namespace {
+
+// ==== Shared by both sides =========================================================
+
+const float paikkaKerroin = 150, vauhtiKerroin = 2000, energiaKerroin = 16;
+const int patiPaikkoja = 10000;  // the shadows cover this many slots of each shot array
+const int laukausKoko = 17, taysiLaukausKoko = 20, limaKoko = 14;
+const uint8_t syntyiOsio[2][2] = {{osioPatiSyntyi, osioPatiSyntyiTaysi},
+                                  {osioEpatiSyntyi, osioEpatiSyntyiTaysi}};
+
+bool pelaajaIndeksi(int i) { return i >= 0 && i < pelaajaLkm(); }
+
+int paikkoja(bool erikoinen) { return std::clamp(erikoinen ? maksimiepadit : maksimipadit, 0, patiPaikkoja); }
+Pati* padit(const Player& p, bool erikoinen) { return erikoinen ? p.epati : p.pati; }
+
+// Slots the ship flies: its loops run while the index is below the double limit.
+int kaytossa(const Player& p, bool erikoinen) {
+  const double raja = erikoinen ? p.alus.maxepadit : p.alus.maxpadit;
+  if (!padit(p, erikoinen) || !(raja > 0)) return 0;
+  return std::min(paikkoja(erikoinen), (int)std::ceil(raja));
+}
+
+// Shots whose drawing or flight needs their energy (charge ball, hot gun) or their
+// counter (a leech pod's victim) travel with both.
+bool taysiLaukaus(const Player& p, bool erikoinen) {
+  if (erikoinen) return p.alus.easelaji == 5;
+  return p.alus.aselaji == 13 || p.alus.aselaji == 19;
+}
+
+// Shots steered by other ships or by the host's dice drift away from the client's
+// flight and are sent again now and then.
+bool ajelehtiva(const Player& p, bool erikoinen) {
+  if (erikoinen) return p.alus.easelaji == 8 || p.alus.easelaji == 13 || p.alus.easelaji == 21;
+  const int n = p.alus.numero;
+  return n == 7 || n == 14 || n == 16 || n == 23;
+}
+
+uint16_t q16u(float v, float k, bool rajattu) { return (uint16_t)q16(v, k, rajattu); }
+
+// ==== Host: collecting =============================================================
+
+const uint8_t likainen = 1;  // born (or changed) since the last FRAME
+const uint8_t tunnettu = 2;  // live as far as the clients know
+const uint8_t juuri = 4;     // written into the FRAME being built
+const short odotus = 200;    // a dead ship's timer waits here on a host until it is respawned
+
+struct PatiVarjo {
+  short aika[patiPaikkoja];
+  uint8_t tila[patiPaikkoja];
+};
+PatiVarjo patiVarjo[maxPlayers][2];
+
+struct AlusVarjo {
+  int numero;
+  short kuolema;
+  bool rajahti, syntyi, pelissa;
+  float rx, ry;
+  int ohjaus;        // queued control notice: -1 none, 0 computer, 1 human
+  int64_t valinta;   // queued choose-a-ship deadline, -1 none
+};
+AlusVarjo alusVarjo[maxPlayers];
+
+struct LimaVarjo {
+  int n;
+  float x[limoja], y[limoja];
+  bool likainen;
+};
+LimaVarjo limaVarjo[maxPlayers];
+
+short miesVarjo[pikkumiehia];
+uint8_t miesTila[pikkumiehia];
+
+Pati asteroidiVarjo[asteroideja];
+bool asteroidiUusi[asteroideja];
+const int maxRajahdyksia = 64;
+asteroidipox rajahdykset[maxRajahdyksia];
+int rajahdyksia = 0;
+
+std::vector<CPiste> kukkaVarjo;
+std::vector<int> valtausVarjo;
+std::vector<SPiste> sieniVarjo;
+
+int framejaKoodattu = 0;
+int asteroidiVuoro = 0;
+struct {
+  int pelaaja, taulukko, indeksi;
+} ajelehtivaVuoro;
+const int ajelehtiviaFramessa = 2;   // drifting shots sent again per FRAME
+const int kaikkiTavoitteetVali = 10;  // every tenth FRAME carries every objective
+
+// `lensi`: the owner flew this frame, so each of its shots aged by one.
+void keraaPadit(int i, bool e, bool lensi, bool kaikkiElavat) {
+  const Pati* s = padit(player[i], e);
+  PatiVarjo& v = patiVarjo[i][e];
+  for (int k = 0, n = kaytossa(player[i], e); k < n; ++k) {
+    // A free slot filled, or a life raised or held (a pod latched, a ball charging):
+    // born or reshaped. A slot freed and filled again at a lower life within one
+    // frame passes unseen.
+    const short aika = s[k].aika;
+    if (aika > 0 && (aika > v.aika[k] || (lensi && aika == v.aika[k]) || kaikkiElavat)) v.tila[k] |= likainen;
+    v.aika[k] = aika;
+  }
+}
+
+// A respawn cleared the ship's shots on both sides: nothing of them is known any more.
+void nollaaPadit(int i, bool e) {
+  const Pati* s = padit(player[i], e);
+  PatiVarjo& v = patiVarjo[i][e];
+  for (int k = 0, n = kaytossa(player[i], e); k < n; ++k) {
+    v.aika[k] = s[k].aika;
+    v.tila[k] = s[k].aika > 0 ? likainen : 0;
+  }
+}
+
+// Blobs stay in their order while they live (older first, new ones appended), and
+// each keeps its place on the hull: a live blob not found in the shadow is new.
+void keraaLimat(int i) {
+  const Player& p = player[i];
+  LimaVarjo& v = limaVarjo[i];
+  int seuraava = 0, n = 0;
+  float x[limoja], y[limoja];
+  for (int b = 0; p.lima && b < limoja; ++b) {
+    const Pati& m = p.lima[b];
+    if (m.aika <= 0) continue;
+    int k = seuraava;
+    while (k < v.n && (v.x[k] != m.x || v.y[k] != m.y)) ++k;
+    if (k < v.n)
+      seuraava = k + 1;
+    else
+      v.likainen = true;
+    x[n] = m.x;
+    y[n++] = m.y;
+  }
+  v.n = n;
+  std::copy(x, x + n, v.x);
+  std::copy(y, y + n, v.y);
+}
+
+void keraaAlus(int i) {
+  Player& p = player[i];
+  AlusVarjo& a = alusVarjo[i];
+  const bool rajahti = playerrajahtaa[i];
+  if (rajahti) {
+    a.rajahti = true;
+    a.rx = prajahdys[i][0];
+    a.ry = prajahdys[i][1];
+    playerrajahtaa[i] = false;
+  }
+  // Back in the world: a new ship type, the timer let go of its wait, or a ship that
+  // blew up and lives on (the resurrecting special).
+  const bool tuli = p.alus.numero != a.numero || (a.kuolema >= odotus && p.kuolema < odotus) ||
+                    (rajahti && p.kuolema < 1);
+  // A client learns of a death up to a FRAME late and flies the shots meanwhile;
+  // the frozen shots are sent again so that they stop where the host's stopped.
+  const bool kuoli = a.kuolema < 1 && p.kuolema >= 1;
+  const bool lensi = a.kuolema < 1 && pelissa(i);
+  a.numero = p.alus.numero;
+  a.kuolema = p.kuolema;
+  if (tuli) {
+    a.syntyi = true;
+    limaVarjo[i].n = 0;
+  }
+  for (bool e : {false, true}) {
+    if (tuli)
+      nollaaPadit(i, e);
+    else
+      keraaPadit(i, e, lensi, kuoli);
+  }
+  keraaLimat(i);
+}
+
+void keraaAsteroidit() {
+  int viimeinen = -1;  // arajahdys holds the last one blown up this frame
+  for (int i = 0; i < asteroideja; ++i)
+    if (asteroidiuudestaan[i]) viimeinen = i;
+  for (int i = 0; i < asteroideja; ++i) {
+    if (!asteroidiuudestaan[i]) continue;
+    asteroidiuudestaan[i] = false;
+    asteroidiUusi[i] = true;
+    if (rajahdyksia == maxRajahdyksia) continue;
+    const Pati& vanha = asteroidiVarjo[i];
+    rajahdykset[rajahdyksia++] = i == viimeinen ? asteroidipox{arajahdys[0], arajahdys[1]}
+                                                : asteroidipox{vanha.x + vanha.xv, vanha.y + vanha.yv};
+  }
+  asteroidirajahtaa = false;
+  std::copy(asteroidi, asteroidi + asteroideja, asteroidiVarjo);
+}
+
+void keraaPikkumiehet() {
+  for (int m = 0; m < pikkumiehia; ++m) {
+    if (pikkumies[m].aika > miesVarjo[m]) miesTila[m] |= likainen;
+    miesVarjo[m] = pikkumies[m].aika;
+  }
+}
+
+// ==== Host: encoding ===============================================================
+
+// Writes records into sections, opening one whenever the tag or param changes.
+class Osiot {
+public:
+  Osiot(Kirjoittaja& k, int raja) : k(k), raja_(raja) {}
+  Kirjoittaja& k;
+
+  bool mahtuu(int tavua) const { return k.pituus() + tavua <= raja_; }
+
+  // Room for one record of `koko` bytes in section (tunniste, param); false when the
+  // message is full. The caller then writes exactly the record.
+  bool tietue(uint8_t tunniste, uint8_t param, int koko) {
+    const bool jatkuu = laskuri_ >= 0 && tunniste == tunniste_ && param == param_ && maara_ < 255;
+    if (!mahtuu(koko + (jatkuu ? 0 : 3))) return false;
+    if (!jatkuu) {
+      k.tavu(tunniste);
+      k.tavu(param);
+      laskuri_ = k.pituus();
+      k.tavu(0);
+      tunniste_ = tunniste;
+      param_ = param;
+      maara_ = 0;
+    }
+    k.alku()[laskuri_] = (unsigned char)++maara_;
+    return true;
+  }
+
+private:
+  int raja_;
+  int laskuri_ = -1;
+  uint8_t tunniste_ = 0, param_ = 0;
+  int maara_ = 0;
+};
+
+void paikka(Kirjoittaja& k, float x, float y) {
+  k.u16(q16u(x, paikkaKerroin, true));
+  k.u16(q16u(y, paikkaKerroin, true));
+}
+
+bool lisaaRajahdys(Osiot& o, int i, float x, float y) {
+  if (!o.tietue(osioRajahdys, 0, 5)) return false;
+  o.k.tavu((uint8_t)i);
+  paikka(o.k, x, y);
+  return true;
+}
+
+bool lisaaSyntyma(Osiot& o, int i) {
+  const Player& p = player[i];
+  if (!o.tietue(osioSyntyma, 0, 8)) return false;
+  o.k.tavu((uint8_t)i);
+  o.k.tavu((uint8_t)p.alus.numero);
+  paikka(o.k, p.x, p.y);
+  o.k.u16(q16u(p.kulma, paikkaKerroin, false));
+  return true;
+}
+
+bool lisaaAlus(Osiot& o, int i) {
+  const Player& p = player[i];
+  if (!o.tietue(osioAlus, 0, 8)) return false;
+  o.k.tavu((uint8_t)i);
+  o.k.tavu((uint8_t)p.alus.numero);
+  o.k.tavu((uint8_t)p.tiimi);
+  o.k.tavu(p.ihmispelaaja ? 1 : 0);
+  o.k.u16(q16u(p.xvauhti, vauhtiKerroin, true));
+  o.k.u16(q16u(p.yvauhti, vauhtiKerroin, true));
+  return true;
+}
+
+bool lisaaOhjaus(Osiot& o, int i, bool ihminen) {
+  if (!o.tietue(osioOhjaus, 0, 2)) return false;
+  o.k.tavu((uint8_t)i);
+  o.k.tavu(ihminen ? 1 : 0);
+  return true;
+}
+
+bool lisaaValinta(Osiot& o, int i, int64_t takaraja) {
+  if (!o.tietue(osioValinta, 0, 5)) return false;
+  o.k.tavu((uint8_t)i);
+  o.k.u32((uint32_t)takaraja);
+  return true;
+}
+
+bool lisaaAsteroidi(Osiot& o, int i) {
+  if (!o.tietue(osioAsteroidi, 0, 1 + asteroidikoko)) return false;
+  o.k.tavu((uint8_t)i);
+  o.k.tietue(&asteroidi[i], asteroidikoko, kirjotaAsteroidi);
+  return true;
+}
+
+bool lisaaAsteroidiRajahdys(Osiot& o, const asteroidipox& a) {
+  return o.tietue(osioAsteroidiRajahdys, 0, asteroidipoxkoko) &&
+         o.k.tietue(&a, asteroidipoxkoko, kirjotaAsteroidipox);
+}
+
+bool lisaaKukka(Osiot& o, int i) {
+  if (!o.tietue(osioKukka, 0, 1 + cpistekoko)) return false;
+  o.k.tavu((uint8_t)i);
+  o.k.tietue(&cpiste[i], cpistekoko, kirjotaCPiste);
+  return true;
+}
+
+bool lisaaValtaus(Osiot& o, int i) {
+  if (!o.tietue(osioValtaus, 0, 2)) return false;
+  o.k.tavu((uint8_t)i);
+  o.k.tavu((uint8_t)(int8_t)dpiste[i].tiimi);
+  return true;
+}
+
+bool lisaaSieni(Osiot& o, int i) {
+  if (!o.tietue(osioSieni, 0, 1 + spistekoko)) return false;
+  o.k.tavu((uint8_t)i);
+  o.k.tietue(&spiste[i], spistekoko, kirjotaSPiste);
+  return true;
+}
+
+// All of a player's blobs in one section, or nothing.
+bool lisaaLimat(Osiot& o, int i) {
+  const Player& p = player[i];
+  int n = 0;
+  for (int b = 0; p.lima && b < limoja; ++b) n += p.lima[b].aika > 0;
+  if (n == 0) return true;
+  if (!o.mahtuu(3 + n * limaKoko)) return false;
+  for (int b = 0; b < limoja; ++b) {
+    const Pati& m = p.lima[b];
+    if (m.aika <= 0) continue;
+    const limajuttu l{m.x, m.y, (short)i, (short)b};
+    o.tietue(osioLimat, (uint8_t)i, limaKoko);
+    o.k.tietue(&l, limakoko, kirjotaLimajuttu);
+    o.k.u16((uint16_t)m.aika);
+  }
+  return true;
+}
+
+bool lisaaPikkumies(Osiot& o, int m) {
+  const Pati& s = pikkumies[m];
+  const pikkumiessiirto t{s.x, s.y, s.energia, (short)std::max<short>(s.aika, 0), (short)m};
+  return o.tietue(osioPikkumies, 0, pikkumieskoko) && o.k.tietue(&t, pikkumieskoko, kirjotaPikkumiessiirto);
+}
+
+bool lisaaLaukaus(Osiot& o, int i, bool e, int k) {
+  const Player& p = player[i];
+  const Pati& s = padit(p, e)[k];
+  const bool taysi = taysiLaukaus(p, e);
+  if (!o.tietue(syntyiOsio[e][taysi], (uint8_t)(k >> 8), taysi ? taysiLaukausKoko : laukausKoko)) return false;
+  // Headings only matter modulo a turn where the wire form would wrap.
+  const float kulma = std::fabs(s.kulma) < 655 ? s.kulma : std::fmod(s.kulma, 360.0f);
+  const netPati n{s.x, s.y, s.xv, s.yv, kulma, s.r, s.g, s.b, (char)i, (unsigned short)k};
+  o.k.tietue(&n, netpatikoko, kirjotaNetpati);
+  o.k.u16((uint16_t)s.aika);
+  if (taysi) {
+    const float energia = s.energia * energiaKerroin;
+    o.k.u16(energia > 0 ? (uint16_t)std::min(energia, 65535.0f) : 0);
+    o.k.tavu((uint8_t)std::clamp<int>(s.ampumisviive, 0, 255));
+  }
+  return true;
+}
+
+bool lisaaKuollutLaukaus(Osiot& o, int i, bool e, int k) {
+  const kuolevaPati t{(unsigned short)k, (char)i};
+  return o.tietue(e ? osioEpatiKuoli : osioPatiKuoli, (uint8_t)(k >> 8), kuolevapatikoko) &&
+         o.k.tietue(&t, kuolevapatikoko, kirjotaKuolevapati);
+}
+
+// The first bytes of every in-game payload from the host: the frame and the coords of
+// the players in `maski`.
+void aloitaViesti(Kirjoittaja& k, uint8_t laji, uint32_t frame, uint16_t maski) {
+  k.tavu(laji);
+  k.u16(0);
+  k.u32(frame);
+  k.u16(maski);
+  for (int i = 0; i < maxPlayers; ++i)
+    if (maski & (1u << i)) k.tietue(&player[i], coordkoko, kirjotaCoords);
+}
+
+int valmisViesti(Kirjoittaja& k) {
+  k.u16Kohtaan(1, (uint16_t)(k.pituus() - peliOtsake));
+  return k.ok() ? k.pituus() : 0;
+}
+
+void lisaaAlustenTapahtumat(Osiot& o) {
+  for (int i = 0; i < pelaajaLkm(); ++i) {
+    AlusVarjo& a = alusVarjo[i];
+    if (a.rajahti && lisaaRajahdys(o, i, a.rx, a.ry)) a.rajahti = false;
+    if (a.syntyi && lisaaSyntyma(o, i)) a.syntyi = false;
+    if (a.ohjaus >= 0 && lisaaOhjaus(o, i, a.ohjaus == 1)) a.ohjaus = -1;
+    if (a.valinta >= 0 && lisaaValinta(o, i, a.valinta)) a.valinta = -1;
+  }
+}
+
+void lisaaAsteroidit(Osiot& o) {
+  int j = 0;
+  while (j < rajahdyksia && lisaaAsteroidiRajahdys(o, rajahdykset[j])) ++j;
+  std::copy(rajahdykset + j, rajahdykset + rajahdyksia, rajahdykset);
+  rajahdyksia -= j;
+  // One more is refreshed every second FRAME, so that the client's asteroids never drift far.
+  if (framejaKoodattu % 2 == 0) {
+    asteroidiVuoro = (asteroidiVuoro + 1) % asteroideja;
+    asteroidiUusi[asteroidiVuoro] = true;
+  }
+  for (int i = 0; i < asteroideja; ++i)
+    if (asteroidiUusi[i] && lisaaAsteroidi(o, i)) asteroidiUusi[i] = false;
+}
+
+bool samaKukka(const CPiste& a, const CPiste& b) {
+  return a.x == b.x && a.y == b.y && a.player == b.player && a.numero == b.numero && a.enabled == b.enabled;
+}
+
+// Objectives that can travel: a byte holds their index.
+int tavoitteita(const void* taulukko, int maara) { return taulukko ? std::clamp(maara, 0, 256) : 0; }
+int kukkia() { return std::min(tavoitteita(cpiste, cpisteita), (int)kukkaVarjo.size()); }
+int valtauksia() { return std::min(tavoitteita(dpiste, dpisteita), (int)valtausVarjo.size()); }
+int sienia() { return std::min(tavoitteita(spiste, spisteita), (int)sieniVarjo.size()); }
+
+// What changed, and now and then all of the mode's own objectives (the others never change).
+void lisaaTavoitteet(Osiot& o, bool kaikki) {
+  for (int i = 0; i < kukkia(); ++i)
+    if (((kaikki && gamemode == 3) || !samaKukka(cpiste[i], kukkaVarjo[i])) && lisaaKukka(o, i))
+      kukkaVarjo[i] = cpiste[i];
+  for (int i = 0; i < valtauksia(); ++i)
+    if (((kaikki && gamemode == 2) || dpiste[i].tiimi != valtausVarjo[i]) && lisaaValtaus(o, i))
+      valtausVarjo[i] = dpiste[i].tiimi;
+  for (int i = 0; i < sienia(); ++i) {
+    SPiste& s = spiste[i];
+    const bool muuttui = s.uusiks || s.x != sieniVarjo[i].x || s.y != sieniVarjo[i].y;
+    if (((kaikki && gamemode == 4) || muuttui) && lisaaSieni(o, i)) {
+      s.uusiks = false;
+      sieniVarjo[i] = s;
+    }
+  }
+}
+
+void lisaaPikkumiehet(Osiot& o) {
+  for (int m = 0; m < pikkumiehia; ++m) {
+    uint8_t& t = miesTila[m];
+    const bool elossa = pikkumies[m].aika > 0;
+    if (elossa ? !(t & likainen) : !(t & tunnettu)) {
+      t &= (uint8_t)~likainen;  // born and gone between two FRAMEs, or nothing new
+      continue;
+    }
+    if (!lisaaPikkumies(o, m)) return;
+    t = elossa ? tunnettu : 0;
+  }
+}
+
+// Deaths first, then births, each in index order so that sections stay long.
+bool lisaaLaukaukset(Osiot& o, int i, bool e) {
+  const Pati* s = padit(player[i], e);
+  uint8_t* tila = patiVarjo[i][e].tila;
+  const int n = kaytossa(player[i], e);
+  for (int k = 0; k < n; ++k) {
+    tila[k] &= (uint8_t)~juuri;
+    if (s[k].aika > 0) continue;
+    if (tila[k] & tunnettu) {
+      if (!lisaaKuollutLaukaus(o, i, e, k)) return false;
+      tila[k] = 0;
+    }
+    tila[k] &= (uint8_t)~likainen;
+  }
+  for (int k = 0; k < n; ++k) {
+    if (s[k].aika <= 0 || !(tila[k] & likainen)) continue;
+    if (!lisaaLaukaus(o, i, e, k)) return false;
+    tila[k] = tunnettu | juuri;
+  }
+  return true;
+}
+
+// A few drifting shots are sent again each FRAME, taking turns.
+void lisaaAjelehtivat(Osiot& o) {
+  auto& v = ajelehtivaVuoro;
+  if (pelaajaLkm() == 0) return;
+  int jaljella = ajelehtiviaFramessa;
+  for (int kierros = 0; kierros <= maxPlayers * 2 && jaljella > 0; ++kierros) {
+    if (v.pelaaja >= pelaajaLkm()) v.pelaaja = 0;
+    const Player& p = player[v.pelaaja];
+    const bool e = v.taulukko == 1;
+    if (ajelehtiva(p, e)) {
+      const Pati* s = padit(p, e);
+      const uint8_t* tila = patiVarjo[v.pelaaja][e].tila;
+      for (const int n = kaytossa(p, e); v.indeksi < n && jaljella > 0; ++v.indeksi) {
+        const int k = v.indeksi;
+        if (s[k].aika <= 0 || (tila[k] & juuri) || !(tila[k] & tunnettu)) continue;
+        if (!lisaaLaukaus(o, v.pelaaja, e, k)) return;
+        --jaljella;
+      }
+      if (jaljella == 0) return;
+    }
+    v.indeksi = 0;
+    if (++v.taulukko == 2) {
+      v.taulukko = 0;
+      ++v.pelaaja;
+    }
+  }
+}
+
+}  // namespace
+
+void aloitaKeraaja() {
+  for (int i = 0; i < maxPlayers; ++i) {
+    const Player& p = player[i];
+    alusVarjo[i] = AlusVarjo{p.alus.numero, p.kuolema, false, false, pelissa(i), 0, 0, -1, -1};
+    for (bool e : {false, true}) {
+      PatiVarjo& v = patiVarjo[i][e];
+      const Pati* s = padit(p, e);
+      for (int k = 0, n = kaytossa(p, e); k < n; ++k) {
+        v.aika[k] = s[k].aika;
+        v.tila[k] = s[k].aika > 0 ? tunnettu : 0;
+      }
+    }
+    limaVarjo[i].n = 0;
+    keraaLimat(i);
+    limaVarjo[i].likainen = false;
+    playerrajahtaa[i] = false;
+  }
+  for (int m = 0; m < pikkumiehia; ++m) {
+    miesVarjo[m] = pikkumies[m].aika;
+    miesTila[m] = pikkumies[m].aika > 0 ? tunnettu : 0;
+  }
+  std::fill(asteroidiuudestaan, asteroidiuudestaan + asteroideja, false);
+  std::fill(asteroidiUusi, asteroidiUusi + asteroideja, false);
+  std::copy(asteroidi, asteroidi + asteroideja, asteroidiVarjo);
+  asteroidirajahtaa = false;
+  rajahdyksia = 0;
+  kukkaVarjo.assign(cpiste, cpiste + tavoitteita(cpiste, cpisteita));
+  valtausVarjo.clear();
+  for (int i = 0; i < tavoitteita(dpiste, dpisteita); ++i) valtausVarjo.push_back(dpiste[i].tiimi);
+  sieniVarjo.assign(spiste, spiste + tavoitteita(spiste, spisteita));
+  framejaKoodattu = 0;
+  asteroidiVuoro = 0;
+  ajelehtivaVuoro = {0, 0, 0};
+}
+
+void keraaTapahtumat() {
+  for (int i = 0; i < pelaajaLkm(); ++i) keraaAlus(i);
+  keraaAsteroidit();
+  keraaPikkumiehet();
+}
+
+void ilmoitaOhjaus(int pelaaja, bool ihminen) {
+  if (pelaajaIndeksi(pelaaja)) alusVarjo[pelaaja].ohjaus = ihminen ? 1 : 0;
+}
+
+void pyydaAlusvalinta(int pelaaja, uint32_t takaraja) {
+  if (pelaajaIndeksi(pelaaja)) alusVarjo[pelaaja].valinta = takaraja;
+}
+
+int koodaaFrame(uint32_t frame, unsigned char* buf, int tila) {
+  const int raja = std::min(tila, maxFrameViesti);
+  // A player who has just left play is sent once more, so that clients see him out.
+  uint16_t maski = 0;
+  for (int i = 0; i < pelaajaLkm(); ++i) {
+    const bool mukana = pelissa(i);
+    if (mukana || alusVarjo[i].pelissa) maski |= (uint16_t)(1u << i);
+    alusVarjo[i].pelissa = mukana;
+  }
+  Kirjoittaja k(buf, raja);
+  aloitaViesti(k, lajiFrame, frame, maski);
+  if (!k.ok()) return 0;
+  Osiot o(k, raja);
+  lisaaAlustenTapahtumat(o);
+  lisaaAsteroidit(o);
+  lisaaTavoitteet(o, framejaKoodattu % kaikkiTavoitteetVali == 0);
+  for (int i = 0; i < pelaajaLkm(); ++i)
+    if (limaVarjo[i].likainen && lisaaLimat(o, i)) limaVarjo[i].likainen = false;
+  lisaaPikkumiehet(o);
+  bool tilaa = true;
+  for (int i = 0; i < pelaajaLkm() && tilaa; ++i)
+    for (bool e : {false, true}) tilaa = tilaa && lisaaLaukaukset(o, i, e);
+  if (tilaa) lisaaAjelehtivat(o);
+  ++framejaKoodattu;
+  return valmisViesti(k);
+}
+
+int ilmanCoordseja(const unsigned char* viesti, int pituus, unsigned char* ulos) {
+  const int maski = peliOtsake + 4, coordsit = maski + 2;  // after the kind, length and frame
+  std::memcpy(ulos, viesti, (size_t)std::min(pituus, coordsit));
+  if (pituus < coordsit || viesti[0] != lajiFrame) return pituus;
+  const int bitit = viesti[maski] | (viesti[maski + 1] << 8);
+  int pois = 0;
+  for (int i = 0; i < maxPlayers; ++i)
+    if (bitit & (1 << i)) pois += coordkoko;
+  pois = std::min(pois, pituus - coordsit);
+  std::memcpy(ulos + coordsit, viesti + coordsit + pois, (size_t)(pituus - coordsit - pois));
+  ulos[maski] = ulos[maski + 1] = 0;
+  const int koko = pituus - pois - peliOtsake;
+  ulos[1] = (unsigned char)(koko & 0xff);
+  ulos[2] = (unsigned char)(koko >> 8);
+  return pituus - pois;
+}
+
+// ---- RESYNC ------------------------------------------------------------------------
+
+namespace {
+
+enum ResyncVaihe {
+  rAlku, rAlukset, rAsteroidit, rKukat, rValtaukset, rSienet, rMiehet, rLimat, rLaukaukset, rLoppu, rValmis
+};
+
+// Writes the record at the cursor; false when the message is full.
+bool resyncTietue(ResyncKoodaaja& r, Osiot& o) {
+  const int i = r.indeksi;
+  switch (r.vaihe) {
+    case rAlukset: return lisaaAlus(o, i);
+    case rAsteroidit: return lisaaAsteroidi(o, i);
+    case rKukat: return lisaaKukka(o, i);
+    case rValtaukset: return lisaaValtaus(o, i);
+    case rSienet: return lisaaSieni(o, i);
+    case rMiehet: return pikkumies[i].aika <= 0 || lisaaPikkumies(o, i);
+    case rLimat: return lisaaLimat(o, i);
+    default: return true;
+  }
+}
+
+int resyncVaiheenPituus(const ResyncKoodaaja& r) {
+  switch (r.vaihe) {
+    case rAlukset: case rLimat: return pelaajaLkm();
+    case rAsteroidit: return asteroideja;
+    case rKukat: return tavoitteita(cpiste, cpisteita);
+    case rValtaukset: return tavoitteita(dpiste, dpisteita);
+    case rSienet: return tavoitteita(spiste, spisteita);
+    case rMiehet: return pikkumiehia;
+    default: return 0;
+  }
+}
+
+// The live shots from the cursor on; false when the message is full.
+bool resyncLaukaukset(ResyncKoodaaja& r, Osiot& o) {
+  for (; r.pelaaja < pelaajaLkm(); ++r.pelaaja, r.taulukko = 0) {
+    for (; r.taulukko < 2; ++r.taulukko, r.indeksi = 0) {
+      const bool e = r.taulukko == 1;
+      const Pati* s = padit(player[r.pelaaja], e);
+      for (const int n = kaytossa(player[r.pelaaja], e); r.indeksi < n; ++r.indeksi)
+        if (s[r.indeksi].aika > 0 && !lisaaLaukaus(o, r.pelaaja, e, r.indeksi)) return false;
+    }
+  }
+  return true;
+}
+
+}  // namespace
+
+void aloitaResync(ResyncKoodaaja& r, uint32_t frame) { r = ResyncKoodaaja{frame, rAlku, 0, 0, 0}; }
+
+int seuraavaResyncOsa(ResyncKoodaaja& r, unsigned char* buf, int tila) {
+  const int raja = std::min(tila, maxFrameViesti);
+  Kirjoittaja k(buf, raja);
+  if (r.vaihe == rValmis) return 0;
+  if (r.vaihe == rAlku || r.vaihe == rLoppu) {
+    // The end carries every slot's coords, so that clients also learn who is out.
+    const bool loppu = r.vaihe == rLoppu;
+    aloitaViesti(k, loppu ? lajiResyncLoppu : lajiResyncAlku, r.frame,
+                 loppu ? (uint16_t)((1u << pelaajaLkm()) - 1) : 0);
+    r.vaihe = loppu ? rValmis : rAlukset;
+    return valmisViesti(k);
+  }
+  aloitaViesti(k, lajiResyncOsa, r.frame, 0);
+  Osiot o(k, raja);
+  while (r.vaihe < rLoppu) {
+    if (r.vaihe == rLaukaukset) {
+      if (!resyncLaukaukset(r, o)) break;
+    } else {
+      if (r.indeksi < resyncVaiheenPituus(r)) {
+        if (!resyncTietue(r, o)) break;
+        ++r.indeksi;
+        continue;
+      }
+    }
+    ++r.vaihe;
+    r.pelaaja = r.taulukko = r.indeksi = 0;
+  }
+  return valmisViesti(k);
+}
+
+// ==== Client: checking and applying ===================================================
+
+namespace {
+
+int64_t tilaFrame[maxPlayers];  // the frame of each ship's last state, -1 none
+const int maxOdottavia = 64;
+asteroidipox odottavatRajahdykset[maxOdottavia];  // the world step blows up one asteroid a frame
+int odottavia = 0;
+
+// FRAMEs kept until their frame: payloads back to back in arrival order.
+const int jononTavut = 128 * 1024, jononPituus = 64;
+unsigned char jonoData[jononTavut];
+struct Jonossa {
+  uint32_t frame;
+  int pituus;
+};
+Jonossa jono[jononPituus];
+int jonossa = 0, jonoTavuja = 0;
+
+bool aarellinen(float v) { return std::isfinite(v); }
+
+// Each record reader takes the header's param, checks the record and, when
+// `soveltaa`, applies it. A false return makes the whole message malformed.
+struct Lukutila {
+  Lukija& l;
+  uint8_t param;
+  bool soveltaa;
+  int64_t frame;
+};
+
+bool lueRajahdys(Lukutila& t) {
+  uint8_t i;
+  int16_t x, y;
+  if (!t.l.tavu(i) || !t.l.i16(x) || !t.l.i16(y) || !pelaajaIndeksi(i)) return false;
+  if (t.soveltaa) {
+    playerrajahtaa[i] = true;
+    prajahdys[i][0] = x / paikkaKerroin;
+    prajahdys[i][1] = y / paikkaKerroin;
+  }
+  return true;
+}
+
+bool lueSyntyma(Lukutila& t) {
+  uint8_t i, tyyppi;
+  int16_t x, y, kulma;
+  if (!t.l.tavu(i) || !t.l.tavu(tyyppi) || !t.l.i16(x) || !t.l.i16(y) || !t.l.i16(kulma)) return false;
+  if (!pelaajaIndeksi(i) || tyyppi >= alustyyppeja) return false;
+  if (t.soveltaa) {
+    Player& p = player[i];
+    p.uudestaan(alus[tyyppi]);
+    p.x = x / paikkaKerroin;
+    p.y = y / paikkaKerroin;
+    p.kulma = kulma / paikkaKerroin;
+    p.laitaAlkuSirpaleet();
+    tilaFrame[i] = t.frame;
+  }
+  return true;
+}
+
+bool lueAlus(Lukutila& t) {
+  uint8_t i, tyyppi, tiimi, ihminen;
+  int16_t xv, yv;
+  if (!t.l.tavu(i) || !t.l.tavu(tyyppi) || !t.l.tavu(tiimi) || !t.l.tavu(ihminen)) return false;
+  if (!t.l.i16(xv) || !t.l.i16(yv)) return false;
+  if (!pelaajaIndeksi(i) || tyyppi >= alustyyppeja || tiimi >= maxPlayers || ihminen > 1) return false;
+  if (t.soveltaa) {
+    Player& p = player[i];
+    if (p.alus.numero != tyyppi) p.uudestaan(alus[tyyppi]);
+    p.tiimi = tiimi;
+    p.ihmispelaaja = ihminen;
+    p.xvauhti = xv / vauhtiKerroin;
+    p.yvauhti = yv / vauhtiKerroin;
+    tilaFrame[i] = t.frame;
+  }
+  return true;
+}
+
+bool lueOhjaus(Lukutila& t) {
+  uint8_t i, ihminen;
+  if (!t.l.tavu(i) || !t.l.tavu(ihminen) || !pelaajaIndeksi(i) || ihminen > 1) return false;
+  if (t.soveltaa) player[i].ihmispelaaja = ihminen;
+  return true;
+}
+
+bool lueValinta(Lukutila& t) {
+  uint8_t i;
+  uint32_t takaraja;
+  if (!t.l.tavu(i) || !t.l.u32(takaraja) || !pelaajaIndeksi(i)) return false;
+  if (t.soveltaa) alusvalintaPyynto[i] = takaraja;
+  return true;
+}
+
+bool lueAsteroidiOsa(Lukutila& t) {
+  uint8_t i;
+  if (!t.l.tavu(i) || i >= asteroideja) return false;
+  Pati a = asteroidi[i];
+  if (!t.l.tietue(&a, asteroidikoko, lueAsteroidi)) return false;
+  if (t.soveltaa) asteroidi[i] = a;
+  return true;
+}
+
+bool lueAsteroidiRajahdys(Lukutila& t) {
+  asteroidipox a;
+  if (!t.l.tietue(&a, asteroidipoxkoko, lueAsteroidipox) || !aarellinen(a.x) || !aarellinen(a.y)) return false;
+  if (t.soveltaa && odottavia < maxOdottavia) odottavatRajahdykset[odottavia++] = a;
+  return true;
+}
+
+bool lueKukka(Lukutila& t) {
+  uint8_t i;
+  CPiste c;
+  if (!t.l.tavu(i) || !t.l.tietue(&c, cpistekoko, lueCPiste)) return false;
+  // A carrier's slot past the players is let through: the flower rule drops such a flower.
+  const bool tila =
+      c.player == kukkaKotona || c.player == kukkaPudonnut || (c.player >= 0 && c.player < maxPlayers);
+  if (!cpiste || i >= cpisteita || !tila) return false;
+  if (t.soveltaa) cpiste[i] = c;
+  return true;
+}
+
+bool lueValtaus(Lukutila& t) {
+  uint8_t i, tiimi;
+  if (!t.l.tavu(i) || !t.l.tavu(tiimi) || !dpiste || i >= dpisteita) return false;
+  const int omistaja = (int8_t)tiimi;
+  if (omistaja < -1 || omistaja >= maxPlayers) return false;
+  if (t.soveltaa) dpiste[i].tiimi = omistaja;
+  return true;
+}
+
+bool lueSieni(Lukutila& t) {
+  uint8_t i;
+  SPiste s{};
+  if (!t.l.tavu(i) || !t.l.tietue(&s, spistekoko, lueSPiste) || !spiste || i >= spisteita) return false;
+  if (t.soveltaa) {
+    spiste[i].x = s.x;
+    spiste[i].y = s.y;
+  }
+  return true;
+}
+
+bool lueLima(Lukutila& t) {
+  limajuttu l;
+  uint16_t aika;
+  if (!t.l.tietue(&l, limakoko, lueLimajuttu) || !t.l.u16(aika)) return false;
+  if (l.player != t.param || l.kohta < 0 || l.kohta >= limoja || aika == 0 || aika > 32767) return false;
+  if (!aarellinen(l.x) || !aarellinen(l.y)) return false;
+  Player& p = player[t.param];
+  if (t.soveltaa && p.lima) {
+    Pati& m = p.lima[l.kohta];
+    m.x = l.x;
+    m.y = l.y;
+    m.aika = (short)aika;
+    p.limacount = std::max(p.limacount, l.kohta + 1);
+  }
+  return true;
+}
+
+const short poimintaViive = 70;  // a little man let go cannot be picked up at once
+
+bool luePikkumies(Lukutila& t) {
+  pikkumiessiirto s;
+  if (!t.l.tietue(&s, pikkumieskoko, luePikkumiessiirto)) return false;
+  if (s.numero < 0 || s.numero >= pikkumiehia || !aarellinen(s.x) || !aarellinen(s.y) || !aarellinen(s.energia))
+    return false;
+  if (t.soveltaa) {
+    Pati& m = pikkumies[s.numero];
+    if (s.aika > 0) {
+      if (m.aika <= 0) m.ampumisviive = poimintaViive;
+      m.x = s.x;
+      m.y = s.y;
+      m.energia = s.energia;
+    }
+    m.aika = std::max<short>(s.aika, 0);
+  }
+  return true;
+}
+
+Pati* laukausPaikka(int omistaja, bool erikoinen, int indeksi) {
+  if (!pelaajaIndeksi(omistaja) || indeksi >= paikkoja(erikoinen)) return nullptr;
+  Pati* a = padit(player[omistaja], erikoinen);
+  return a ? &a[indeksi] : nullptr;
+}
+
+bool lueKuollut(Lukutila& t, bool erikoinen) {
+  kuolevaPati k;
+  if (!t.l.tietue(&k, kuolevapatikoko, lueKuolevapati)) return false;
+  const int omistaja = (unsigned char)k.pelaaja, indeksi = (t.param << 8) | k.pati;
+  if (!pelaajaIndeksi(omistaja) || indeksi >= paikkoja(erikoinen)) return false;
+  Pati* s = laukausPaikka(omistaja, erikoinen, indeksi);
+  if (t.soveltaa && s) s->aika = 0;
+  return true;
+}
+
+bool lueSyntynyt(Lukutila& t, bool erikoinen, bool taysi) {
+  netPati n;
+  uint16_t aika, energia = 0;
+  uint8_t laskuri = 0;
+  if (!t.l.tietue(&n, netpatikoko, lueNetpati) || !t.l.u16(aika)) return false;
+  if (taysi && (!t.l.u16(energia) || !t.l.tavu(laskuri))) return false;
+  const int omistaja = (unsigned char)n.pelaaja, indeksi = (t.param << 8) | n.pati;
+  if (!pelaajaIndeksi(omistaja) || indeksi >= paikkoja(erikoinen) || aika == 0 || aika > 32767) return false;
+  Pati* s = laukausPaikka(omistaja, erikoinen, indeksi);
+  if (!t.soveltaa || !s) return true;
+  const Alus& a = player[omistaja].alus;
+  if (s->aika <= 0) s->alku = aika;  // a special shot hit on a client is heard once: alku turns negative
+  s->x = n.x;
+  s->y = n.y;
+  s->xv = n.xv;
+  s->yv = n.yv;
+  s->kulma = n.kulma;
+  s->r = n.r;
+  s->g = n.g;
+  s->b = n.b;
+  s->aika = (short)aika;
+  s->energia = taysi ? energia / energiaKerroin : (float)(erikoinen ? a.epatienergia : a.patienergia);
+  s->ampumisviive = laskuri;
+  return true;
+}
+
+bool lueTietue(Lukutila& t, uint8_t tunniste) {
+  switch (tunniste) {
+    case osioRajahdys: return lueRajahdys(t);
+    case osioSyntyma: return lueSyntyma(t);
+    case osioAlus: return lueAlus(t);
+    case osioOhjaus: return lueOhjaus(t);
+    case osioValinta: return lueValinta(t);
+    case osioAsteroidi: return lueAsteroidiOsa(t);
+    case osioAsteroidiRajahdys: return lueAsteroidiRajahdys(t);
+    case osioKukka: return lueKukka(t);
+    case osioValtaus: return lueValtaus(t);
+    case osioSieni: return lueSieni(t);
+    case osioLimat: return lueLima(t);
+    case osioPikkumies: return luePikkumies(t);
+    case osioPatiKuoli: return lueKuollut(t, false);
+    case osioEpatiKuoli: return lueKuollut(t, true);
+    case osioPatiSyntyi: return lueSyntynyt(t, false, false);
+    case osioEpatiSyntyi: return lueSyntynyt(t, true, false);
+    case osioPatiSyntyiTaysi: return lueSyntynyt(t, false, true);
+    case osioEpatiSyntyiTaysi: return lueSyntynyt(t, true, true);
+    default: return false;
+  }
+}
+
+bool kaytaaParamia(uint8_t tunniste) { return tunniste == osioLimat || tunniste >= osioPatiKuoli; }
+
+// A player's slime section replaces all of its blobs.
+void tyhjennaLimat(int i) {
+  Player& p = player[i];
+  for (int b = 0; p.lima && b < limoja; ++b) p.lima[b].aika = 0;
+  p.limacount = 0;
+}
+
+// Coords: the velocity is the position change over the frames between two states;
+// a second state at the same frame keeps the velocity it had.
+void sovellaCoords(int i, const unsigned char* c, int64_t frame) {
+  Player& p = player[i];
+  const float xv = p.xvauhti, yv = p.yvauhti;
+  const short kuolema = p.kuolema;
+  lueCoords(&p, c);
+  const int64_t g = tilaFrame[i] >= 0 ? frame - tilaFrame[i] : 0;
+  if (g > 0) {
+    p.xvauhti /= (float)g;
+    p.yvauhti /= (float)g;
+  } else {
+    p.xvauhti = xv;
+    p.yvauhti = yv;
+  }
+  tilaFrame[i] = std::max(tilaFrame[i], frame);
+  // A ship the host has alive has energy left, however little the byte could show;
+  // at zero the client's world step would blow it up.
+  if (p.kuolema < 1 && p.energia <= 0) p.energia = (float)p.alus.energia / 400;
+  // The revival frame (timer 1) may fall between two states; the world step still
+  // has to see it to burst the swirl into the ship.
+  if (kuolema > 1 && p.kuolema < 1) p.kuolema = 1;
+}
+
+// Walks a FRAME-form payload: frame, coords mask, coords, sections. Checks only, or
+// (once checked) applies as well.
+bool kayKehys(const unsigned char* data, int pituus, bool soveltaa, uint32_t& frame) {
+  Lukija l(data, pituus);
+  uint16_t maski;
+  if (!l.u32(frame) || !l.u16(maski)) return false;
+  for (int i = 0; i < maxPlayers; ++i) {
+    if (!(maski & (1u << i))) continue;
+    const unsigned char* c = l.kohta();
+    if (!pelaajaIndeksi(i) || !l.ohita(coordkoko)) return false;
+    if (soveltaa) sovellaCoords(i, c, frame);
+  }
+  while (l.jaljella() > 0) {
+    uint8_t tunniste, param, maara;
+    if (!l.tavu(tunniste) || !l.tavu(param) || !l.tavu(maara)) return false;
+    if (tunniste == 0 || tunniste >= osioja) return false;
+    if (kaytaaParamia(tunniste) ? tunniste == osioLimat && !pelaajaIndeksi(param) : param != 0) return false;
+    if (soveltaa && tunniste == osioLimat) tyhjennaLimat(param);
+    Lukutila t{l, param, soveltaa, frame};
+    for (int n = 0; n < maara; ++n)
+      if (!lueTietue(t, tunniste)) return false;
+  }
+  return l.ok();
+}
+
+void sovella(const unsigned char* data, int pituus) {
+  uint32_t frame;
+  kayKehys(data, pituus, true, frame);
+}
+
+void poistaJonosta() {
+  const int n = jono[0].pituus;
+  std::memmove(jonoData, jonoData + n, (size_t)(jonoTavuja - n));
+  jonoTavuja -= n;
+  std::copy(jono + 1, jono + jonossa, jono);
+  --jonossa;
+}
+
+void sovellaEnsimmainen() {
+  sovella(jonoData, jono[0].pituus);
+  poistaJonosta();
+}
+
+// The queue is bounded: when it is full the oldest FRAME is applied early.
+void jonoon(uint32_t frame, const unsigned char* data, int pituus) {
+  while (jonossa > 0 && (jonossa == jononPituus || jonoTavuja + pituus > jononTavut)) sovellaEnsimmainen();
+  std::memcpy(jonoData + jonoTavuja, data, (size_t)pituus);
+  jonoTavuja += pituus;
+  jono[jonossa++] = Jonossa{frame, pituus};
+}
+
+// The world is about to be replaced: nothing of the old one may linger.
+void tyhjennaMaailma(uint32_t frame) {
+  for (int i = 0; i < maxPlayers; ++i) {
+    Player& p = player[i];
+    for (bool e : {false, true}) {
+      // Slots past the ship's own are never flown or drawn, and a respawn clears its new range.
+      Pati* s = padit(p, e);
+      for (int k = 0, n = kaytossa(p, e); k < n; ++k) s[k].aika = 0;
+    }
+    tyhjennaLimat(i);
+    tilaFrame[i] = -1;
+    playerrajahtaa[i] = false;
+  }
+  for (Pati& m : pikkumies) m.aika = 0;
+  odottavia = 0;
+  asteroidirajahtaa = false;
+  while (jonossa > 0 && jono[0].frame <= frame) poistaJonosta();
+}
+
+}  // namespace
+
+void aloitaAsiakas() {
+  std::fill(tilaFrame, tilaFrame + maxPlayers, -1);
+  std::fill(alusvalintaPyynto, alusvalintaPyynto + maxPlayers, -1);
+  odottavia = 0;
+  jonossa = jonoTavuja = 0;
+  peliVastaanotto = PeliVastaanotto{-1, 0, false, -1};
+}
+
+bool tarkistaPeliMsg(uint8_t laji, const unsigned char* data, int pituus) {
+  uint32_t frame;
+  return saaLahettaa(laji, Lahettaja::isanta) && pituus <= maxIsannanKehys &&
+         kayKehys(data, pituus, false, frame);
+}
+
+bool kasittelePeliMsg(uint8_t laji, const unsigned char* data, int pituus, int asiakkaanFrame) {
+  if (!tarkistaPeliMsg(laji, data, pituus)) return false;
+  uint32_t frame;
+  Lukija(data, pituus).u32(frame);
+  PeliVastaanotto& v = peliVastaanotto;
+  switch (laji) {
+    case lajiFrame:
+      v.uusinFrame = std::max<int64_t>(v.uusinFrame, frame);
+      jonoon(frame, data, pituus);
+      if ((int64_t)frame <= asiakkaanFrame) {
+        ++v.myohassa;
+        sovellaErat(asiakkaanFrame);
+      }
+      break;
+    case lajiResyncAlku:
+      tyhjennaMaailma(frame);
+      v.resyncKesken = true;
+      sovella(data, pituus);
+      break;
+    case lajiResyncOsa:
+      sovella(data, pituus);
+      break;
+    default:  // the end
+      sovella(data, pituus);
+      v.resyncKesken = false;
+      v.resyncValmis = frame;
+      v.uusinFrame = std::max<int64_t>(v.uusinFrame, frame);
+      break;
+  }
+  return true;
+}
+
+void sovellaErat(int frame) {
+  while (jonossa > 0 && (int64_t)jono[0].frame <= frame) sovellaEnsimmainen();
+  if (odottavia > 0 && !asteroidirajahtaa) {
+    asteroidirajahtaa = true;
+    arajahdys[0] = odottavatRajahdykset[0].x;
+    arajahdys[1] = odottavatRajahdykset[0].y;
+    std::copy(odottavatRajahdykset + 1, odottavatRajahdykset + odottavia, odottavatRajahdykset);
+    --odottavia;
+  }
+}
+
+// ==== Client to host ======================================================================
+
+uint8_t napitBitteina(const Player& p) {
+  return (uint8_t)((p.pfire ? nappiTuli : 0) | (p.pease ? nappiErikois : 0) | (p.pylos ? nappiKaasu : 0) |
+                   (p.pleft ? nappiVasen : 0) | (p.pright ? nappiOikea : 0) | (p.palas ? nappiPakki : 0));
+}
+
+namespace {
+
+void aloitaAsiakkaanViesti(Kirjoittaja& k, uint8_t laji) {
+  k.tavu(laji);
+  k.u16(0);
+}
+
+const uint8_t kaikkiNapit = 63;
+
+// Walks a client's payload; applies as well once it has been checked.
+bool kayAsiakkaanViesti(uint8_t laji, const unsigned char* data, int pituus, bool soveltaa, int yhteys,
+                        const int* omistaja) {
+  Lukija l(data, pituus);
+  auto oma = [&](int slot) { return soveltaa && omistaja[slot] == yhteys; };
+  switch (laji) {
+    case lajiNapit: {
+      AsiakasYhteys y{true, 0, 0, 0};
+      uint8_t maara;
+      if (!l.u16(y.jarjestys) || !l.u32(y.kuitattu) || !l.u32(y.nahtyFrame) || !l.tavu(maara)) return false;
+      if (maara > maxPlayers) return false;
+      for (int n = 0; n < maara; ++n) {
+        uint8_t slot, napit;
+        if (!l.tavu(slot) || !l.tavu(napit) || slot >= maxPlayers || (napit & ~kaikkiNapit)) return false;
+        if (!oma(slot)) continue;
+        Player& p = player[slot];
+        p.pfire = napit & nappiTuli;
+        p.pease = napit & nappiErikois;
+        p.pylos = napit & nappiKaasu;
+        p.pleft = napit & nappiVasen;
+        p.pright = napit & nappiOikea;
+        p.palas = napit & nappiPakki;
+      }
+      if (soveltaa) asiakasYhteys[yhteys] = y;
+      break;
+    }
+    case lajiValinta: {
+      uint8_t slot, tyyppi;
+      if (!l.tavu(slot) || !l.tavu(tyyppi) || slot >= maxPlayers || tyyppi >= alustyyppeja) return false;
+      if (oma(slot)) alusvalinta[slot] = tyyppi;
+      break;
+    }
+    case lajiLahto:
+      break;
+    default:
+      return false;
+  }
+  return l.ok() && l.jaljella() == 0;
+}
+
+}  // namespace
+
+int koodaaNapit(unsigned char* buf, int tila, uint16_t jarjestys, uint32_t saatu, uint32_t nahtyFrame,
+                const SlotinNapit* napit, int maara) {
+  if (maara < 0 || maara > maxPlayers) return 0;
+  Kirjoittaja k(buf, tila);
+  aloitaAsiakkaanViesti(k, lajiNapit);
+  k.u16(jarjestys);
+  k.u32(saatu);
+  k.u32(nahtyFrame);
+  k.tavu((uint8_t)maara);
+  for (int n = 0; n < maara; ++n) {
+    k.tavu(napit[n].pelaaja);
+    k.tavu(napit[n].napit & kaikkiNapit);
+  }
+  return valmisViesti(k);
+}
+
+int koodaaValinta(unsigned char* buf, int tila, int pelaaja, int alusnumero) {
+  Kirjoittaja k(buf, tila);
+  aloitaAsiakkaanViesti(k, lajiValinta);
+  k.tavu((uint8_t)pelaaja);
+  k.tavu((uint8_t)alusnumero);
+  return valmisViesti(k);
+}
+
+int koodaaLahto(unsigned char* buf, int tila) {
+  Kirjoittaja k(buf, tila);
+  aloitaAsiakkaanViesti(k, lajiLahto);
+  return valmisViesti(k);
+}
+
+bool tarkistaAsiakkaanMsg(uint8_t laji, const unsigned char* data, int pituus) {
+  return pituus <= maxAsiakkaanKehys && kayAsiakkaanViesti(laji, data, pituus, false, -1, nullptr);
+}
+
+AsiakkaanTulos kasitteleAsiakkaanMsg(int yhteys, uint8_t laji, const unsigned char* data, int pituus,
+                                     const int* omistaja) {
+  if (yhteys < 0 || yhteys >= maxYhteyksia || !tarkistaAsiakkaanMsg(laji, data, pituus))
+    return AsiakkaanTulos::virhe;
+  kayAsiakkaanViesti(laji, data, pituus, true, yhteys, omistaja);
+  return laji == lajiLahto ? AsiakkaanTulos::lahtee : AsiakkaanTulos::ok;
+}

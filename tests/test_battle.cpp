@@ -3,8 +3,6 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <cstdlib>
-#include <new>
 #include <set>
 
 #include "Main.h"
@@ -13,20 +11,7 @@
 #include "domination.h"
 #include "simscene.h"
 
-// Counts the allocations made while the world step runs: it must make none.
-namespace {
-bool laskeVaraukset = false;
-long varauksia = 0;
-}  // namespace
-
-// All kept out of line: inlined, the compiler would see malloc() meet operator delete.
-[[gnu::noinline]] void* operator new(std::size_t koko) {
-  if (laskeVaraukset) ++varauksia;
-  if (void* p = std::malloc(koko ? koko : 1)) return p;
-  throw std::bad_alloc();
-}
-[[gnu::noinline]] void operator delete(void* p) noexcept { std::free(p); }
-[[gnu::noinline]] void operator delete(void* p, std::size_t) noexcept { std::free(p); }
+#include "varaukset.h"  // the world step must allocate nothing
 
 namespace {
 
