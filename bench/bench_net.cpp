@@ -8,7 +8,7 @@
 #include <cmath>
 #include <vector>
 
-#include "../tests/simscene.h"
+#include "simscene.h"
 #include "ai.h"
 #include "netpeli.h"
 

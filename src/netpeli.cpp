@@ -113,7 +113,7 @@ const int laukausKoko = 17, taysiLaukausKoko = 20, limaKoko = 14;
 const uint8_t syntyiOsio[2][2] = {{osioPatiSyntyi, osioPatiSyntyiTaysi},
                                   {osioEpatiSyntyi, osioEpatiSyntyiTaysi}};
 
-bool pelaajaIndeksi(int i) { return i >= 0 && i < pelaajaLkm(); }
+bool pelaajaIndeksi(int i) { return i >= 0 && i < saannot::pelaajia(); }
 
 int paikkoja(bool erikoinen) { return std::clamp(erikoinen ? maksimiepadit : maksimipadit, 0, patiPaikkoja); }
 Pati* padit(const Player& p, bool erikoinen) { return erikoinen ? p.epati : p.pati; }
@@ -258,7 +258,7 @@ void keraaAlus(int i) {
   // A client learns of a death up to a FRAME late and flies the shots meanwhile;
   // the frozen shots are sent again so that they stop where the host's stopped.
   const bool kuoli = a.kuolema < 1 && p.kuolema >= 1;
-  const bool lensi = a.kuolema < 1 && pelissa(i);
+  const bool lensi = a.kuolema < 1 && saannot::pelissa(player[i]);
   a.numero = p.alus.numero;
   a.kuolema = p.kuolema;
   if (tuli) {
@@ -479,7 +479,7 @@ int valmisViesti(Kirjoittaja& k) {
 }
 
 void lisaaAlustenTapahtumat(Osiot& o) {
-  for (int i = 0; i < pelaajaLkm(); ++i) {
+  for (int i = 0; i < saannot::pelaajia(); ++i) {
     AlusVarjo& a = alusVarjo[i];
     if (a.rajahti && lisaaRajahdys(o, i, a.rx, a.ry)) a.rajahti = false;
     if (a.syntyi && lisaaSyntyma(o, i)) a.syntyi = false;
@@ -568,10 +568,10 @@ bool lisaaLaukaukset(Osiot& o, int i, bool e) {
 // A few drifting shots are sent again each FRAME, taking turns.
 void lisaaAjelehtivat(Osiot& o) {
   auto& v = ajelehtivaVuoro;
-  if (pelaajaLkm() == 0) return;
+  if (saannot::pelaajia() == 0) return;
   int jaljella = ajelehtiviaFramessa;
   for (int kierros = 0; kierros <= maxPlayers * 2 && jaljella > 0; ++kierros) {
-    if (v.pelaaja >= pelaajaLkm()) v.pelaaja = 0;
+    if (v.pelaaja >= saannot::pelaajia()) v.pelaaja = 0;
     const Player& p = player[v.pelaaja];
     const bool e = v.taulukko == 1;
     if (ajelehtiva(p, e)) {
@@ -598,7 +598,7 @@ void lisaaAjelehtivat(Osiot& o) {
 void aloitaKeraaja() {
   for (int i = 0; i < maxPlayers; ++i) {
     const Player& p = player[i];
-    alusVarjo[i] = AlusVarjo{p.alus.numero, p.kuolema, false, false, pelissa(i), 0, 0, -1, -1};
+    alusVarjo[i] = AlusVarjo{p.alus.numero, p.kuolema, false, false, saannot::pelissa(player[i]), 0, 0, -1, -1};
     for (bool e : {false, true}) {
       PatiVarjo& v = patiVarjo[i][e];
       const Pati* s = padit(p, e);
@@ -631,7 +631,7 @@ void aloitaKeraaja() {
 }
 
 void keraaTapahtumat() {
-  for (int i = 0; i < pelaajaLkm(); ++i) keraaAlus(i);
+  for (int i = 0; i < saannot::pelaajia(); ++i) keraaAlus(i);
   keraaAsteroidit();
   keraaPikkumiehet();
 }
@@ -648,8 +648,8 @@ int koodaaFrame(uint32_t frame, unsigned char* buf, int tila) {
   const int raja = std::min(tila, maxFrameViesti);
   // A player who has just left play is sent once more, so that clients see him out.
   uint16_t maski = 0;
-  for (int i = 0; i < pelaajaLkm(); ++i) {
-    const bool mukana = pelissa(i);
+  for (int i = 0; i < saannot::pelaajia(); ++i) {
+    const bool mukana = saannot::pelissa(player[i]);
     if (mukana || alusVarjo[i].pelissa) maski |= (uint16_t)(1u << i);
     alusVarjo[i].pelissa = mukana;
   }
@@ -660,11 +660,11 @@ int koodaaFrame(uint32_t frame, unsigned char* buf, int tila) {
   lisaaAlustenTapahtumat(o);
   lisaaAsteroidit(o);
   lisaaTavoitteet(o, framejaKoodattu % kaikkiTavoitteetVali == 0);
-  for (int i = 0; i < pelaajaLkm(); ++i)
+  for (int i = 0; i < saannot::pelaajia(); ++i)
     if (limaVarjo[i].likainen && lisaaLimat(o, i)) limaVarjo[i].likainen = false;
   lisaaPikkumiehet(o);
   bool tilaa = true;
-  for (int i = 0; i < pelaajaLkm() && tilaa; ++i)
+  for (int i = 0; i < saannot::pelaajia() && tilaa; ++i)
     for (bool e : {false, true}) tilaa = tilaa && lisaaLaukaukset(o, i, e);
   if (tilaa) lisaaAjelehtivat(o);
   ++framejaKoodattu;
@@ -713,7 +713,7 @@ bool resyncTietue(ResyncKoodaaja& r, Osiot& o) {
 
 int resyncVaiheenPituus(const ResyncKoodaaja& r) {
   switch (r.vaihe) {
-    case rAlukset: case rLimat: return pelaajaLkm();
+    case rAlukset: case rLimat: return saannot::pelaajia();
     case rAsteroidit: return asteroideja;
     case rKukat: return tavoitteita(cpiste, cpisteita);
     case rValtaukset: return tavoitteita(dpiste, dpisteita);
@@ -725,7 +725,7 @@ int resyncVaiheenPituus(const ResyncKoodaaja& r) {
 
 // The live shots from the cursor on; false when the message is full.
 bool resyncLaukaukset(ResyncKoodaaja& r, Osiot& o) {
-  for (; r.pelaaja < pelaajaLkm(); ++r.pelaaja, r.taulukko = 0) {
+  for (; r.pelaaja < saannot::pelaajia(); ++r.pelaaja, r.taulukko = 0) {
     for (; r.taulukko < 2; ++r.taulukko, r.indeksi = 0) {
       const bool e = r.taulukko == 1;
       const Pati* s = padit(player[r.pelaaja], e);
@@ -748,7 +748,7 @@ int seuraavaResyncOsa(ResyncKoodaaja& r, unsigned char* buf, int tila) {
     // The end carries every slot's coords, so that clients also learn who is out.
     const bool loppu = r.vaihe == rLoppu;
     aloitaViesti(k, loppu ? lajiResyncLoppu : lajiResyncAlku, r.frame,
-                 loppu ? (uint16_t)((1u << pelaajaLkm()) - 1) : 0);
+                 loppu ? (uint16_t)((1u << saannot::pelaajia()) - 1) : 0);
     r.vaihe = loppu ? rValmis : rAlukset;
     return valmisViesti(k);
   }
