@@ -1,0 +1,44 @@
+// The host's lobby handler fed a client's bytes in two receives (the first byte picks the
+// connection, the second where the bytes split).
+#include <cstddef>
+#include <cstdint>
+
+#include "net.h"
+
+namespace {
+
+char tunnukset[yhteyksia];
+unsigned summa = 0;  // every byte sent is read
+int vastaanotettu(TCPsocket, const void* data, int n) {
+  for (int i = 0; i < n; ++i) summa += static_cast<const unsigned char*>(data)[i];
+  return n;
+}
+void eiSulkua(TCPsocket) {}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
+  if (size < 2) return 0;
+  tcpLahetys = vastaanotettu;
+  tcpSulku = eiSulkua;
+  hostpeli = true;
+  alustaAula();
+  tila[0] = 1;
+  pelaajiasoketista[0] = 1;
+  for (int c = 1; c < yhteyksia; ++c) {
+    tcpsoketit[c] = reinterpret_cast<TCPsocket>(&tunnukset[c]);
+    tila[c] = 1;
+  }
+  const int c = 1 + data[0] % (yhteyksia - 1);
+  const unsigned char* tavut = data + 2;
+  const int pituus = static_cast<int>(size - 2), jako = data[1] * pituus / 255;
+  const int kaytetty = hostNetKasittele(c, tavut, jako);
+  // What was left waits in front of the next receive, as the connection's buffer keeps it.
+  static unsigned char puskuri[vastaanottoTila];
+  const int jaljella = jako - kaytetty;
+  if (jaljella < 0 || jaljella > jako) __builtin_trap();
+  int n = 0;
+  for (int i = kaytetty; i < pituus && n < vastaanottoTila; ++i) puskuri[n++] = tavut[i];
+  hostNetKasittele(c, puskuri, n);
+  return 0;
+}
