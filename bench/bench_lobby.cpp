@@ -2,9 +2,6 @@
 // answer like clients): the host's network work per lobby frame, and the time a chat
 // line from one client takes through the host to all 15.
 #include <benchmark/benchmark.h>
-#include <netinet/in.h>
-#include <sys/socket.h>
-#include <unistd.h>
 
 #include <chrono>
 #include <cstdio>
@@ -13,6 +10,7 @@
 #include "Main.h"
 #include "chat.h"
 #include "net.h"
+#include "../tests/verkkoapu.h"
 
 namespace {
 
@@ -22,17 +20,6 @@ std::string saatu[asiakkaita];
 SDLNet_SocketSet asiakkaat = nullptr;
 std::chrono::steady_clock::time_point elossa;
 
-int vapaaPortti() {
-  const int s = socket(AF_INET, SOCK_STREAM, 0);
-  sockaddr_in a{};
-  a.sin_family = AF_INET;
-  a.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-  bind(s, reinterpret_cast<sockaddr*>(&a), sizeof a);
-  socklen_t koko = sizeof a;
-  getsockname(s, reinterpret_cast<sockaddr*>(&a), &koko);
-  close(s);
-  return ntohs(a.sin_port);
-}
 
 void aulaKierros() {
   paivitaPelaajat();
@@ -58,7 +45,7 @@ void asiakkaatLukevat(int odotus) {
 bool aulaValmis() {
   static bool valmis = false;
   if (valmis) return true;
-  verkkoportti = vapaaPortti();
+  verkkoportti = verkkoapu::vapaaPortti();
   hostpeli = true;
   alustaAula();
   pelaajiasoketista[0] = 1;

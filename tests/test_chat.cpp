@@ -1,5 +1,5 @@
 // The chat: long lines continue under their sender, the input line's limits and scroll,
-// the host's own lines, and the screen closing itself when the game starts.
+// and the screen closing itself when the game starts.
 #include <gtest/gtest.h>
 
 #include <cstring>
@@ -7,7 +7,6 @@
 
 #include "Main.h"
 #include "Player.h"
-#include "Sets.h"
 #include "chat.h"
 #include "net.h"
 #include "testutil.h"
@@ -49,30 +48,6 @@ TEST(Chat, TheInputStopsAt498AndKeepsTheCursorInView) {
   for (int i = 0; i < 400; ++i) kirjoitaNappi(8, 0, SDLK_BACKSPACE);
   EXPECT_EQ(kirjotettavakirjain, 98);
   EXPECT_EQ(vasenkirjain, 88);  // the last ten stay visible
-}
-
-int lahetettyja = 0;
-int laskeLahetys(TCPsocket, const void*, int n) {
-  lahetettyja += n;
-  return n;
-}
-
-TEST(Chat, TheHostShowsItsOwnLineAndSendsItToEveryClient) {
-  tyhjennaChatBufferi();
-  std::memset(sets.nick[0], 0, sizeof sets.nick[0]);
-  std::strcpy(sets.nick[0], "bob");
-  char tunnus;
-  tcpLahetys = laskeLahetys;
-  hostpeli = true;
-  tcpsoketit[1] = tcpsoketit[4] = reinterpret_cast<TCPsocket>(&tunnus);
-  std::strcpy(kirjotusbuffer, "hello");
-  tekstiValmis();
-  EXPECT_STREQ(chatbuffer[0], "bob       :hello");
-  EXPECT_EQ(lahetettyja, 2 * (5 + 16));
-  EXPECT_EQ(kirjotusbuffer[0], 0);
-  tcpsoketit[1] = tcpsoketit[4] = nullptr;
-  tcpLahetys = SDLNet_TCP_Send;
-  hostpeli = false;
 }
 
 TEST(Chat, TheScreenClosesWhenTheGameStartsEvenWhileTyping) {

@@ -1,8 +1,6 @@
 // The lobby over real sockets on 127.0.0.1: the test process hosts, forked children
 // join as clients (all headless), and raw sockets play clients that misbehave.
 #include <gtest/gtest.h>
-#include <netinet/in.h>
-#include <sys/socket.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -17,6 +15,7 @@
 #include "chat.h"
 #include "localgame.h"
 #include "net.h"
+#include "verkkoapu.h"
 #include "scene.h"
 #include "simscene.h"
 
@@ -26,18 +25,6 @@ using Kello = std::chrono::steady_clock;
 
 double sekunteja(Kello::time_point alku) { return std::chrono::duration<double>(Kello::now() - alku).count(); }
 
-// A port nobody listens on: the kernel's pick for a socket bound to port 0.
-int vapaaPortti() {
-  const int s = socket(AF_INET, SOCK_STREAM, 0);
-  sockaddr_in a{};
-  a.sin_family = AF_INET;
-  a.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-  bind(s, reinterpret_cast<sockaddr*>(&a), sizeof a);
-  socklen_t koko = sizeof a;
-  getsockname(s, reinterpret_cast<sockaddr*>(&a), &koko);
-  close(s);
-  return ntohs(a.sin_port);
-}
 
 // Runs f in a child process, which exits with f's result.
 pid_t lapsena(const std::function<int()>& f) {
@@ -97,7 +84,7 @@ protected:
     simscene::maailma(2);
     aulanPiirto = eiPiirtoa;
     pelinPiirto = ottelunKuva;
-    verkkoportti = vapaaPortti();
+    verkkoportti = verkkoapu::vapaaPortti();
     hostpeli = true;
     alustaAula();
     pelaajiasoketista[0] = 1;
@@ -225,7 +212,7 @@ TEST_F(Connect, JoinFailuresAreReportedAndABusyPortEndsTheHostWithStatusTwo) {
   const int portti = verkkoportti;
   EXPECT_FALSE(yhdistaHostiin(""));
   EXPECT_STREQ(eroSyy, "host not found");
-  verkkoportti = vapaaPortti();
+  verkkoportti = verkkoapu::vapaaPortti();
   EXPECT_FALSE(yhdistaHostiin("127.0.0.1"));
   EXPECT_STREQ(eroSyy, "connection refused");
   verkkoportti = portti;

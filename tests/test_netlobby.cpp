@@ -72,6 +72,17 @@ protected:
     return b + '\0';
   }
   static std::string tiimi(int paikka) { return std::string("team") + static_cast<char>(paikka); }
+  // The nicks of slots 0..n-1, joined by '|'.
+  static std::string nimet(int n) {
+    std::string t = netnick[0];
+    for (int s = 1; s < n; ++s) t += std::string("|") + netnick[s];
+    return t;
+  }
+  void asiakkaaksi() {
+    hostpeli = false;
+    joinpeli = true;
+    joinsoketti = tunnus(hostiYhteys);
+  }
 };
 
 TEST_F(Lobby, TwoMessagesInOneReceiveAndOneSplitOverTwoAreAllHandled) {
@@ -110,27 +121,17 @@ TEST_F(Lobby, TeamChangesWrapAndOnlyTouchTheSendersOwnSlots) {
   EXPECT_EQ(mptiimi[0], 0);  // the host's
 }
 
-TEST_F(Lobby, AnnouncementsBeyondTheOpenSlotsOrOutsideOneToFourAreRefusedAndDropped) {
-  for (int s = 3; s < 16; ++s) mpstatus[s] = 1;
-  host(1, ilmoitus({"a", "b"}));
-  host(2, ilmoitus({"c"}));  // slots 0-2 are taken
+TEST_F(Lobby, NamesUpToElevenBytesAreTakenAndTooManyPlayersAreRefusedAndDropped) {
+  std::snprintf(tcpnick[1][2], 11, "old");
+  host(1, ilmoitus({"", "abcdefghijk", "abcdefghijkl", "dora"}));
+  EXPECT_EQ(nimet(5), "hostman||abcdefghij|old|dora");  // 12 bytes: not taken
+  for (int s = 6; s < 16; ++s) mpstatus[s] = 1;
+  host(2, ilmoitus({"c", "d"}));  // one slot open
   EXPECT_EQ(lahetetyt[tunnus(2)], tavut("pelaajia liikaa!;\0", 18));
   EXPECT_EQ(tila[2], 0);
   EXPECT_EQ(tcpsoketit[2], nullptr);
-  for (int lkm : {0, 5}) {
-    host(3, ilmoitus({}, lkm));
-    EXPECT_EQ(tila[3], 0) << lkm;
-    tila[3] = 1, tcpsoketit[3] = tunnus(3), mpstatus[4] = 0;
-  }
-}
-
-TEST_F(Lobby, NamesAreStoredUpToElevenBytesAndCutToTen) {
-  snprintf(tcpnick[1][2], 11, "old");
-  host(1, ilmoitus({"", "abcdefghijk", "abcdefghijkl", "dora"}));
-  EXPECT_STREQ(netnick[1], "");
-  EXPECT_STREQ(netnick[2], "abcdefghij");
-  EXPECT_STREQ(netnick[3], "old");  // 12 bytes: not taken
-  EXPECT_STREQ(netnick[4], "dora");
+  host(3, ilmoitus({}, 0));
+  EXPECT_EQ(tila[3], 0);
 }
 
 TEST_F(Lobby, SlotsFillInConnectionOrderPastClosedAndComputerSlots) {
@@ -140,23 +141,12 @@ TEST_F(Lobby, SlotsFillInConnectionOrderPastClosedAndComputerSlots) {
   mpstatus[8] = 1;
   host(2, ilmoitus({"bertta"}));
   host(1, ilmoitus({"anna", "aino"}));
-  EXPECT_STREQ(netnick[0], "hostman");
-  EXPECT_STREQ(netnick[1], "closed");
-  EXPECT_STREQ(netnick[2], "cpu 1");
-  EXPECT_STREQ(netnick[3], "anna");
-  EXPECT_STREQ(netnick[4], "aino");
-  EXPECT_STREQ(netnick[5], "bertta");
-  EXPECT_STREQ(netnick[6], "cpu 2");
-  EXPECT_STREQ(netnick[7], "-");
-  EXPECT_STREQ(netnick[8], "-");  // closed, but after the last player
+  // A closed slot after the last player shows "-".
+  EXPECT_EQ(nimet(9), "hostman|closed|cpu 1|anna|aino|bertta|cpu 2|-|-");
   EXPECT_EQ(pelaajasoketista[5], 2);
-
   disconnect(1);
   paivitaPelaajat();
-  EXPECT_EQ(mpstatus[3], 2);  // client 1's players are computer pilots now
-  EXPECT_EQ(mpstatus[4], 2);
-  EXPECT_STREQ(netnick[3], "cpu 2");
-  EXPECT_STREQ(netnick[5], "bertta");
+  EXPECT_EQ(nimet(7), "hostman|closed|cpu 1|cpu 2|cpu 3|bertta|cpu 4");  // pilots now
   EXPECT_EQ(suljettuja, 1);
 }
 
@@ -174,29 +164,23 @@ TEST_F(Lobby, TheTeamTableArrivesWholeAtTheClientEvenInPieces) {
   EXPECT_EQ(taulu.substr(0, 7), std::string("tiimit") + '\x10');
   EXPECT_EQ(taulu.back(), ';');
 
-  hostpeli = false;
-  joinpeli = true;
-  joinsoketti = tunnus(hostiYhteys);
+  asiakkaaksi();
   alustaAula();
   gamemode = 0;
-  calculatefps = 100;
   EXPECT_EQ(client(taulu.substr(0, 100)), 0);
   EXPECT_STREQ(netnick[1], "-");
   ASSERT_EQ(client(taulu + "you have"), static_cast<int>(taulu.size()));
   EXPECT_EQ(mptiimi[1], 7);
   EXPECT_EQ(mpstatus[1], 3);
   EXPECT_EQ(mpstatus[5], 2);
-  EXPECT_STREQ(netnick[1], "anna");
-  EXPECT_STREQ(netnick[5], "cpu 1");
+  EXPECT_EQ(nimet(6), "hostman|anna|-|-|-|cpu 1");
   EXPECT_EQ(gamemode, 3);
   EXPECT_EQ(mpcredits, 450);
   EXPECT_EQ(playerslots, 16);
 }
 
 TEST_F(Lobby, TheClientAnnouncesItsPlayersAndFollowsTheHostToTheStart) {
-  hostpeli = false;
-  joinpeli = true;
-  joinsoketti = tunnus(hostiYhteys);
+  asiakkaaksi();
   joinaavia = 2;
   snprintf(sets.nick[0], sizeof sets.nick[0], "eka");
   snprintf(sets.nick[1], sizeof sets.nick[1], "abcdefghijklmno");
@@ -229,12 +213,17 @@ TEST_F(Lobby, AChatLineIsShownAndPassedOnToEveryClientWithoutItsZero) {
   ASSERT_EQ(host(2, viesti), 25);
   EXPECT_STREQ(chatbuffer[0], "bertta    :hello all");
   for (int c = 1; c <= 3; ++c) EXPECT_EQ(lahetetyt[tunnus(c)], viesti.substr(0, 24)) << c;
+  std::memset(sets.nick[0], 0, sizeof sets.nick[0]);
+  std::strcpy(sets.nick[0], "bob");
+  std::strcpy(kirjotusbuffer, "hi");
+  tekstiValmis();  // the host's own line, its zero sent too
+  EXPECT_STREQ(chatbuffer[0], "bob       :hi");
+  EXPECT_EQ(lahetetyt[tunnus(1)], viesti.substr(0, 24) + tavut("x\xe4tbob       :hi;\0", 18));
 
-  hostpeli = false;
-  joinsoketti = tunnus(hostiYhteys);
+  asiakkaaksi();
   ASSERT_EQ(client(viesti.substr(0, 24) + "tii"), 24);
   EXPECT_STREQ(chatbuffer[0], "bertta    :hello all");
-  EXPECT_STREQ(chatbuffer[1], "bertta    :hello all");
+  EXPECT_STREQ(chatbuffer[1], "bob       :hi");
 }
 
 TEST_F(Lobby, TheLastHostFileIsCutToFortyBytesAndWrittenUpToItsEnd) {
@@ -268,11 +257,9 @@ TEST_F(Lobby, TheMatchTakesTheHumanAndComputerSlotsInSlotOrder) {
   mpcredits = 300;
   rakennaVerkkoOttelu();
   ASSERT_EQ(players, 5);
-  const char* nimet[5] = {"hostman", "anna", "cpu 1", "cpu 2", "bertta"};
-  const int paikat[5] = {0, 1, 3, 4, 5};
+  EXPECT_EQ(nimet(5), "hostman|anna|cpu 1|cpu 2|bertta");
   for (int i = 0; i < 5; ++i) {
-    EXPECT_STREQ(netnick[i], nimet[i]) << i;
-    EXPECT_EQ(ottelunPaikka[i], paikat[i]) << i;
+    EXPECT_EQ(ottelunPaikka[i], i < 2 ? i : i + 1) << i;
     EXPECT_EQ(player[i].ihmispelaaja, i != 2 && i != 3) << i;
     EXPECT_EQ(player[i].pisteet, 300) << i;
   }
