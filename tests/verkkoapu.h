@@ -23,11 +23,8 @@ inline int vapaaPortti() {
   return ntohs(a.sin_port);
 }
 
-inline unsigned summa = 0;  // every byte sent is read
-inline int otaKaikki(TCPsocket, const void* data, int n) {
-  for (int i = 0; i < n; ++i) summa += static_cast<const unsigned char*>(data)[i];
-  return n;
-}
+// The send queue has already copied (and so read) every byte.
+inline int otaKaikki(TCPsocket, const void*, int n) { return n; }
 inline void eiSulkua(TCPsocket) {}
 
 // Sends and closes go to the two above; returns a stand-in socket that nobody reads.
