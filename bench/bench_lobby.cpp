@@ -101,8 +101,8 @@ void BM_ChatKaikille(benchmark::State& state) {
     const int pituus = std::snprintf(viesti, sizeof viesti, "x\xe4tasiakas0  :rivi %d;", ++numero) + 1;
     const std::string loppu = std::string(viesti + 14, static_cast<size_t>(pituus - 16));  // the text
     SDLNet_TCP_Send(asiakas[0], viesti, pituus);
-    for (int kierros = 0; std::string(chatbuffer[0]).find(loppu) == std::string::npos && kierros < 100; ++kierros)
-      kuuntele();
+    auto hostilla = [&] { return std::string(chatbuffer[0]).find(loppu) != std::string::npos; };
+    for (int kierros = 0; kierros < 100 && !hostilla(); ++kierros) kuuntele();
     int perilla = 0;
     for (int kierros = 0; perilla < asiakkaita && kierros < 1000; ++kierros) {
       asiakkaatLukevat(1);

@@ -53,7 +53,8 @@ void piirraMerkki(float x, float y) {
 
 void piirraSyote(bool kirjoittaa) {
   char nakyva[chatRivinKoko + 2];
-  std::snprintf(nakyva, sizeof nakyva, "%.*s%s", ruudunleveys, kirjotusbuffer + vasenkirjain, kirjoittaa ? "_" : "");
+  const char* kursori = kirjoittaa ? "_" : "";
+  std::snprintf(nakyva, sizeof nakyva, "%.*s%s", ruudunleveys, kirjotusbuffer + vasenkirjain, kursori);
   glColor4f(1, 1, 1, 1);
   gl_println(syoteX, syoteY, chatZ, nakyva, tekstinKoko);
 }

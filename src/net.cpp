@@ -1247,7 +1247,8 @@ void piirraJoinMenu(int kohta) {
   piirraAlarivi(kohta == jkOsoite   ? "type the address     Enter: join"
                 : kohta == jkPelaajat ? "left, right: players on this machine     Enter: join"
                                       : "");
-  const float loppu = arvot[kohta] ? tekstinLoppu(-6, arvot[kohta], riviKoko) : tekstinLoppu(alaX, nimet[kohta], riviKoko);
+  const float loppu =
+      arvot[kohta] ? tekstinLoppu(-6, arvot[kohta], riviKoko) : tekstinLoppu(alaX, nimet[kohta], riviKoko);
   piirraKursori(alaX, loppu, 6 - 2.0f * kohta);
   lopetaValikonKuva();
 }

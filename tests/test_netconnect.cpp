@@ -196,7 +196,8 @@ TEST_F(Connect, ASixteenthConnectionIsAcceptedButNeitherKeptNorClosed) {
   ASSERT_TRUE(kaikki);
   EXPECT_EQ(soketteja, 2 * (yhteyksia - 1) + 1);
   size_t rivit = 0;
-  for (size_t i = 0; (i = tuloste.find("Tulipa yksi soketti taas lisättyä\n", i)) != std::string::npos; ++i) ++rivit;
+  const std::string rivi = "Tulipa yksi soketti taas lisättyä\n";
+  for (size_t i = 0; (i = tuloste.find(rivi, i)) != std::string::npos; ++i) ++rivit;
   EXPECT_EQ(rivit, 16u);
   char b[32] = {};
   EXPECT_EQ(SDLNet_TCP_Recv(asiakkaat[0], b, 26), 26);

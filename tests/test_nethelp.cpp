@@ -29,8 +29,10 @@ void kiertaa(const T& alku, int (*kirjota)(unsigned char*, const T*), int (*lue)
 }
 
 TEST(Records, EveryRecordReadsBackToWhatWasWritten) {
-  kiertaa(netPati{-20.5f, 33.25f, 1.5f, -0.75f, 359.5f, 0.5f, 0.25f, 1.0f, 7, 12}, kirjotaNetpati, lueNetpati, 15);
-  kiertaa(Pati{140.55f, -90.01f, 0.123f, -0.5f, 0, 0, 0, 0, 0, 0, 1.2345f, 0, 0}, kirjotaAsteroidi, lueAsteroidi, 10);
+  const netPati laukaus{-20.5f, 33.25f, 1.5f, -0.75f, 359.5f, 0.5f, 0.25f, 1.0f, 7, 12};
+  kiertaa(laukaus, kirjotaNetpati, lueNetpati, 15);
+  const Pati kivi{140.55f, -90.01f, 0.123f, -0.5f, 0, 0, 0, 0, 0, 0, 1.2345f, 0, 0};
+  kiertaa(kivi, kirjotaAsteroidi, lueAsteroidi, 10);
   kiertaa(SPiste{-77, 101, true}, kirjotaSPiste, lueSPiste, 4);
   kiertaa(CPiste{12.5f, -3.25f, kukkaPudonnut, 3, true}, kirjotaCPiste, lueCPiste, 6);
   kiertaa(pikkumiessiirto{1.5f, -2.25f, 0.125f, -300, 199}, kirjotaPikkumiessiirto, luePikkumiessiirto, 16);
