@@ -416,9 +416,12 @@ int paceAndCalculate(CatchUp policy, int limit, void (*step)(int)) {
   return computed;
 }
 
+void (*taustatyo)() = nullptr;
+
 void waitNextFrame() {
   waitForDueFrame();
   oldframecounter = framecounter;
+  if (taustatyo) taustatyo();
 }
 
 void handleKeydown(SDL_keysym* keysym) {

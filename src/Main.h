@@ -87,8 +87,12 @@ enum class CatchUp {
 // then runs `step(++oldframecounter)` once per due frame under the catch-up policy.
 // Returns the number of frames computed.
 int paceAndCalculate(CatchUp policy, int limit, void (*step)(int));
-// Steps 1-3 for menu loops: wait for the next calculated frame, then oldframecounter = framecounter.
+// Steps 1-3 for menu loops: wait for the next calculated frame, then oldframecounter = framecounter;
+// then the screen underneath does its part (`taustatyo`, when set).
 void waitNextFrame();
+// Work that a screen keeps doing while a menu opened from it runs (the network lobby
+// keeps its connections alive under the settings menu).
+extern void (*taustatyo)();
 // The clock the pacing reads; tests replace these with a fake clock.
 extern Uint32 (*pacingTicks)();
 extern void (*pacingDelay)(Uint32 ms);

@@ -35,10 +35,14 @@ const float nuoliSyvyys = -12.0f;
 const float vasenNuoliX = -6.5f;
 const float oikeaNuoliX[kohtia] = {-1.9f, -0.6f, -0.8f, -2.6f, -3.9f};
 
+}  // namespace
+
 void pyoritaNuolia() {
   nuolirot += 2.5f;
   if (nuolirot > 180) nuolirot -= 360;
 }
+
+namespace {
 
 void piirraTausta() {
   glEnable(GL_TEXTURE_2D);
@@ -256,8 +260,6 @@ void naytaKuva() {
 // --- The settings menu and the player set-up screen: the main menu's look and
 // keys, with left and right changing the value under the cursor.
 
-namespace {
-
 const float riviX = -22, arvoX = -3, riviZ = -40;
 const float riviKoko = 0.8f, rivivali = 1.8f;
 const float ylinRivi = 11, otsikonY = 14.2f, otsikonKoko = 1.2f, alarivi = -14.5f;
@@ -339,6 +341,8 @@ void lopetaValikonKuva() {
   palautaTila();
   naytaKuva();
 }
+
+namespace {
 
 const char* paalla(bool arvo) { return arvo ? "on" : "off"; }
 

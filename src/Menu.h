@@ -25,3 +25,18 @@ void unohdaNapit();
 // keys, opens the chosen entry's screen with `avaa` and draws the menu with `piirra`;
 // `nuolet` spins the menu arrows.
 void valikkoSilmukka(int viimeinen, void (*avaa)(int), void (*piirra)(int), bool nuolet);
+
+// The menus' look, shared with the lobby screens: the spinning cursor arrows, a
+// screen's picture, veil and view for text from x = -leveys to leveys at depth -40,
+// its title, red labels with white values, the bottom line and the swap.
+void pyoritaNuolia();
+// Left -1, right +1, else 0; the flag acted on is cleared.
+int sivusuunta();
+float tekstinLoppu(float x, const char* teksti, float koko);
+void aloitaValikonKuva(float leveys);
+void piirraValikonOtsikko(const char* otsikko);
+void piirraRivi(float x, float y, const char* nimi, const char* arvo, float arvonX);
+void piirraAlarivi(const char* teksti);
+// The two arrows around a selected row from x = alku to x = loppu.
+void piirraKursori(float alku, float loppu, float y);
+void lopetaValikonKuva();

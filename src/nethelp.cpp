@@ -57,24 +57,24 @@ float lueQ16(const unsigned char* b, float k) { return (float)lueI16(b) / k; }
 // A share of a ship maximum as a byte: 200 is full, 250 the cap above 125 %.
 unsigned char osuusTavuna(float arvo, double maksimi) {
   const float m = (float)maksimi;
-  if (arvo < 0 || !(m > 0)) return 0;
+  if (!(arvo >= 0) || !(m > 0)) return 0;  // a NaN counts as nothing left
   if (arvo > m * 1.25f) return 250;
   return (unsigned char)(arvo / m * 200.0f);
 }
 
 // A colour channel 0..1 as a byte, held within 0..255.
 unsigned char varitavu(float c) {
-  if (c < 0) return 0;
+  if (!(c >= 0)) return 0;
   const float v = c * 255.0f;
   return v > 255.0f ? 255 : (unsigned char)v;
 }
 
-// A float truncated toward zero to 16 bits, wrapping like the 32-bit store it was.
+// A float truncated toward zero to 16 bits, wrapping like the 32-bit store it was;
+// a value no 32-bit integer holds (NaN, infinities) stores the x86 "indefinite"
+// integer, whose low 16 bits are 0.
 int16_t lyhyeksi(float v) {
-  if (!(v == v)) return 0;
-  const double d = std::trunc((double)v);
-  const double w = std::fmod(d, 65536.0);
-  return (int16_t)(uint16_t)(int64_t)(w < 0 ? w + 65536.0 : w);
+  if (!(std::fabs(v) < 2147483648.0f)) return 0;
+  return (int16_t)(uint16_t)(int32_t)v;
 }
 
 enum Napit : unsigned char { nTuli = 1, nErikois = 2, nKaasu = 4, nVasen = 8, nOikea = 16, nSuoja = 32 };

@@ -37,12 +37,28 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
       default: lukija.tietue(&at, alkutiedotkoko, lueAlkuTiedot); break;
     }
   }
-  // What was read goes straight back out: the writers must take any value a reader made.
+  // What was read goes straight back out: the writers must take any value a reader made,
+  // and the raw floats of a whole projectile (NaN and infinities too) through every
+  // converting writer.
   unsigned char ulos[64];
   kirjotaCoords(ulos, &p);
   kirjotaNetpati(ulos, &np);
   kirjotaPati(ulos, &pati);
   kirjotaCPiste(ulos, &cp);
   kirjotaSPiste(ulos, &sp);
+  kirjotaPikkumiessiirto(ulos, &pm);
+  kirjotaLimajuttu(ulos, &lj);
+  kirjotaKuolevapati(ulos, &kp);
+  kirjotaAsteroidipox(ulos, &ap);
+  kirjotaAlkuTiedot(ulos, &at);
+  kirjotaAsteroidi(ulos, &pati);
+  const netPati raaka{pati.x, pati.y, pati.xv, pati.yv, pati.kulma,
+                      pati.r, pati.g, pati.b, np.pelaaja, np.pati};
+  kirjotaNetpati(ulos, &raaka);
+  p.x = pati.x, p.y = pati.y, p.kulma = pati.kulma;
+  p.energia = pati.energia, p.fuel = pati.alku, p.pisteet = pati.koko;
+  kirjotaCoords(ulos, &p);
+  const CPiste kukka{pati.x, pati.y, cp.player, cp.numero, cp.enabled};
+  kirjotaCPiste(ulos, &kukka);
   return 0;
 }
