@@ -582,7 +582,7 @@ int joinwaitKasittele(const unsigned char* buf, int pituus) {
 
 namespace {
 
-void koneenNimi(int paikka, int numero) { std::snprintf(netnick[paikka], nickKoko, "cpu %i", numero); }
+void koneenNimi(int paikka, int numero) { std::snprintf(netnick[paikka], nickKoko, "cpu %i", std::clamp(numero, 0, 99)); }
 
 int hyvaksy() {
   TCPsocket uusi = SDLNet_TCP_Accept(tcpsoketit[0]);
@@ -973,7 +973,7 @@ bool omaPaikka(int s) {
 // One row of the slot table; returns where it ends.
 float piirraPaikka(int s) {
   const float x = paikanX(s), y = paikanY(s);
-  char teksti[16];
+  char teksti[24];
   glColor4f(1, 1, 1, 1);
   std::snprintf(teksti, sizeof teksti, "%d", s + 1);
   gl_println(x, y, aulaZ, teksti, paikanKoko);

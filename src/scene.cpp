@@ -1651,7 +1651,7 @@ static void taytaTilannerivi(int i, Tilannerivi& r) {
   if (verkkopeli())
     std::snprintf(r.nimi, sizeof r.nimi, "%.10s", pelaajanNimi(p));  // a nick is at most ten letters
   else
-    std::snprintf(r.nimi, sizeof r.nimi, "player %d", p.numero + 1);
+    std::snprintf(r.nimi, sizeof r.nimi, "player %d", std::clamp(p.numero + 1, 0, 99));
   r.tiimi = p.tiimi + 1;
   r.alus = p.alus.numero;
   if (pelissa(player[i]))
