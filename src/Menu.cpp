@@ -296,10 +296,10 @@ float tekstinLoppu(float x, const char* teksti, float koko) {
 
 // The screen's picture and veil, and a view in which text from x = -leveys to
 // leveys fits the window.
-void aloitaValikonKuva(float leveys) {
+void aloitaValikonKuva(float leveys, float peitto) {
   glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);
   piirraTaustakuva(texture[31]);
-  tummennaRuutu(0.6f);
+  tummennaRuutu(peitto);
   valikonNakyma(-leveys, leveys);
   glEnable(GL_TEXTURE_2D);
   glEnable(GL_BLEND);

@@ -33,7 +33,9 @@ void pyoritaNuolia();
 // Left -1, right +1, else 0; the flag acted on is cleared.
 int sivusuunta();
 float tekstinLoppu(float x, const char* teksti, float koko);
-void aloitaValikonKuva(float leveys);
+// A screen full of text (the lobby, the chat) takes a thicker veil than a short menu.
+const float tekstiruudunVerho = 0.85f;
+void aloitaValikonKuva(float leveys, float peitto = 0.6f);
 void piirraValikonOtsikko(const char* otsikko);
 void piirraRivi(float x, float y, const char* nimi, const char* arvo, float arvonX);
 void piirraAlarivi(const char* teksti);

@@ -213,7 +213,7 @@ void chatScreen() {
 }
 
 void drawChatScreen(int selection) {
-  aloitaValikonKuva(30);  // the chat's depth makes its lines wider than the menus'
+  aloitaValikonKuva(30, tekstiruudunVerho);  // the chat's depth makes its lines wider than the menus'
   glColor4f(1, 1, 1, 1);
   for (int i = 0; i < chatRiveja; ++i) gl_println(chatX, 2.0f * i - 17, chatZ, chatbuffer[i], tekstinKoko);
   piirraSyote(selection == kirjoitetaan);

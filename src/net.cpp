@@ -15,6 +15,7 @@
 
 #include <algorithm>
 #include <array>
+#include <atomic>
 #include <cerrno>
 #include <chrono>
 #include <cstdio>
@@ -827,19 +828,75 @@ void lueHostilta() {
 
 }  // namespace
 
-bool yhdistaHostiin(const char* osoite) {
+namespace {
+
+// Opening a connection can block for minutes on an address that never answers, so it runs
+// on a thread of its own while the screen stays alive. Whichever side finishes last (the
+// thread, or the screen giving up) closes an unwanted socket and frees the record.
+struct Avaus {
+  IPaddress ip;
+  TCPsocket soketti = nullptr;
+  char virhe[128] = "";
+  std::atomic<int> tila{0};  // avausKesken, avausValmis, avausHylatty
+};
+enum { avausKesken, avausValmis, avausHylatty };
+const Uint32 avauksenAikaraja = 10000;
+
+int avaa(void* data) {
+  Avaus* a = static_cast<Avaus*>(data);
+  a->soketti = SDLNet_TCP_Open(&a->ip);
+  if (!a->soketti) std::snprintf(a->virhe, sizeof a->virhe, "%s", SDLNet_GetError());  // errors are per thread
+  if (a->tila.exchange(avausValmis) == avausHylatty) {
+    if (a->soketti) SDLNet_TCP_Close(a->soketti);
+    delete a;
+  }
+  return 0;
+}
+
+// The socket to the host, or null when it cannot be opened, the time limit passes or
+// `jatketaanko` says to give up (eroSyy then says why).
+TCPsocket avaaYhteys(const IPaddress& ip, bool (*jatketaanko)()) {
+  Avaus* a = new Avaus;
+  a->ip = ip;
+  SDL_Thread* saie = SDL_CreateThread(avaa, a);
+  if (!saie) avaa(a);  // no thread to be had: wait as the system makes us
+  const Uint32 alku = nytMs();
+  bool luovuttu = false;
+  while (!luovuttu && a->tila.load() == avausKesken) {
+    if (nytMs() - alku > avauksenAikaraja || (jatketaanko && !jatketaanko())) {
+      if (a->tila.exchange(avausHylatty) == avausKesken) {
+        eroSyy = "the host did not answer";
+        return nullptr;  // the thread closes what it opens and frees the record
+      }
+      luovuttu = true;  // it finished just as the screen gave up
+    }
+    SDL_Delay(10);
+  }
+  if (saie) SDL_WaitThread(saie, nullptr);
+  TCPsocket s = a->soketti;
+  if (s && luovuttu) {
+    SDLNet_TCP_Close(s);
+    s = nullptr;
+    eroSyy = "the host did not answer";
+  } else if (!s) {
+    std::printf("SDLNet_TCP_Open: %s\n", a->virhe);
+    eroSyy = "connection refused";
+  }
+  delete a;
+  return s;
+}
+
+}  // namespace
+
+bool yhdistaHostiin(const char* osoite, bool (*jatketaanko)()) {
   IPaddress ip;
   if (SDLNet_ResolveHost(&ip, osoite, static_cast<Uint16>(verkkoportti)) == -1) {
     std::printf("SDLNet_ResolveHost: %s\n", SDLNet_GetError());
     eroSyy = "host not found";
     return false;
   }
-  TCPsocket s = SDLNet_TCP_Open(&ip);
-  if (!s) {
-    std::printf("SDLNet_TCP_Open: %s\n", SDLNet_GetError());
-    eroSyy = "connection refused";
-    return false;
-  }
+  TCPsocket s = avaaYhteys(ip, jatketaanko);
+  if (!s) return false;
   if (!liitaYhteys(hostiYhteys, s)) {
     eroSyy = "the connection could not be set up";
     return false;
@@ -997,7 +1054,7 @@ float piirraPaikka(int s) {
 // rows and the actions.
 void piirraAula(int kohta, const char* otsikko, const char* const toiminnot[3], int valittavia,
                 const char* vihje) {
-  aloitaValikonKuva(aulanLeveys);
+  aloitaValikonKuva(aulanLeveys, tekstiruudunVerho);
   piirraValikonOtsikko(otsikko);
   float alku = 0, loppu = 0, y = 0;
   for (int s = 0; s < playerslots; ++s) {
@@ -1313,10 +1370,18 @@ void nikinVaihtoMenu() {
   unohdaNapit();
 }
 
+// The connecting screen stays alive while the host is sought; Escape gives up.
+bool yhdistetaanYha() {
+  processEvents();
+  ilmoita("Join Multiplayer", "connecting...", "Escape: cancel");
+  updateAudio();
+  return !escpressed;
+}
+
 void liity() {
   writeHostFile(osoite);
-  ilmoita("Join Multiplayer", "connecting...", "");
-  if (!yhdistaHostiin(osoite)) {
+  unohdaNapit();
+  if (!yhdistaHostiin(osoite, yhdistetaanYha)) {
     virheRuutu(eroSyy);
     return;
   }

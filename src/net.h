@@ -95,7 +95,9 @@ void hostQuit();
 void hostStart();
 
 // Client.
-bool yhdistaHostiin(const char* osoite);  // false: eroSyy says why
+// Opens the connection to the host; `jatketaanko`, called while it waits, may give up
+// (false). False: eroSyy says why.
+bool yhdistaHostiin(const char* osoite, bool (*jatketaanko)() = nullptr);
 void kuuntelejoin();
 int joinwaitKasittele(const unsigned char* buf, int pituus);  // returns bytes used
 void lahetaTiiminVaihto(int paikka);
