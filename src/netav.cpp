@@ -67,7 +67,7 @@ void annaTaiPoista(int i, int n) {
 void aloitaValinnat() { std::fill(std::begin(takaraja), std::end(takaraja), -1); }
 
 void pyydaValinta(int pelaaja) {
-  if (!pelaajana(pelaaja) || takaraja[pelaaja] >= 0) return;
+  if (!pelaajana(pelaaja) || !saannot::pelissa(player[pelaaja]) || takaraja[pelaaja] >= 0) return;
   const int c = valitsija(pelaaja);
   if (c == tietokone) {
     annaTaiPoista(pelaaja, tietokoneenAlus(pelaaja));
@@ -127,7 +127,9 @@ int netValitseAlus(int pelaaja, int takarajaMs) {
     processEvents();
     if (alusvalinnanSyote(napit, kursori) && (valittu = valinnanAlus(pelaaja, kursori)) >= 0) break;
     const int kulunut = static_cast<int>(pacingTicks() - alku);
-    if (kulunut >= takarajaMs || netGameQuit) break;
+    // A host gives a ship of its own accord when time is up or its person is no longer there.
+    const bool annettu = hostpeli && !odottaaValintaa(pelaaja);
+    if (kulunut >= takarajaMs || netGameQuit || annettu) break;
     otteluJatkuu();
     // On a host the keyboard's slot may be a computer pilot's, whose flags are no keys.
     if (!napit.ihmispelaaja) unohdaValintanapit(napit);

@@ -28,7 +28,8 @@ void annaVerkkoAlus(int pelaaja, int alusnumero);
 
 // The owner's machine: the choice screen for match player `pelaaja`, the look and the keys
 // of the local one, with the seconds left. Returns the chosen ship (the random entry is
-// drawn here), or -1 when the time ran out or the match ended.
+// drawn here), or -1 when the time ran out, the match ended or (on the host) the ship
+// has already been given.
 int netValitseAlus(int pelaaja, int takarajaMs);
 // The keyboard player (0..3) whose keys steer match player `pelaaja` on this machine:
 // its place among this machine's own lobby slots.
