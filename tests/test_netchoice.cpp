@@ -1,17 +1,14 @@
-// The screens over a running network match: the host's checks of a ship choice, its
-// fall-back when time is up or the owner has gone, the choice screen on the owner's
-// machine and the settings screen, both keeping the match going underneath.
+// The screens over a running network match: the host's checks of a ship choice and its
+// fall-back, the choice screen on the owner's machine and the settings screen, both
+// keeping the match going underneath.
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <functional>
 #include <string>
 #include <vector>
 
-#include "Main.h"
 #include "Menu.h"
 #include "Sets.h"
-#include "localgame.h"
 #include "net.h"
 #include "netav.h"
 #include "netgamesets.h"
@@ -28,16 +25,15 @@ namespace {
 
 using testutil::FakeClock;
 
-// The background pass of the screens: counts, moves the fake clock on and presses the
-// script's next key (d/u down and up, l/r left and right, f fire, e Enter, x Escape,
-// q the match ends) on keyboard player `nappaimisto`.
+// The screens' background pass in these tests: counts, moves the fake clock on, runs
+// `joka` and presses the script's next key on keyboard player `nappaimisto`
+// (d/u down and up, l/r left and right, f fire, e Enter, x Escape, q the match ends).
 std::string nappaimet;
-size_t seuraava = 0;
-int nappaimisto = 0;
-int taustoja = 0;
-std::function<void()> joka;  // runs first in every pass
+size_t seuraava;
+int nappaimisto, taustoja;
+std::function<void()> joka;
 
-void painaSeuraava() {
+void tausta() {
   ++taustoja;
   FakeClock::now += 10;
   if (joka) joka();
@@ -57,22 +53,31 @@ void painaSeuraava() {
 
 void kasikirjoitus(const std::string& jono, int pelaaja) {
   nappaimet = jono;
-  seuraava = 0;
+  seuraava = taustoja = 0;
   nappaimisto = pelaaja;
-  taustoja = 0;
   joka = nullptr;
+  netGameQuit = false;
 }
 
-// Slot 0 is the host's person, 1 and 2 persons of clients 1 and 2, 3 a computer pilot;
-// all dead at their respawn with 20 credits.
+int hinta(int n) { return static_cast<int>(alus[n].pistemaara); }
+
+// The ship was given: nothing pending, the hold released, the price paid.
+void annettu(int i, float ennen) {
+  EXPECT_FALSE(odottaaValintaa(i)) << i;
+  EXPECT_EQ(player[i].kuolema, uudestaanHetki - 1) << i;
+  EXPECT_EQ(playeruudestaan[i], 0) << i;
+  EXPECT_FLOAT_EQ(player[i].pisteet, ennen - hinta(player[i].alus.numero)) << i;
+}
+
+// A host: slot 0 its own person, 1 and 2 persons of clients 1 and 2, 3 a computer
+// pilot; all dead at their respawn with 20 credits.
 class NetChoice : public ::testing::Test {
 protected:
   void SetUp() override {
     simscene::maailma(4);
-    verkkoapu::ilmanSokettia();
-    hostpeli = true;
+    const TCPsocket soketti = verkkoapu::ilmanSokettia();
+    hostpeli = pistepeli = true;
     gamemode = 0;
-    pistepeli = true;
     calculatefps = 100;
     oldframecounter = 1000;
     playerslots = 4;
@@ -87,32 +92,33 @@ protected:
       player[s].kuolema = uudestaanHetki;
       playeruudestaan[s] = 2;
     }
-    for (int c = 1; c <= 2; ++c) tcpsoketit[c] = tunnus(c);
+    tcpsoketit[1] = tcpsoketit[2] = soketti;
     aloitaValinnat();
     aloitaKeraaja();
-    netGameQuit = false;
+    otteluJatkuu = tausta;
+    alusvalinnanPiirto = [](int, int, int sekunteja) { naytetyt.push_back(sekunteja); };
+    naytetyt.clear();
+    kasikirjoitus("", 0);
   }
   void TearDown() override {
-    for (int c = 1; c < yhteyksia; ++c) tcpsoketit[c] = nullptr;
+    tcpsoketit[1] = tcpsoketit[2] = nullptr;
     tcpLahetys = SDLNet_TCP_Send;
     tcpSulku = SDLNet_TCP_Close;
     hostpeli = joinpeli = false;
     omatPaikat = 0;
+    otteluJatkuu = verkkoTausta;
+    alusvalinnanPiirto = drawAlusValinta;
   }
-  static TCPsocket tunnus(int c) {
-    static char t[yhteyksia];
-    return reinterpret_cast<TCPsocket>(&t[c]);
+  // A client owning slots 1 and 3.
+  static void asiakkaana() {
+    hostpeli = false;
+    joinpeli = true;
+    omatPaikat = 1u << 1 | 1u << 3;
   }
-  static int hinta(int n) { return static_cast<int>(alus[n].pistemaara); }
-  // The ship was given: nothing pending, the hold released, the price paid.
-  static void annettu(int i, float ennen) {
-    EXPECT_FALSE(odottaaValintaa(i)) << i;
-    EXPECT_EQ(player[i].kuolema, uudestaanHetki - 1) << i;
-    EXPECT_EQ(playeruudestaan[i], 0) << i;
-    EXPECT_FLOAT_EQ(player[i].pisteet, ennen - hinta(player[i].alus.numero)) << i;
-    EXPECT_GE(player[i].pisteet, 0) << i;
-  }
+  static std::vector<int> naytetyt;  // the seconds the choice screen showed, frame by frame
+  FakeClock kello;
 };
+std::vector<int> NetChoice::naytetyt;
 
 TEST_F(NetChoice, OnlyTheOwnersChoiceOfAnAffordableShipIsTakenAndOnlyOnce) {
   pyydaValinta(1);
@@ -124,51 +130,33 @@ TEST_F(NetChoice, OnlyTheOwnersChoiceOfAnAffordableShipIsTakenAndOnlyOnce) {
   EXPECT_FALSE(tarjoaValinta(1, 1, 16));  // 47 credits, it has 20
   EXPECT_FALSE(tarjoaValinta(1, 2, 2));   // its own player, but not choosing
   EXPECT_FALSE(tarjoaValinta(1, 9, 2));   // not in the match
-  EXPECT_TRUE(odottaaValintaa(1));
   EXPECT_EQ(player[1].kuolema, uudestaanHetki);
   EXPECT_TRUE(tarjoaValinta(1, 1, 2));
   EXPECT_EQ(player[1].alus.numero, 2);
   annettu(1, 20);
   EXPECT_FALSE(tarjoaValinta(1, 1, 2));
   EXPECT_FLOAT_EQ(player[1].pisteet, 20 - hinta(2));
+
+  pyydaValinta(3);  // a computer pilot chooses at once
+  annettu(3, 20);
 }
 
 // The request travels in the next FRAME to the owner's machine, the answer back as CHOICE.
-TEST_F(NetChoice, ARemoteOwnerIsAskedInTheNextFrameAndItsAnswerComesBack) {
-  pyydaValinta(0);  // the host's own person is not asked over the network
+TEST_F(NetChoice, ARemoteOwnerIsAskedInTheNextFrameAndAPersonOnTheHostIsNot) {
+  pyydaValinta(0);
   pyydaValinta(1);
+  oldframecounter += 500;
+  pyydaValinta(0);  // asked again while the timer is held: the deadline stands
+  EXPECT_EQ(valinnanAikaaMs(0), valinnanAika * 1000 - 5000);
   unsigned char viesti[maxFrameViesti];
-  const int pituus = koodaaFrame(1001, viesti, sizeof viesti);
-  hostpeli = false;
-  joinpeli = true;
+  const int pituus = koodaaFrame(1501, viesti, sizeof viesti);
+  asiakkaana();
   aloitaAsiakas();
   const PeliViesti kehys = seuraavaPeliViesti(viesti, pituus, Lahettaja::isanta);
-  ASSERT_TRUE(kasittelePeliMsg(kehys.laji, kehys.data, kehys.pituus, 1001));
-  sovellaErat(1001);
+  ASSERT_TRUE(kasittelePeliMsg(kehys.laji, kehys.data, kehys.pituus, 1501));
+  sovellaErat(1501);
   EXPECT_EQ(alusvalintaPyynto[0], -1);
   EXPECT_EQ(alusvalintaPyynto[1], 1000 + valinnanAika * 100);
-
-  const int vastaus = koodaaValinta(viesti, sizeof viesti, 1, 2);
-  hostpeli = true;
-  joinpeli = false;
-  const PeliViesti valinta = seuraavaPeliViesti(viesti, vastaus, Lahettaja::asiakas);
-  std::fill(alusvalinta, alusvalinta + maxPlayers, -1);
-  ASSERT_EQ(kasitteleAsiakkaanMsg(1, valinta.laji, valinta.data, valinta.pituus, pelaajasoketista),
-            AsiakkaanTulos::ok);
-  EXPECT_TRUE(tarjoaValinta(1, 1, alusvalinta[1]));
-  annettu(1, 20);
-}
-
-TEST_F(NetChoice, AComputerPilotChoosesAtOnceAndAPersonKeepsItsDeadline) {
-  pyydaValinta(3);
-  annettu(3, 20);
-  pyydaValinta(0);
-  EXPECT_EQ(valinnanAikaaMs(0), valinnanAika * 1000);
-  oldframecounter += 500;
-  pyydaValinta(0);  // the world step asks again every frame the timer is held
-  EXPECT_EQ(valinnanAikaaMs(0), valinnanAika * 1000 - 5000);
-  EXPECT_TRUE(tarjoaValinta(0, 0, 2));
-  annettu(0, 20);
 }
 
 TEST_F(NetChoice, TimeUpOrOwnerGoneGivesARandomAffordableShipOrPutsOut) {
@@ -180,7 +168,6 @@ TEST_F(NetChoice, TimeUpOrOwnerGoneGivesARandomAffordableShipOrPutsOut) {
   disconnect(2);
   valintaAjat();
   annettu(2, 20);
-  EXPECT_TRUE(odottaaValintaa(0));
   ++oldframecounter;
   valintaAjat();
   annettu(0, 20);
@@ -188,46 +175,22 @@ TEST_F(NetChoice, TimeUpOrOwnerGoneGivesARandomAffordableShipOrPutsOut) {
   EXPECT_FLOAT_EQ(player[1].pisteet, -1);
 }
 
-// The owner's screen: a client owning slots 1 and 3 chooses for slot 3 with its second
-// keyboard player's keys.
-class ChoiceScreen : public NetChoice {
-protected:
-  void SetUp() override {
-    NetChoice::SetUp();
-    hostpeli = false;
-    joinpeli = true;
-    omatPaikat = 1u << 1 | 1u << 3;
-    player[1].ihmispelaaja = true;
-    otteluJatkuu = painaSeuraava;
-    alusvalinnanPiirto = [](int, int, int sekunteja) { naytetyt.push_back(sekunteja); };
-    naytetyt.clear();
-  }
-  void TearDown() override {
-    otteluJatkuu = verkkoTausta;
-    alusvalinnanPiirto = drawAlusValinta;
-    NetChoice::TearDown();
-  }
-  static std::vector<int> naytetyt;  // the seconds shown, frame by frame
-  FakeClock kello;
-};
-std::vector<int> ChoiceScreen::naytetyt;
-
-TEST_F(ChoiceScreen, KeysMoveTheCursorAndATooDearShipSendsItToShipTwo) {
+TEST_F(NetChoice, TheOwnersScreenTakesItsOwnKeysAndTheLocalRules) {
+  asiakkaana();
   EXPECT_EQ(nappaimistonPelaaja(3), 1);
-  kasikirjoitus(std::string(16, 'd') + "ff", 1);
+  kasikirjoitus(std::string(16, 'd') + "ff", 1);  // ship 16 is too dear: the cursor goes to 2
   EXPECT_EQ(netValitseAlus(3, 15000), 2);
   EXPECT_EQ(taustoja, 18);  // the match went on every pass
   EXPECT_EQ(naytetyt.front(), 15);
   EXPECT_FLOAT_EQ(player[3].pisteet, 20);  // the host charges, not the screen
-
-  kasikirjoitus("ue", 1);  // the random entry: an affordable ship
+  kasikirjoitus("ue", 1);                  // the random entry: an affordable ship
   const int n = netValitseAlus(3, 15000);
   ASSERT_GE(n, 0);
   EXPECT_LE(alus[n].pistemaara, 20);
 }
 
-TEST_F(ChoiceScreen, GivesUpWhenTimeRunsOutOrTheMatchEnds) {
-  kasikirjoitus("", 1);
+TEST_F(NetChoice, TheScreenGivesUpWhenTimeRunsOutTheMatchEndsOrTheHostHasGivenTheShip) {
+  asiakkaana();
   EXPECT_EQ(netValitseAlus(3, 2000), -1);
   EXPECT_EQ(taustoja, 200);
   EXPECT_EQ(naytetyt.front(), 2);
@@ -236,10 +199,8 @@ TEST_F(ChoiceScreen, GivesUpWhenTimeRunsOutOrTheMatchEnds) {
   EXPECT_EQ(netValitseAlus(3, 15000), -1);
   EXPECT_EQ(taustoja, 3);
 
-  // On the host the match's own fall-back may come first: the screen does not outstay it.
   hostpeli = true;
   joinpeli = false;
-  netGameQuit = false;
   pyydaValinta(0);
   kasikirjoitus("", 0);
   joka = [] {
@@ -248,70 +209,42 @@ TEST_F(ChoiceScreen, GivesUpWhenTimeRunsOutOrTheMatchEnds) {
   };
   EXPECT_EQ(netValitseAlus(0, 15000), -1);
   EXPECT_EQ(taustoja, 3);
-  EXPECT_FALSE(odottaaValintaa(0));
 }
 
-// The settings over a running match, in a window.
-class MatchSettings : public ::testing::Test {
-protected:
-  void SetUp() override {
-    ASSERT_TRUE(testutil::menuScreen(320, 240, 31));
-    simscene::maailma(2);
-    sets = Sets();
-    musiikkipaalla = efektitpaalla = false;
-    sets.efects = 0;
-    sets.soundvolume = 50;
-    sets.cammode = 0;
-    sets.detail = 0;
-    netGameQuit = false;
-    otteluJatkuu = painaSeuraava;
-    unohdaNapit();
-  }
-  void TearDown() override {
-    otteluJatkuu = verkkoTausta;
-    unohdaNapit();
-  }
-  bool tallennettu() { return testutil::shell("test -e " + kansio.file("sets.txt")) == 0; }
-  testutil::TempWorkDir kansio;
-  FakeClock kello;
-};
-
-TEST_F(MatchSettings, ChangesApplyAtOnceWhileTheMatchGoesOn) {
-  struct Tila {
-    bool efektit;
-    float voimakkuus;
-    int kamera, tarkkuus;
-  };
-  static std::vector<Tila> tilat;
-  tilat.clear();
+// The settings over a running match, in a window; changes are saved on leaving.
+TEST(MatchSettings, ChangesApplyAtOnceWhileTheMatchGoesOnAndEscapeLeaves) {
+  ASSERT_TRUE(testutil::menuScreen(320, 240, 31));
+  const testutil::TempWorkDir kansio;
+  const FakeClock kello;
+  simscene::maailma(2);
+  sets = Sets();
+  musiikkipaalla = efektitpaalla = false;
+  sets.efects = sets.cammode = sets.detail = 0;
+  sets.soundvolume = 50;
+  otteluJatkuu = tausta;
+  unohdaNapit();
+  static std::vector<bool> efektit;  // effects on, pass by pass
+  // Escape at once changes and saves nothing.
+  kasikirjoitus("x", 0);
+  netGameSets();
+  EXPECT_NE(testutil::shell("test -e sets.txt"), 0);
   // Effects on, effects volume down, camera over, detail up, then "Back to the Match".
   kasikirjoitus("de" "ddl" "dr" "dr" "de", 0);
-  joka = [] { tilat.push_back({efektitpaalla, sets.soundvolume, sets.cammode, sets.detail}); };
+  joka = [] { efektit.push_back(efektitpaalla); };
   testing::internal::CaptureStdout();
   netGameSets();
   testing::internal::GetCapturedStdout();
+  otteluJatkuu = verkkoTausta;
   EXPECT_EQ(seuraava, nappaimet.size());
-  EXPECT_TRUE(efektitpaalla);
-  EXPECT_EQ(sets.efects, 1);
+  ASSERT_GE(efektit.size(), 3u);
+  EXPECT_FALSE(efektit[1]);
+  EXPECT_TRUE(efektit[2]);  // in force from the next pass on
   EXPECT_FLOAT_EQ(sets.soundvolume, 45);
   EXPECT_EQ(sets.cammode, 1);
   EXPECT_EQ(sets.detail, 1);
-  ASSERT_GE(tilat.size(), 4u);
-  EXPECT_TRUE(tilat[2].efektit);  // in force from the next pass, long before leaving
-  EXPECT_EQ(tilat[2].tarkkuus, 0);
   const std::string tiedosto = testutil::readFile(kansio.file("sets.txt"));
   for (const char* rivi : {"soundeffects=1;", "sound volume=45;", "cammode=1;", "detail=1;"})
     EXPECT_NE(tiedosto.find(rivi), std::string::npos) << rivi;
-}
-
-TEST_F(MatchSettings, EscapeOrTheEndOfTheMatchLeavesAndNothingUnchangedIsSaved) {
-  kasikirjoitus("ddx", 0);
-  netGameSets();
-  EXPECT_EQ(seuraava, 3u);
-  kasikirjoitus("dq", 0);
-  netGameSets();
-  EXPECT_EQ(taustoja, 2);
-  EXPECT_FALSE(tallennettu());
 }
 
 }  // namespace
