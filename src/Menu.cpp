@@ -18,6 +18,7 @@
 #include "glapi.h"
 #include "localgame.h"
 #include "net.h"
+#include "scene.h"
 
 float nuolirot = 0;
 bool saavalita = false;
@@ -44,7 +45,7 @@ void pyoritaNuolia() {
 
 namespace {
 
-void piirraTausta() {
+void piirraPaavalikonTausta() {
   glEnable(GL_TEXTURE_2D);
   glBindTexture(GL_TEXTURE_2D, texture[31]);
   glColor4f(1, 1, 1, 1);
@@ -207,7 +208,7 @@ void drawmenu(int item) {
   glEnable(GL_BLEND);
   glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);
   glLoadIdentity();
-  piirraTausta();
+  piirraPaavalikonTausta();
   piirraPaneeli();
   piirraOtsikot();
   piirraNuolet(item);
@@ -265,20 +266,12 @@ const float riviKoko = 0.8f, rivivali = 1.8f;
 const float ylinRivi = 11, otsikonY = 14.2f, otsikonKoko = 1.2f, alarivi = -14.5f;
 const float nuoliSuhde = nuoliSyvyys / riviZ;  // text space to arrow space
 
-// Holding left or right keeps changing a value while the screen is open.
-class NappainToisto {
-public:
-  NappainToisto() {
-    SDL_GetKeyRepeat(&viive_, &vali_);
-    SDL_EnableKeyRepeat(SDL_DEFAULT_REPEAT_DELAY, SDL_DEFAULT_REPEAT_INTERVAL);
-  }
-  ~NappainToisto() { SDL_EnableKeyRepeat(viive_, vali_); }
-  NappainToisto(const NappainToisto&) = delete;
-  NappainToisto& operator=(const NappainToisto&) = delete;
+NappainToisto::NappainToisto() {
+  SDL_GetKeyRepeat(&viive_, &vali_);
+  SDL_EnableKeyRepeat(SDL_DEFAULT_REPEAT_DELAY, SDL_DEFAULT_REPEAT_INTERVAL);
+}
 
-private:
-  int viive_ = 0, vali_ = 0;
-};
+NappainToisto::~NappainToisto() { SDL_EnableKeyRepeat(viive_, vali_); }
 
 // Left -1, right +1, else 0; the flag acted on is cleared.
 int sivusuunta() {
@@ -296,9 +289,12 @@ float tekstinLoppu(float x, const char* teksti, float koko) {
 
 // The screen's picture and veil, and a view in which text from x = -leveys to
 // leveys fits the window.
-void aloitaValikonKuva(float leveys, float peitto) {
+void aloitaValikonKuva(float leveys, float peitto, bool kentalla) {
   glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);
-  piirraTaustakuva(texture[31]);
+  if (kentalla)
+    piirraMaailma();
+  else
+    piirraTaustakuva(texture[31]);
   tummennaRuutu(peitto);
   valikonNakyma(-leveys, leveys);
   glEnable(GL_TEXTURE_2D);
@@ -348,33 +344,10 @@ const char* paalla(bool arvo) { return arvo ? "on" : "off"; }
 
 // --- The settings menu.
 
-struct Resoluutio {
-  int leveys, korkeus;
-  bool operator<(const Resoluutio& o) const { return leveys != o.leveys ? leveys < o.leveys : korkeus < o.korkeus; }
-  bool operator==(const Resoluutio& o) const { return leveys == o.leveys && korkeus == o.korkeus; }
-};
-
-// What the menu edits; nothing reaches `sets` or the game before it is applied.
-struct Asetusluonnos {
-  Resoluutio koko;
-  bool kokoruutu;
-  int pelaajia;
-  bool musiikki, efektit;
-  int krediitit;
-  int musiikkivoimakkuus, efektivoimakkuus;
-  int kamera;
-  int tarkkuus;
-};
-
-enum Asetuskohta {
-  aResoluutio, aKokoruutu, aPelaajat, aMusiikki, aEfektit, aKrediitit, aMusiikkivoimakkuus,
-  aEfektivoimakkuus, aKamera, aTarkkuus, aPelaajaAsetukset, aTallenna, aTallennaJaPoistu, asetuskohtia
-};
-
-const char* const asetustenNimet[asetuskohtia] = {
+const char* const asetustenNimet[asetuskohtia + 1] = {
     "Resolution:", "Full Screen:",    "Players:", "Music:",       "Effects:",
     "Credits:",    "Music Volume:",   "Effects Volume:", "Camera:", "Detail:",
-    "Player Setup", "Apply and Save Settings", "Apply, Save and Exit Menu"};
+    "Player Setup", "Apply and Save Settings", "Apply, Save and Exit Menu", "Back to the Match"};
 const char* const kameranNimet[2] = {"tilting", "top-down"};
 
 const Resoluutio tavallisetTilat[] = {{640, 480},   {800, 600},   {1024, 768},  {1152, 864},  {1280, 720},
@@ -403,19 +376,6 @@ std::vector<Resoluutio> resoluutiot(Resoluutio nykyinen) {
   return lista;
 }
 
-Asetusluonnos nykyisetAsetukset() {
-  return {{screenwidth, screenheight},
-          sets.fullscreen > 0,
-          std::clamp(sets.playermaara, 2, maxPlayers),
-          sets.musics > 0,
-          sets.efects > 0,
-          std::clamp(static_cast<int>(sets.credits), 20, 1000),
-          std::clamp(static_cast<int>(sets.musicvolume), 0, 100),
-          std::clamp(static_cast<int>(sets.soundvolume), 0, 100),
-          sets.cammode != 0 ? 1 : 0,
-          std::clamp(sets.detail, 0, sets.maxdetail)};
-}
-
 int askel(int arvo, int suunta, int koko, int pienin, int suurin) {
   return std::clamp(arvo + suunta * koko, pienin, suurin);
 }
@@ -424,23 +384,6 @@ Resoluutio viereinenResoluutio(Resoluutio nykyinen, int suunta) {
   const std::vector<Resoluutio> lista = resoluutiot(nykyinen);
   const int i = int(std::find(lista.begin(), lista.end(), nykyinen) - lista.begin());
   return lista[std::clamp(i + suunta, 0, int(lista.size()) - 1)];
-}
-
-// Left and right step a value (switches flip either way); Enter (suunta 0) flips a switch.
-void muutaAsetusta(Asetusluonnos& a, int kohta, int suunta) {
-  switch (kohta) {
-    case aResoluutio: a.koko = viereinenResoluutio(a.koko, suunta); break;
-    case aKokoruutu: a.kokoruutu = !a.kokoruutu; break;
-    case aPelaajat: a.pelaajia = askel(a.pelaajia, suunta, 1, 2, maxPlayers); break;
-    case aMusiikki: a.musiikki = !a.musiikki; break;
-    case aEfektit: a.efektit = !a.efektit; break;
-    case aKrediitit: a.krediitit = askel(a.krediitit, suunta, 10, 20, 1000); break;
-    case aMusiikkivoimakkuus: a.musiikkivoimakkuus = askel(a.musiikkivoimakkuus, suunta, 5, 0, 100); break;
-    case aEfektivoimakkuus: a.efektivoimakkuus = askel(a.efektivoimakkuus, suunta, 5, 0, 100); break;
-    case aKamera: a.kamera = suunta == 0 ? a.kamera : 1 - a.kamera; break;
-    case aTarkkuus: a.tarkkuus = askel(a.tarkkuus, suunta, 1, 0, sets.maxdetail); break;
-    default: break;
-  }
 }
 
 void asetuksenArvo(const Asetusluonnos& a, int kohta, char* teksti, size_t koko) {
@@ -502,35 +445,15 @@ const char* otaKayttoon(Asetusluonnos& a) {
   sets.fullscreen = a.kokoruutu ? 1 : 0;
   sets.playermaara = players = a.pelaajia;
   sets.credits = fullcredits = a.krediitit;
-  sets.musics = a.musiikki ? 1 : 0;
-  sets.efects = a.efektit ? 1 : 0;
-  efektitpaalla = a.efektit;
-  sets.musicvolume = static_cast<float>(a.musiikkivoimakkuus);
-  sets.soundvolume = static_cast<float>(a.efektivoimakkuus);
-  asetaMusiikki(a);
-  setSoundVolumes();
-  sets.cammode = a.kamera;
-  sets.detail = a.tarkkuus;
-  mitoitaSirpaleet(sets.detail);
+  otaPelinAikaisetKayttoon(a);
   if (!sets.saveFile()) return "could not save the settings to sets.txt";
   return tilaOk ? "settings saved" : "that video mode failed; the other settings are saved";
 }
 
 void piirraAsetusmenu(int valittu, const Asetusluonnos& a, const char* ilmoitus) {
-  aloitaValikonKuva(-riviX + 2);
-  piirraValikonOtsikko("Settings");
-  char arvo[32];
-  float valitunLoppu = 0;
-  for (int i = 0; i < asetuskohtia; ++i) {
-    asetuksenArvo(a, i, arvo, sizeof arvo);
-    const bool onArvo = arvo[0] != 0;
-    piirraRivi(riviX, riviY(i), asetustenNimet[i], onArvo ? arvo : nullptr, arvoX);
-    if (i == valittu)
-      valitunLoppu = onArvo ? tekstinLoppu(arvoX, arvo, riviKoko) : tekstinLoppu(riviX, asetustenNimet[i], riviKoko);
-  }
-  piirraAlarivi(ilmoitus);
-  piirraKursori(riviX, valitunLoppu, riviY(valittu));
-  lopetaValikonKuva();
+  int rivit[asetuskohtia];
+  for (int i = 0; i < asetuskohtia; ++i) rivit[i] = i;
+  piirraAsetukset("Settings", rivit, asetuskohtia, valittu, a, ilmoitus, false);
 }
 
 // --- The player set-up screen: one row per player slot (Enter switches the pilot,
@@ -612,6 +535,66 @@ void piirraPelaajaMenu(const Pelaajarivit& r, int valittu) {
 }
 
 }  // namespace
+
+Asetusluonnos nykyisetAsetukset() {
+  return {{screenwidth, screenheight},
+          sets.fullscreen > 0,
+          std::clamp(sets.playermaara, 2, maxPlayers),
+          sets.musics > 0,
+          sets.efects > 0,
+          std::clamp(static_cast<int>(sets.credits), 20, 1000),
+          std::clamp(static_cast<int>(sets.musicvolume), 0, 100),
+          std::clamp(static_cast<int>(sets.soundvolume), 0, 100),
+          sets.cammode != 0 ? 1 : 0,
+          std::clamp(sets.detail, 0, sets.maxdetail)};
+}
+
+void muutaAsetusta(Asetusluonnos& a, int kohta, int suunta) {
+  switch (kohta) {
+    case aResoluutio: a.koko = viereinenResoluutio(a.koko, suunta); break;
+    case aKokoruutu: a.kokoruutu = !a.kokoruutu; break;
+    case aPelaajat: a.pelaajia = askel(a.pelaajia, suunta, 1, 2, maxPlayers); break;
+    case aMusiikki: a.musiikki = !a.musiikki; break;
+    case aEfektit: a.efektit = !a.efektit; break;
+    case aKrediitit: a.krediitit = askel(a.krediitit, suunta, 10, 20, 1000); break;
+    case aMusiikkivoimakkuus: a.musiikkivoimakkuus = askel(a.musiikkivoimakkuus, suunta, 5, 0, 100); break;
+    case aEfektivoimakkuus: a.efektivoimakkuus = askel(a.efektivoimakkuus, suunta, 5, 0, 100); break;
+    case aKamera: a.kamera = suunta == 0 ? a.kamera : 1 - a.kamera; break;
+    case aTarkkuus: a.tarkkuus = askel(a.tarkkuus, suunta, 1, 0, sets.maxdetail); break;
+    default: break;
+  }
+}
+
+void otaPelinAikaisetKayttoon(const Asetusluonnos& a) {
+  sets.musics = a.musiikki ? 1 : 0;
+  sets.efects = a.efektit ? 1 : 0;
+  efektitpaalla = a.efektit;
+  sets.musicvolume = static_cast<float>(a.musiikkivoimakkuus);
+  sets.soundvolume = static_cast<float>(a.efektivoimakkuus);
+  asetaMusiikki(a);
+  setSoundVolumes();
+  sets.cammode = a.kamera;
+  sets.detail = a.tarkkuus;
+  mitoitaSirpaleet(sets.detail);
+}
+
+void piirraAsetukset(const char* otsikko, const int* rivit, int n, int valittu, const Asetusluonnos& a,
+                     const char* ohje, bool kentalla) {
+  aloitaValikonKuva(-riviX + 2, valikonVerho, kentalla);
+  piirraValikonOtsikko(otsikko);
+  char arvo[32];
+  float valitunLoppu = 0;
+  for (int i = 0; i < n; ++i) {
+    const char* nimi = asetustenNimet[rivit[i]];
+    asetuksenArvo(a, rivit[i], arvo, sizeof arvo);
+    const bool onArvo = arvo[0] != 0;
+    piirraRivi(riviX, riviY(i), nimi, onArvo ? arvo : nullptr, arvoX);
+    if (i == valittu) valitunLoppu = onArvo ? tekstinLoppu(arvoX, arvo, riviKoko) : tekstinLoppu(riviX, nimi, riviKoko);
+  }
+  piirraAlarivi(ohje);
+  piirraKursori(riviX, valitunLoppu, riviY(valittu));
+  lopetaValikonKuva();
+}
 
 bool playerMenu(int pelaajia) {
   const Pelaajarivit r{std::clamp(pelaajia, 2, maxPlayers)};

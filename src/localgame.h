@@ -62,9 +62,19 @@ int satunnainenAlusnumero();
 // One pass of player p's keys: palas/pleft move +1, pylos/pright -1 (wrapping over
 // 0..24), pfire or Enter confirm (true). Each flag it acts on is cleared.
 bool alusvalinnanSyote(Player& p, int& kursori);
-// Buys the entry under the cursor for player `pelaaja` and returns true; a ship the
-// player cannot afford moves the cursor to ship 2 instead and returns false.
+// The one rule of what a player can afford: its credits cover the ship's price.
+bool onVaraa(const Player& p, int alusnumero);
+double halvinAlus();  // the price of the cheapest ship
+// An affordable ship drawn at random, -1 when even the cheapest is too dear.
+int ostettavaSatunnainen(const Player& p);
+// The ship the entry under the cursor gives player `pelaaja` (the random entry draws
+// an affordable one); a ship the player cannot afford moves the cursor to ship 2
+// instead and gives -1.
+int valinnanAlus(int pelaaja, int& kursori);
+// Buys valinnanAlus's ship and returns true, or returns false with the cursor moved.
 bool ostaValinta(int pelaaja, int& kursori);
+// Forgets the keys a choice screen read, so that they act neither on it nor after it.
+void unohdaValintanapit(Player& p);
 // The computer pilot's target: a ship number, or -1 for the random entry. The
 // player must afford the cheapest ship (valitseAlus sees to that).
 int tietokoneenKohde(int pelaaja);

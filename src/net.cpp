@@ -1007,6 +1007,11 @@ void netJoinPeli() { pelaa(verkkoSilmukka); }
 
 // ---- Lobby screens -----------------------------------------------------------------------
 
+bool omaPaikka(int s) {
+  if (hostpeli) return mpstatus[s] == 3 && pelaajasoketista[s] == 0;
+  return (omatPaikat >> s) & 1u;
+}
+
 namespace {
 
 const char* const pelitilojenNimet[5] = {"death match", "death match with random ships", "flower domination",
@@ -1021,11 +1026,6 @@ const float alarivienY[6] = {-3.4f, -5.1f, -6.8f, -8.9f, -10.6f, -12.3f};
 
 float paikanX(int s) { return s < paikkoja / 2 ? -29.0f : 1.0f; }
 float paikanY(int s) { return 10.5f - 1.7f * static_cast<float>(s % (paikkoja / 2)); }
-
-bool omaPaikka(int s) {
-  if (hostpeli) return mpstatus[s] == 3 && pelaajasoketista[s] == 0;
-  return (omatPaikat >> s) & 1u;
-}
 
 // One row of the slot table; returns where it ends.
 float piirraPaikka(int s) {

@@ -80,6 +80,7 @@ extern TCPsocket joinsoketti;
 extern int joinaavia;
 extern bool gamequited, started2, alkujuttusaatu, valmiinaalottamaan;
 extern unsigned omatPaikat;  // bit per slot the host says this client owns
+bool omaPaikka(int s);      // a player of this machine has lobby slot s
 extern const char* eroSyy;   // why the lobby ended, for the error screen
 
 // Host.

@@ -159,3 +159,10 @@ bool tarkistaAsiakkaanMsg(uint8_t laji, const unsigned char* data, int pituus);
 // each slot. Buttons and choices of slots it does not own are left alone.
 AsiakkaanTulos kasitteleAsiakkaanMsg(int yhteys, uint8_t laji, const unsigned char* data, int pituus,
                                      const int* omistaja);
+
+// ---- The running loop ----------------------------------------------------------------
+
+// One pass of the running network loop without drawing: the poll, the due world steps,
+// the sends and the time-outs. The screens opened over a match (ship choice, settings)
+// run it every pass, so that the match never pauses. Defined with the in-game loops.
+void verkkoTausta();

@@ -49,7 +49,6 @@ const double kameranPii = 3.14;
 
 const float planeetanSade = 8.0f;
 const short kuolemanAlku = 350;
-const short uudestaanHetki = 200;  // the respawn decision is taken at this timer value
 const float asteroidinVaistokulma = 0.5235987901687622f;
 
 void lopetaLaser(Player& p) {
@@ -428,22 +427,14 @@ int arvoAlusnumero() {
   return n;
 }
 
-double halvinAlus() {
-  double halvin = alus[0].pistemaara;
-  for (const Alus& a : alus) halvin = std::min(halvin, a.pistemaara);
-  return halvin;
-}
-
 // Buys a random affordable ship. A player who cannot afford even the
-// cheapest ship is out; drawing on would never end.
+// cheapest ship is out.
 void ostaSatunnainenAlus(Player& p) {
-  if (p.pisteet < halvinAlus()) {
+  const int n = ostettavaSatunnainen(p);
+  if (n < 0) {
     p.pisteet = -1.0f;
     return;
   }
-  int n;
-  do n = arvoAlusnumero();
-  while (p.pisteet < alus[n].pistemaara);
   p.uudestaan(alus[n]);
   p.pisteet -= alus[n].pistemaara;
 }
@@ -1713,15 +1704,6 @@ const int aiPainallusvali = 5;
 const int aiVahvistusviive = 50;
 const int aiNaytonPelaajaraja = 4;  // from this many players a computer pilot chooses unseen
 
-bool onVaraa(const Player& p, int n) { return p.pisteet >= alus[n].pistemaara; }
-
-int ostettavaSatunnainen(const Player& p) {
-  int n;
-  do n = arvoAlusnumero();
-  while (!onVaraa(p, n));
-  return n;
-}
-
 // The first player in play of another team, or null.
 const Player* ensimmainenVihollinen(const Player& oma) {
   for (int i = 0; i < pelaajia(); ++i)
@@ -1739,14 +1721,31 @@ int vastaAlukselle(const Alus& vihu) {
   return -1;
 }
 
+}  // namespace
+
+int satunnainenAlusnumero() { return satunnainenAlusIlmanPisteita(); }
+
+double halvinAlus() {
+  double halvin = alus[0].pistemaara;
+  for (const Alus& a : alus) halvin = std::min(halvin, a.pistemaara);
+  return halvin;
+}
+
+bool onVaraa(const Player& p, int alusnumero) { return p.pisteet >= alus[alusnumero].pistemaara; }
+
+int ostettavaSatunnainen(const Player& p) {
+  // Drawing on would never end for a player who cannot afford even the cheapest.
+  if (p.pisteet < halvinAlus()) return -1;
+  int n;
+  do n = arvoAlusnumero();
+  while (!onVaraa(p, n));
+  return n;
+}
+
 void unohdaValintanapit(Player& p) {
   p.pylos = p.palas = p.pleft = p.pright = p.pfire = p.pease = false;
   entterpressed = false;
 }
-
-}  // namespace
-
-int satunnainenAlusnumero() { return satunnainenAlusIlmanPisteita(); }
 
 const char* const alusopas[alustyyppeja][alusoppaanRiveja] = {
     {"Tough, 50 hull, heavy and steady.", "Twin guns angled out at 45 degrees.",
@@ -1801,15 +1800,18 @@ bool alusvalinnanSyote(Player& p, int& kursori) {
   return false;
 }
 
+int valinnanAlus(int pelaaja, int& kursori) {
+  const Player& p = player[pelaaja];
+  const int n = kursori == satunnainenKohta ? ostettavaSatunnainen(p) : kursori;
+  if (n >= 0 && onVaraa(p, n)) return n;
+  kursori = korvaavaAlus;
+  return -1;
+}
+
 bool ostaValinta(int pelaaja, int& kursori) {
+  const int n = valinnanAlus(pelaaja, kursori);
+  if (n < 0) return false;
   Player& p = player[pelaaja];
-  int n = kursori;
-  if (kursori == satunnainenKohta) {
-    n = ostettavaSatunnainen(p);
-  } else if (!onVaraa(p, kursori)) {
-    kursori = korvaavaAlus;
-    return false;
-  }
   p.uudestaan(alus[n]);
   p.pisteet -= static_cast<float>(alus[n].pistemaara);
   return true;
@@ -1962,6 +1964,15 @@ void piirraOtsakkeet(int pelaaja, const Player& p) {
   gl_println(arvoX, 7.5f, valintaZ, teksti, tietoKoko);
 }
 
+// Over the network the match goes on: the seconds left before a ship is drawn at random.
+void piirraAikaa(int sekunteja) {
+  if (sekunteja < 0) return;
+  char teksti[32];
+  std::snprintf(teksti, sizeof teksti, "time left: %d", sekunteja);
+  glColor4f(1, 0.75f, 0.15f, 1);
+  gl_println(4, 9.5f, valintaZ, teksti);
+}
+
 // The 25 entries as a strip of numbers: the cursor's in gold, ships the player
 // cannot afford dimmed.
 void piirraKohtarivi(const Player& p, int kursori) {
@@ -2006,7 +2017,7 @@ void piirraValittuAlus(Player& p, int kursori) {
 
 }  // namespace
 
-void drawAlusValinta(int pelaaja, int kursori) {
+void drawAlusValinta(int pelaaja, int kursori, int sekunteja) {
   Player& p = player[pelaaja];
   glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);
   piirraTaustakuva(texture[30]);
@@ -2016,6 +2027,7 @@ void drawAlusValinta(int pelaaja, int kursori) {
   glEnable(GL_BLEND);
   glBlendFunc(GL_SRC_ALPHA, GL_ONE);  // the glyphs' black adds nothing
   piirraOtsakkeet(pelaaja, p);
+  piirraAikaa(sekunteja);
   piirraAlustiedot(kursori);
   piirraAlusopas(kursori);
   piirraKohtarivi(p, kursori);

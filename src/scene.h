@@ -65,9 +65,14 @@ void drawPlanet();
 void piirraAsteroidit();
 void piirraPikkumiehet();
 
-// Ship choice of one player (credit games).
+// Ship choice of one player (credit games). Over the network the screen also shows the
+// seconds left to choose (none when negative).
 void valitseAlus(int pelaaja);
-void drawAlusValinta(int pelaaja, int kursori);
+void drawAlusValinta(int pelaaja, int kursori, int sekunteja = -1);
+
+// A dead ship's timer stands at this value when its replacement is decided; a host
+// holds it there until the ship has been given.
+const short uudestaanHetki = 200;
 
 // What a 32-bit printf("%d") shows for a double argument: the low word of its
 // bits as a signed int (so whole amounts show as 0). The score panels print it.
