@@ -62,6 +62,8 @@ int satunnainenAlusnumero();
 // One pass of player p's keys: palas/pleft move +1, pylos/pright -1 (wrapping over
 // 0..24), pfire or Enter confirm (true). Each flag it acts on is cleared.
 bool alusvalinnanSyote(Player& p, int& kursori);
+// An affordable ship drawn at random, -1 when even the cheapest is too dear.
+int ostettavaSatunnainen(const Player& p);
 // Buys the entry under the cursor for player `pelaaja` and returns true; a ship the
 // player cannot afford moves the cursor to ship 2 instead and returns false.
 bool ostaValinta(int pelaaja, int& kursori);

@@ -435,23 +435,26 @@ double halvinAlus() {
 }
 
 // Buys a random affordable ship. A player who cannot afford even the
-// cheapest ship is out; drawing on would never end.
+// cheapest ship is out.
 void ostaSatunnainenAlus(Player& p) {
-  if (p.pisteet < halvinAlus()) {
+  const int n = ostettavaSatunnainen(p);
+  if (n < 0) {
     p.pisteet = -1.0f;
     return;
   }
-  int n;
-  do n = arvoAlusnumero();
-  while (p.pisteet < alus[n].pistemaara);
   p.uudestaan(alus[n]);
   p.pisteet -= alus[n].pistemaara;
 }
 
+// A client is sent its ships. A host puts every ship at the respawn point instead of
+// choosing on the spot: its loop hands out the first ships as it does later ones, and
+// nobody's choice holds up the match.
 void pistepelinAlku() {
-  if (pistepeli && ekapisteframe) {
+  if (pistepeli && ekapisteframe && !asiakas()) {
     for (int i = 0; i < pelaajia(); ++i) {
-      if (saavalita)
+      if (isanta())
+        player[i].kuolema = uudestaanHetki;
+      else if (saavalita)
         valitseAlus(i);
       else
         ostaSatunnainenAlus(player[i]);
@@ -626,6 +629,15 @@ void raportoiPikkumies(int i) {
 }
 
 }  // namespace
+
+int ostettavaSatunnainen(const Player& p) {
+  // Drawing on without the price of the cheapest ship would never end.
+  if (p.pisteet < halvinAlus()) return -1;
+  int n;
+  do n = arvoAlusnumero();
+  while (p.pisteet < alus[n].pistemaara);
+  return n;
+}
 
 // --- Start-up placement ------------------------------------------------------
 
@@ -929,8 +941,17 @@ static bool piirtaaViivoja(const Alus& a) {
          a.numero == 18;
 }
 
-static void piirraPelaaja(Player& p) {
+float piirtoSiirto[maxPlayers][2];
+void (*kuvanPaalle)() = nullptr;
+
+static void piirraPelaaja(int i) {
+  Player& p = player[i];
+  const float x = p.x, y = p.y;
+  p.x += piirtoSiirto[i][0];
+  p.y += piirtoSiirto[i][1];
   p.piirra();
+  p.x = x;
+  p.y = y;
   p.piirraPadit();
   p.piirraePadit();
   p.piirraLimat();
@@ -945,7 +966,7 @@ static void piirraPelaaja(Player& p) {
 // Ships with everything they own, then the swirls of the ships waiting to come back.
 void piirraPelaajat() {
   for (int i = 0; i < pelaajia(); ++i)
-    if (pelissa(player[i]) && player[i].kuolema < 1) piirraPelaaja(player[i]);
+    if (pelissa(player[i]) && player[i].kuolema < 1) piirraPelaaja(i);
   for (int i = 0; i < pelaajia(); ++i)
     if (pelissa(player[i]) && player[i].kuolema >= 1 && player[i].kuolema < uudestaanHetki)
       player[i].piirraAlkuSirpaleet();
@@ -1155,6 +1176,7 @@ void piirraMaailma() {
 void drawFrame(int) {
   piirraMaailma();
   if (tilannenappi) piirraTilanne();
+  if (kuvanPaalle) kuvanPaalle();
   // The planet spins with the drawing rate (a menu drawn over a frozen field keeps it still).
   xrot += 0.6f;
   yrot += 0.9f;
@@ -1714,13 +1736,6 @@ const int aiVahvistusviive = 50;
 const int aiNaytonPelaajaraja = 4;  // from this many players a computer pilot chooses unseen
 
 bool onVaraa(const Player& p, int n) { return p.pisteet >= alus[n].pistemaara; }
-
-int ostettavaSatunnainen(const Player& p) {
-  int n;
-  do n = arvoAlusnumero();
-  while (!onVaraa(p, n));
-  return n;
-}
 
 // The first player in play of another team, or null.
 const Player* ensimmainenVihollinen(const Player& oma) {
