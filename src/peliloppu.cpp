@@ -11,6 +11,11 @@
 #include "Menu.h"
 #include "Player.h"
 #include "Teksti.h"
+#include "audio.h"
+#include "net.h"
+
+#include <cstdint>
+#include <cstring>
 
 int mpcredits = 0;
 signed char voittotiimi = 0;
@@ -156,4 +161,133 @@ void drawVictory(int tiimi) {
   palautaProjektio();
   glEnable(GL_BLEND);
   naytaKuva();
+}
+
+// ---- The network end of a match -------------------------------------------------------
+
+bool netGameQuit = false;
+void (*verkkoVoitonSilmukka)() = netVictoryLoop;
+
+namespace {
+
+// The team of the last player in slot order still in play, 0xff when there is none.
+uint8_t viimeinenTiimi() {
+  uint8_t tiimi = 0xff;
+  for (int i = 0; i < saannot::pelaajia(); ++i)
+    if (player[i].pisteet >= 0) tiimi = static_cast<uint8_t>(player[i].tiimi);
+  return tiimi;
+}
+
+// "victoryo" + team + ';' + 0, or "victoryd" + team + rows + ';' + 0; 0 in other modes.
+int voittoViesti(unsigned char* b) {
+  if (!tappopeli() && !tavoitePeli()) return 0;
+  std::memcpy(b, tavoitePeli() ? "victoryo" : "victoryd", 8);
+  b[8] = viimeinenTiimi();
+  int n = 9;
+  if (tappopeli()) {
+    int rivit = 0;
+    n = 10;
+    for (int i = 0; i < saannot::pelaajia(); ++i) {
+      if (player[i].pisteet < 0) continue;
+      const int16_t pisteet = static_cast<int16_t>(static_cast<int>(player[i].pisteet));
+      b[n++] = static_cast<unsigned char>(pisteet & 0xff);
+      b[n++] = static_cast<unsigned char>((pisteet >> 8) & 0xff);
+      b[n++] = static_cast<unsigned char>(i);
+      b[n++] = 0;
+      ++rivit;
+    }
+    b[9] = static_cast<unsigned char>(rivit);
+  }
+  b[n++] = ';';
+  b[n++] = 0;
+  return n;
+}
+
+// One network victory frame: the players `voittaja` picks, the team shown plus one.
+void piirraVerkkoVoitto(int tiimi, bool (*voittaja)(const Player&, int), const char* eiVoittajaa) {
+  asetaVoittoNakyma();
+  int voittajia = 0, krediittiSumma = 0;
+  for (int i = 0; i < saannot::pelaajia(); ++i) {
+    if (!voittaja(player[i], tiimi)) continue;
+    ++voittajia;
+    krediittiSumma += player[i].pisteet + player[i].alus.pistemaara;  // truncated at each step
+  }
+  const float pienennys = voittajia < 5 ? 0.5f : 0.32f;
+  glScalef(pienennys, pienennys, pienennys);
+  for (int i = 0, kohta = 0; i < saannot::pelaajia(); ++i)
+    if (voittaja(player[i], tiimi)) player[i].piirra(4 - 4 * voittajia + 8 * kohta++, -6, -3, 90, 0);
+  glScalef(1 / pienennys, 1 / pienennys, 1 / pienennys);
+  if (voittajia == 0) {
+    glColor4f(1, 0, 0, 1);
+    gl_println(-4, 0, -25, eiVoittajaa);
+  } else {
+    piirraVoittoTekstit(tiimi + 1, tappopeli(), krediittiSumma);
+  }
+  palautaProjektio();
+  glEnable(GL_BLEND);
+  naytaKuva();
+}
+
+bool tiiminJasen(const Player& p, int tiimi) { return p.tiimi == tiimi; }
+bool pelissaOleva(const Player& p, int) { return p.pisteet >= 0; }
+bool pelissaOlevaJasen(const Player& p, int tiimi) { return p.pisteet >= 0 && p.tiimi == tiimi; }
+
+void drawNetVictoryLoop() {
+  if (tavoitePeli()) {
+    int tiimi = -1;
+    for (int i = 0; i < saannot::pelaajia() && tiimi < 0; ++i)
+      if (player[i].pisteet >= static_cast<double>(mpcredits)) tiimi = player[i].tiimi;
+    piirraVerkkoVoitto(tiimi, tiiminJasen, "draw");
+  } else {
+    const uint8_t tiimi = viimeinenTiimi();
+    piirraVerkkoVoitto(tiimi == 0xff ? -1 : tiimi, pelissaOleva, "draw");
+  }
+}
+
+void drawJoinNetVictoryLoop() {
+  piirraVerkkoVoitto(voittotiimi, gamemode == 2 ? tiiminJasen : pelissaOlevaJasen, "nobody won");
+}
+
+}  // namespace
+
+void netVictory() {
+  unsigned char b[12 + 4 * 16];
+  const int n = voittoViesti(b);
+  if (n == 0) return;
+  for (int c = 1; c < playerslots && c < yhteyksia; ++c)
+    if (tcpsoketit[c]) laheta(c, b, n);
+  verkkoVoitonSilmukka();
+}
+
+void netVictoryLoop() {
+  entterpressed = escpressed = false;
+  const Uint32 alku = pacingTicks();
+  while (!entterpressed && !escpressed) {
+    if (hostpeli) drawNetVictoryLoop(); else drawJoinNetVictoryLoop();
+    processEvents();
+    waitNextFrame();
+    if (pacingTicks() - alku < 2000) tyhjennaJonot();
+    updateAudio();
+  }
+  entterpressed = escpressed = false;
+}
+
+int kasitteleVictoryMsg(const char* msg, int len) {
+  if (len < 11 || std::memcmp(msg, "victory", 7) != 0 || (msg[7] != 'o' && msg[7] != 'd')) return 0;
+  const unsigned char* b = reinterpret_cast<const unsigned char*>(msg);
+  const int rivit = msg[7] == 'd' ? static_cast<signed char>(b[9]) : 0;
+  if (rivit < 0 || (msg[7] == 'd' && len < 12 + 4 * rivit)) return 0;
+  voittotiimi = static_cast<signed char>(b[8]);
+  gamemode = msg[7] == 'o' ? 2 : 0;
+  for (int k = 0; k < rivit; ++k) {
+    const unsigned char* r = b + 10 + 4 * k;
+    const int pisteet = static_cast<int16_t>(r[0] | r[1] << 8);
+    const int numero = static_cast<int16_t>(r[2] | r[3] << 8);
+    if (numero >= 0 && numero < saannot::pelaajia()) player[numero].pisteet = static_cast<float>(pisteet);
+  }
+  netGameQuit = true;
+  suljeYhteys(hostiYhteys);
+  verkkoVoitonSilmukka();
+  netGameQuit = true;
+  return msg[7] == 'o' ? 11 : 12 + 4 * rivit;
 }

@@ -11,3 +11,18 @@ int johtavaTiimi();        // team of the leader (the victory screen's argument)
 
 int peliloppu();           // network host's end rule: 1 = match over
 void drawVictory(int tiimi);
+
+// The network end of a match.
+extern bool netGameQuit;  // the network match is over: the loops and the screens over them leave
+// Host: sends the victory message to every client through the send queues, then runs
+// the victory screen (nothing in a mode without one).
+void netVictory();
+// The victory screen of a network match until Enter or Escape; for its first 2 s it
+// keeps sending what the queues still hold, never blocking.
+void netVictoryLoop();
+// Client: a "victoryo"/"victoryd" message: the mode, the winning team and the scores are
+// taken, the connection to the host closed and the victory screen run. Returns the
+// message's length, or 0 (nothing done) for a message that is not whole or not one of these.
+int kasitteleVictoryMsg(const char* msg, int len);
+// The victory screen the two above run (netVictoryLoop); tests replace it.
+extern void (*verkkoVoitonSilmukka)();
