@@ -1561,6 +1561,7 @@ void isannanAskel(int f) {
   keraaTapahtumat();
   ottelunLoppu = peliloppu() == 1;
   if (ottelunLoppu || f % frameVali == 0) hostLahetaPeli(f);  // the last one carries the final scores
+  if (ottelunLoppu) netGameQuit = true;  // a screen open over the match closes for the victory
   if (verkkoAskeleenJalkeen) verkkoAskeleenJalkeen(f);
 }
 
@@ -2044,7 +2045,7 @@ void lahdeOttelusta() {
 void netHostPeli() {
   aloitaIsannanOttelu();
   escpressed = false;
-  while (!netGameQuit && !ottelunLoppu) {
+  while (!netGameQuit) {
     const int ennen = maailmanFrame;
     isannanKierros(aikaaFrameen(maailmanFrame + 1, 0));
     processEvents();
@@ -2052,14 +2053,13 @@ void netHostPeli() {
     if (valikko < 0) isannanValinnat();
     piirra(maailmanFrame - ennen);
   }
-  if (ottelunLoppu && !netGameQuit) {
+  if (ottelunLoppu) {
     // Whatever waits for a slow client goes before the victory, which follows it.
     for (int c = 1; c < yhteyksia; ++c) {
       if (!asiakkaat[c].mukana || !tcpsoketit[c]) continue;
       purkaJono(c, true);
       if (asiakkaat[c].resync) lahetaResync(c, (uint32_t)maailmanFrame);
     }
-    netGameQuit = true;
     netVictory();
   }
   suljeOttelu();
