@@ -5,7 +5,6 @@
 
 #include <algorithm>
 #include <chrono>
-#include <cmath>
 #include <vector>
 
 #include "simscene.h"
@@ -26,14 +25,7 @@ void taistelu(int taso) {
   sets.ai = taso;
   sets.aikohteet = true;
   aiAlusta();
-  for (int i = 0; i < maxPlayers; ++i) {
-    const float a = i * 0.3927f;
-    simscene::laita(i, (i * 7 + 3) % alustyyppeja, std::cos(a) * 100, std::sin(a) * 80, i * 22.5f);
-    player[i].tiimi = i % 4;
-    player[i].ihmispelaaja = false;
-  }
-  alustaAsteroidit();
-  for (Pati& m : pikkumies) m.aika = 0;
+  simscene::rengas(3);
   aloitaKeraaja();
 }
 

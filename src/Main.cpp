@@ -42,6 +42,7 @@ int ai = 0;
 double fullcredits = 200;
 bool entterpressed = false, escpressed = false, spacepressed = false;
 bool ohjenappi = false, tilannenappi = false;
+int nappainrivinPelaaja[4] = {0, 1, 2, 3};
 bool lctrl = false, rctrl = false;
 int luetaan = 0;
 char luettunappi = 0;
@@ -321,8 +322,8 @@ bool Player::* const controls[6] = {&Player::pylos, &Player::palas, &Player::ple
 
 // A player's key works only while that player exists; player 1's keys need no
 // count, and neither do the releases of left Shift and left Ctrl (kept so).
-bool keyCounts(int slot, SDLKey key, bool pressed) {
-  if (slot == 0) return true;
+bool keyCounts(int row, int slot, SDLKey key, bool pressed) {
+  if (row == 0) return true;
   if (!pressed && (key == SDLK_LSHIFT || key == SDLK_LCTRL)) return true;
   return players > slot;
 }
@@ -330,9 +331,13 @@ bool keyCounts(int slot, SDLKey key, bool pressed) {
 void applyKey(SDLKey key, bool pressed) {
   if (key == SDLK_RCTRL) rctrl = pressed;
   if (key == SDLK_LCTRL) lctrl = pressed;
-  for (int slot = 0; slot < 4; slot++)
+  for (int row = 0; row < 4; row++) {
+    const int slot = nappainrivinPelaaja[row];
+    if (slot < 0 || slot >= maxPlayers) continue;
     for (int c = 0; c < 6; c++)
-      if (playerKeys[slot][c].key == key && keyCounts(slot, key, pressed)) player[slot].*controls[c] = pressed;
+      if (playerKeys[row][c].key == key && keyCounts(row, slot, key, pressed))
+        player[slot].*controls[c] = pressed;
+  }
 }
 
 // The keys that show something only while they are held.
@@ -370,8 +375,7 @@ void realDelay(Uint32 ms) { SDL_Delay(ms); }
 // drawing without pause until it catches up.
 void waitForDueFrame() {
   for (;;) {
-    currenttime = static_cast<int>(pacingTicks() - static_cast<Uint32>(starttime));
-    framecounter = static_cast<int>(currenttime * static_cast<double>(calculatefps) / 1000.0);
+    readFrameClock();
     if (framecounter < oldframecounter) oldframecounter = framecounter;
     if (framecounter != oldframecounter) return;
     pacingDelay(2);
@@ -403,12 +407,22 @@ SDL_Surface* setVideoMode(int width, int height, bool fullScreen) {
 Uint32 (*pacingTicks)() = realTicks;
 void (*pacingDelay)(Uint32 ms) = realDelay;
 
+int readFrameClock() {
+  currenttime = static_cast<int>(pacingTicks() - static_cast<Uint32>(starttime));
+  framecounter = static_cast<int>(currenttime * static_cast<double>(calculatefps) / 1000.0);
+  return framecounter;
+}
+
 int paceAndCalculate(CatchUp policy, int limit, void (*step)(int)) {
   waitForDueFrame();
-  if (policy != CatchUp::Unlimited && oldframecounter < framecounter - limit)
-    oldframecounter = (policy == CatchUp::DropBacklog) ? framecounter : framecounter - 1;
+  return calculateUpTo(framecounter, policy, limit, step);
+}
+
+int calculateUpTo(int target, CatchUp policy, int limit, void (*step)(int)) {
+  if (policy != CatchUp::Unlimited && oldframecounter < target - limit)
+    oldframecounter = (policy == CatchUp::DropBacklog) ? target : target - 1;
   int computed = 0;
-  for (skipframes = framecounter - oldframecounter; skipframes > 0; skipframes--) {
+  for (skipframes = target - oldframecounter; skipframes > 0; skipframes--) {
     step(++oldframecounter);
     calculatedframes++;
     computed++;

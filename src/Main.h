@@ -44,6 +44,9 @@ extern double fullcredits;
 // One-shot keys and the text-entry handshake (keyboard).
 extern bool entterpressed, escpressed, spacepressed;
 extern bool ohjenappi, tilannenappi;  // F1 (the key help) and Tab (the standings), while held
+// The slot each row of keys (player 1's to player 4's) steers, -1 none: slots 0..3 in a
+// local game, the humans of this machine in a network game. The menus read row 0's slot.
+extern int nappainrivinPelaaja[4];
 extern bool lctrl, rctrl;
 extern int luetaan;
 extern char luettunappi;
@@ -87,6 +90,12 @@ enum class CatchUp {
 // then runs `step(++oldframecounter)` once per due frame under the catch-up policy.
 // Returns the number of frames computed.
 int paceAndCalculate(CatchUp policy, int limit, void (*step)(int));
+// The calculated frame the clock has reached (sets currenttime and framecounter).
+int readFrameClock();
+// Steps 4-5 on their own, without waiting: runs `step(++oldframecounter)` for each frame up
+// to `target` under the catch-up policy (the network loops keep their world's count apart
+// from the clock's). Returns the number of frames computed.
+int calculateUpTo(int target, CatchUp policy, int limit, void (*step)(int));
 // Steps 1-3 for menu loops: wait for the next calculated frame, then oldframecounter = framecounter;
 // then the screen underneath does its part (`taustatyo`, when set).
 void waitNextFrame();

@@ -155,7 +155,7 @@ void avaa(int item) {
 }  // namespace
 
 bool valikonSyote(int& item, int last) {
-  Player& p = player[0];
+  Player& p = player[nappainrivinPelaaja[0]];
   if (entterpressed) {
     entterpressed = false;
     return true;
@@ -176,7 +176,7 @@ bool valikonSyote(int& item, int last) {
 
 void unohdaNapit() {
   escpressed = entterpressed = false;
-  Player& p = player[0];
+  Player& p = player[nappainrivinPelaaja[0]];
   p.pylos = p.palas = p.pleft = p.pright = p.pfire = false;
 }
 
@@ -275,7 +275,7 @@ NappainToisto::~NappainToisto() { SDL_EnableKeyRepeat(viive_, vali_); }
 
 // Left -1, right +1, else 0; the flag acted on is cleared.
 int sivusuunta() {
-  Player& p = player[0];
+  Player& p = player[nappainrivinPelaaja[0]];
   const int suunta = p.pright ? 1 : p.pleft ? -1 : 0;
   p.pleft = p.pright = false;
   return suunta;

@@ -15,8 +15,8 @@ bool playerMenu(int pelaajia);
 // then the swap.
 void naytaKuva();
 
-// One pass of menu input from player 0's flags and the Enter and Escape keys:
-// moves `item` over 0..last with wrap-around and returns true when it is chosen
+// One pass of menu input from the flags of the slot player 1's keys steer and the Enter
+// and Escape keys: moves `item` over 0..last with wrap-around and returns true when it is chosen
 // (Escape chooses `last`). Each flag it acts on is cleared.
 bool valikonSyote(int& item, int last);
 // Forgets keys still held when a screen returns to the menu.

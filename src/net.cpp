@@ -27,14 +27,13 @@
 #include "Player.h"
 #include "Sets.h"
 #include "Teksti.h"
-#include "ai.h"
 #include "audio.h"
 #include "chat.h"
 #include "ctf.h"
-#include "domination.h"
 #include "glapi.h"
 #include "localgame.h"
 #include "nethelp.h"
+#include "netpeli.h"
 #include "peliloppu.h"
 #include "scene.h"
 
@@ -44,6 +43,7 @@ bool joinpeli = false;
 int verkkoportti = 9999;
 int (*tcpLahetys)(TCPsocket, const void*, int) = SDLNet_TCP_Send;
 void (*tcpSulku)(TCPsocket) = SDLNet_TCP_Close;
+int (*tcpVastaanotto)(TCPsocket, void*, int) = SDLNet_TCP_Recv;
 Yhteys yhteys[yhteyksia + 1];
 
 TCPsocket tcpsoketit[yhteyksia];
@@ -130,8 +130,6 @@ int etsiKuvaaja(TCPsocket s) {
 }
 
 bool odottaaVuoroa() { return errno == EAGAIN || errno == EWOULDBLOCK || errno == EINTR; }
-
-void katkaiseHostista(const char* syy);
 
 // A connection that cannot go on: a host drops the client, a client leaves its host.
 void pudota(int i) {
@@ -244,7 +242,7 @@ int vastaanota(int i) {
   const int tilaa = std::min(vastaanottoKerralla, vastaanottoTila - y.saapuneita);
   if (tilaa <= 0) return -1;  // a peer that never completes a message
   errno = 0;
-  const int saatu = SDLNet_TCP_Recv(soketti(i), y.saapuneet + y.saapuneita, tilaa);
+  const int saatu = tcpVastaanotto(soketti(i), y.saapuneet + y.saapuneita, tilaa);
   if (saatu > 0) {
     y.saapuneita += saatu;
     y.vastaanotettu += static_cast<uint64_t>(saatu);
@@ -806,12 +804,12 @@ void hostStart() {
 
 // ---- Client ----------------------------------------------------------------------------
 
-namespace {
-
 void katkaiseHostista(const char* syy) {
   suljeYhteys(hostiYhteys);
   lopeta(syy);
 }
+
+namespace {
 
 void lueHostilta() {
   const int saatu = vastaanota(hostiYhteys);
@@ -964,14 +962,6 @@ void writeHostFile(const char* buf) {
 
 // ---- Game start ------------------------------------------------------------------------
 
-namespace {
-
-// Hand-over point to the in-game network play, which replaces this loop: until then a
-// networked match shows the field built from the lobby and ends on Escape.
-const Pelisilmukka verkkoSilmukka = {CatchUp::DropBacklog, 5, nullptr};
-
-}  // namespace
-
 void rakennaVerkkoOttelu() {
   char nimet[16][nickKoko];
   std::memcpy(nimet, netnick, sizeof nimet);
@@ -984,26 +974,16 @@ void rakennaVerkkoOttelu() {
     p.numero = n;
     p.tiimi = std::clamp(mptiimi[s], 0, std::min(cpisteita, maxPlayers) - 1);
     p.ihmispelaaja = mpstatus[s] == 3;
-    p.kuolema = 0;
-    p.pisteet = krediitit ? static_cast<float>(mpcredits) : 0.0f;
-    p.uudestaan(alus[satunnainenAlusnumero()]);
     std::memcpy(netnick[n], nimet[s], nickKoko);
     ottelunPaikka[n] = s;
     ottelunPelaaja[s] = n;
     ++n;
   }
   players = n;
-  pistepeli = krediitit;
-  saavalita = false;
-  ekapisteframe = true;
+  nollaaOttelu(gamemode, krediitit, false, krediitit ? static_cast<float>(mpcredits) : 0.0f);
+  for (int i = 0; i < n; ++i) player[i].uudestaan(alus[satunnainenAlusnumero()]);
   if (joinpeli) calculatefps = verkkoFps;
-  aloitaCPisteet();
-  for (int k = 0; dpiste && k < dpisteita; ++k) dpiste[k].tiimi = -1;
-  aiAlusta();
 }
-
-void netHostPeli() { pelaa(verkkoSilmukka); }
-void netJoinPeli() { pelaa(verkkoSilmukka); }
 
 // ---- Lobby screens -----------------------------------------------------------------------
 
@@ -1452,9 +1432,8 @@ void joinwaitforstart() {
     rakennaVerkkoOttelu();
     netJoinPeli();
     calculatefps = static_cast<float>(sets.fps);
-  } else if (gamequited) {
-    virheRuutu(eroSyy);
   }
+  if (gamequited) virheRuutu(eroSyy);  // the lobby, or the match, ended without the player's say
   suljeYhteys(hostiYhteys);
 }
 

@@ -26,6 +26,9 @@ extern int verkkoportti;  // 9999; tests pick a free one
 // tests and fuzz targets capture the bytes without sockets.
 extern int (*tcpLahetys)(TCPsocket soketti, const void* data, int pituus);
 extern void (*tcpSulku)(TCPsocket soketti);
+// Every receive goes through this one (SDLNet_TCP_Recv on a non-blocking socket: -1 with
+// errno EAGAIN when nothing waits), so tests can delay what arrives.
+extern int (*tcpVastaanotto)(TCPsocket soketti, void* data, int enintaan);
 
 struct Yhteys {
   unsigned char saapuneet[vastaanottoTila];  // received, not yet handled
@@ -103,6 +106,8 @@ void kuuntelejoin();
 int joinwaitKasittele(const unsigned char* buf, int pituus);  // returns bytes used
 void lahetaTiiminVaihto(int paikka);
 void joinwaitforstart();
+// A client leaves its host: the connection closes, gamequited is set and eroSyy says why.
+void katkaiseHostista(const char* syy);
 
 // One lobby network pass for whichever side this is (the chat keeps the lobby running with it).
 void aulanVerkko();
@@ -118,8 +123,6 @@ void writeHostFile(const char* buf);
 void rakennaVerkkoOttelu();
 extern int ottelunPaikka[16];   // match player -> lobby slot
 extern int ottelunPelaaja[16];  // lobby slot -> match player, -1 when not in the match
-void netHostPeli();
-void netJoinPeli();
 
 // Draws one frame of a lobby screen; tests replace it to run without a window.
 extern void (*aulanPiirto)(void (*ruutu)(int), int kohta);

@@ -94,7 +94,11 @@ bool tarjoaValinta(int yhteys, int pelaaja, int alusnumero) {
 void valintaAjat() {
   for (int i = 0; i < saannot::pelaajia(); ++i)
     if (takaraja[i] >= 0 && (oldframecounter >= takaraja[i] || valitsijaPoissa(i)))
-      annaTaiPoista(i, arvottuAlus(player[i]));
+      annaArvottuAlus(i);
+}
+
+void annaArvottuAlus(int pelaaja) {
+  if (pelaajana(pelaaja)) annaTaiPoista(pelaaja, arvottuAlus(player[pelaaja]));
 }
 
 void annaVerkkoAlus(int pelaaja, int alusnumero) {
@@ -109,17 +113,10 @@ void annaVerkkoAlus(int pelaaja, int alusnumero) {
   takaraja[pelaaja] = -1;
 }
 
-int nappaimistonPelaaja(int pelaaja) {
-  int k = 0;
-  const int oma = pelaajana(pelaaja) ? ottelunPaikka[pelaaja] : 0;
-  for (int s = 0; s < oma && s < maxPlayers; ++s)
-    if (omaPaikka(s)) ++k;
-  return std::min(k, 3);
-}
-
 int netValitseAlus(int pelaaja, int takarajaMs) {
   if (!pelaajana(pelaaja)) return -1;
-  Player& napit = player[nappaimistonPelaaja(pelaaja)];
+  // This machine's rows of keys steer its own match players (nappainrivinPelaaja).
+  Player& napit = player[pelaaja];
   unohdaValintanapit(napit);
   const Uint32 alku = pacingTicks();
   int kursori = 0, valittu = -1;
@@ -131,8 +128,6 @@ int netValitseAlus(int pelaaja, int takarajaMs) {
     const bool annettu = hostpeli && !odottaaValintaa(pelaaja);
     if (kulunut >= takarajaMs || netGameQuit || annettu) break;
     otteluJatkuu();
-    // On a host the keyboard's slot may be a computer pilot's, whose flags are no keys.
-    if (!napit.ihmispelaaja) unohdaValintanapit(napit);
     alusvalinnanPiirto(pelaaja, kursori, (takarajaMs - kulunut + 999) / 1000);
     updateAudio();
   }

@@ -22,6 +22,8 @@ bool tarjoaValinta(int yhteys, int pelaaja, int alusnumero);
 // Every pass: a player whose time is up or whose owner has gone gets a random affordable
 // ship, or is out of the match when it cannot afford any.
 void valintaAjat();
+// A random ship (affordable in a credit game), or out of the match when none is.
+void annaArvottuAlus(int pelaaja);
 // Gives the ship (uudestaan), charges its price in a credit game, places the start
 // shards and lets a timer held at its respawn run on, so that the ship comes back.
 void annaVerkkoAlus(int pelaaja, int alusnumero);
@@ -31,9 +33,6 @@ void annaVerkkoAlus(int pelaaja, int alusnumero);
 // drawn here), or -1 when the time ran out, the match ended or (on the host) the ship
 // has already been given.
 int netValitseAlus(int pelaaja, int takarajaMs);
-// The keyboard player (0..3) whose keys steer match player `pelaaja` on this machine:
-// its place among this machine's own lobby slots.
-int nappaimistonPelaaja(int pelaaja);
 
 // What the screens over a match run every pass (verkkoTausta) and how the choice screen
 // is drawn (drawAlusValinta); tests replace them.

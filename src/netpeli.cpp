@@ -9,9 +9,21 @@
 #include <cstring>
 #include <vector>
 
+#include <GL/gl.h>
+
+#include <climits>
+
 #include "Main.h"
+#include "Menu.h"
+#include "Teksti.h"
+#include "audio.h"
 #include "ctf.h"
 #include "domination.h"
+#include "localgame.h"
+#include "net.h"
+#include "netav.h"
+#include "netgamesets.h"
+#include "peliloppu.h"
 #include "scene.h"
 #include "sieni.h"
 
@@ -22,6 +34,7 @@ bool limalaitetaan = false;
 
 PeliVastaanotto peliVastaanotto = {-1, 0, false, -1};
 int64_t alusvalintaPyynto[maxPlayers];
+int isannanKierrosajat[maxPlayers];
 AsiakasYhteys asiakasYhteys[maxYhteyksia];
 int alusvalinta[maxPlayers];
 
@@ -47,6 +60,7 @@ const TekstiViesti tekstit[] = {
     {"quiting..;", 10, Lahettaja::isanta},
     {"alku huomattu", 13, Lahettaja::asiakas},
     {"tiimit saatu", 12, Lahettaja::asiakas},
+    {"elossa", 6, Lahettaja::asiakas},  // the lobby's keep-alive, still on its way at the start
 };
 
 PeliViesti tekstiViesti(const unsigned char* p, int n, Lahettaja lahettaja, int ohitettu) {
@@ -192,6 +206,8 @@ struct {
 } ajelehtivaVuoro;
 const int ajelehtiviaFramessa = 2;   // drifting shots sent again per FRAME
 const int kaikkiTavoitteetVali = 10;  // every tenth FRAME carries every objective
+const int kierrosaikaVali = 50;       // and every fiftieth the round trips (once a second at k = 2)
+const uint16_t isannanOma = 0xffff;
 
 // `lensi`: the owner flew this frame, so each of its shots aged by one.
 void keraaPadit(int i, bool e, bool lensi, bool kaikkiElavat) {
@@ -432,6 +448,13 @@ bool lisaaLimat(Osiot& o, int i) {
   return true;
 }
 
+bool lisaaKierrosaika(Osiot& o, int i) {
+  if (!o.tietue(osioKierrosajat, 0, 3)) return false;
+  o.k.tavu((uint8_t)i);
+  o.k.u16(kierrosaikaMs[i] < 0 ? isannanOma : (uint16_t)std::min(kierrosaikaMs[i], 65534));
+  return true;
+}
+
 bool lisaaPikkumies(Osiot& o, int m) {
   const Pati& s = pikkumies[m];
   const pikkumiessiirto t{s.x, s.y, s.energia, (short)std::max<short>(s.aika, 0), (short)m};
@@ -660,6 +683,7 @@ int koodaaFrame(uint32_t frame, unsigned char* buf, int tila) {
   lisaaAlustenTapahtumat(o);
   lisaaAsteroidit(o);
   lisaaTavoitteet(o, framejaKoodattu % kaikkiTavoitteetVali == 0);
+  for (int i = 0; framejaKoodattu % kierrosaikaVali == 0 && i < saannot::pelaajia(); ++i) lisaaKierrosaika(o, i);
   for (int i = 0; i < saannot::pelaajia(); ++i)
     if (limaVarjo[i].likainen && lisaaLimat(o, i)) limaVarjo[i].likainen = false;
   lisaaPikkumiehet(o);
@@ -862,6 +886,14 @@ bool lueValinta(Lukutila& t) {
   return true;
 }
 
+bool lueKierrosaika(Lukutila& t) {
+  uint8_t i;
+  uint16_t ms;
+  if (!t.l.tavu(i) || !t.l.u16(ms) || !pelaajaIndeksi(i)) return false;
+  if (t.soveltaa) isannanKierrosajat[i] = ms == isannanOma ? -1 : ms;
+  return true;
+}
+
 bool lueAsteroidiOsa(Lukutila& t) {
   uint8_t i;
   if (!t.l.tavu(i) || i >= asteroideja) return false;
@@ -1009,11 +1041,14 @@ bool lueTietue(Lukutila& t, uint8_t tunniste) {
     case osioEpatiSyntyi: return lueSyntynyt(t, true, false);
     case osioPatiSyntyiTaysi: return lueSyntynyt(t, false, true);
     case osioEpatiSyntyiTaysi: return lueSyntynyt(t, true, true);
+    case osioKierrosajat: return lueKierrosaika(t);
     default: return false;
   }
 }
 
-bool kaytaaParamia(uint8_t tunniste) { return tunniste == osioLimat || tunniste >= osioPatiKuoli; }
+bool kaytaaParamia(uint8_t tunniste) {
+  return tunniste == osioLimat || (tunniste >= osioPatiKuoli && tunniste <= osioEpatiSyntyiTaysi);
+}
 
 // A player's slime section replaces all of its blobs.
 void tyhjennaLimat(int i) {
@@ -1121,6 +1156,7 @@ void tyhjennaMaailma(uint32_t frame) {
 void aloitaAsiakas() {
   std::fill(tilaFrame, tilaFrame + maxPlayers, -1);
   std::fill(alusvalintaPyynto, alusvalintaPyynto + maxPlayers, -1);
+  std::fill(isannanKierrosajat, isannanKierrosajat + maxPlayers, -1);
   odottavia = 0;
   jonossa = jonoTavuja = 0;
   peliVastaanotto = PeliVastaanotto{-1, 0, false, -1};
@@ -1273,4 +1309,771 @@ AsiakkaanTulos kasitteleAsiakkaanMsg(int yhteys, uint8_t laji, const unsigned ch
     return AsiakkaanTulos::virhe;
   kayAsiakkaanViesti(laji, data, pituus, true, yhteys, omistaja);
   return laji == lajiLahto ? AsiakkaanTulos::lahtee : AsiakkaanTulos::ok;
+}
+
+// ==== The in-game loops ===================================================================
+//
+// Both loops reuse the frame clock's catch-up (calculateUpTo) with their own count of
+// the world's frames, which screens opened over the match leave alone. Their socket
+// wait takes the place of the paced loops' idle sleep.
+
+VerkkoLaskurit verkkoLaskurit;
+void (*verkkoAskeleenJalkeen)(int) = nullptr;
+
+namespace {
+
+enum class Rooli { ei, isanta, asiakas };
+Rooli rooli = Rooli::ei;
+int maailmanFrame = 0;
+bool valintaAuki = false;  // one choice screen at a time on a machine
+const Uint32 enintaanOdotus = 20;  // ms a pass waits on its sockets at most
+const Uint32 piirtoVali = 20;      // ms: a loop waiting for frames still draws this often
+
+Uint32 nyt() { return pacingTicks(); }
+
+unsigned char viesti[maxFrameViesti];
+unsigned char lyhyt[maxFrameViesti];
+
+// ms until the clock reaches frame `f` (counted from `starttime`, less `etuajassa` ms).
+Uint32 aikaaFrameen(int f, double etuajassa) {
+  const double hetki = f * 1000.0 / calculatefps - etuajassa;
+  const double jaljella = hetki - (double)(Uint32)(nyt() - (Uint32)starttime);
+  return jaljella <= 0 ? 0 : (Uint32)std::min<double>(std::ceil(jaljella), enintaanOdotus);
+}
+
+// A world step of the loop's role for each frame due up to `tavoite`; returns how many
+// frames the catch-up skipped.
+int laskeMaailma(int tavoite, CatchUp kiinniotto, int raja, void (*askel)(int)) {
+  const int ennen = maailmanFrame;
+  oldframecounter = maailmanFrame;
+  const int laskettu = calculateUpTo(tavoite, kiinniotto, raja, askel);
+  maailmanFrame = oldframecounter;
+  verkkoLaskurit.maailmanFrame = maailmanFrame;
+  return maailmanFrame - ennen - laskettu;
+}
+
+// Each row of keys steers a human of this machine, in slot order; the menus read row 0's.
+void asetaNappaimisto(const int* omat, int maara) {
+  for (int r = 0; r < 4; ++r) nappainrivinPelaaja[r] = r < maara ? omat[r] : -1;
+  if (maara == 0) nappainrivinPelaaja[0] = 0;
+}
+
+// ---- The menu over a running match (Escape) ----------------------------------------------
+
+enum ValikonKohta { vkLahde, vkAsetukset, vkPalaa };
+int valikko = -1;  // the cursor while the menu is open
+const char* const valikonRivit[3] = {"Leave the Game", "Settings", "Back to the Game"};
+const char* ilmoitus = nullptr;  // a notice drawn over the field ("waiting for the host...")
+
+void piirraPaalle() {
+  if (valikko < 0 && !ilmoitus) return;
+  tummennaRuutu(valikko >= 0 ? 0.55f : 0.25f);
+  valikonNakyma(-24, 24);
+  glEnable(GL_TEXTURE_2D);
+  glEnable(GL_BLEND);
+  glBlendFunc(GL_SRC_ALPHA, GL_ONE);
+  if (ilmoitus) {
+    glColor4f(1, 1, 1, 1);
+    gl_println(keskitettyX(ilmoitus, 0.8f), -8, -40, ilmoitus, 0.8f);
+  }
+  if (valikko >= 0) {
+    piirraValikonOtsikko("Network Game");
+    for (int r = 0; r < 3; ++r) piirraRivi(-8, 4 - 2.5f * r, valikonRivit[r], nullptr, 0);
+    piirraAlarivi("the match goes on meanwhile");
+    piirraKursori(-8, tekstinLoppu(-8, valikonRivit[valikko], 0.8f), 4 - 2.5f * valikko);
+  }
+  glEnable(GL_TEXTURE_2D);
+  glEnable(GL_LIGHTING);
+  glEnable(GL_DEPTH_TEST);
+  glDisable(GL_BLEND);
+  glColor4f(1, 1, 1, 1);
+}
+
+// Escape opens the menu; its last row, and Escape again, close it.
+void peliValikko() {
+  if (valikko < 0) {
+    if (!escpressed) return;
+    escpressed = false;
+    valikko = vkPalaa;
+    return;
+  }
+  if (!valikonSyote(valikko, vkPalaa)) return;
+  const int valittu = valikko;
+  valikko = -1;
+  if (valittu == vkLahde) lahdeOttelusta();
+  if (valittu == vkAsetukset) netGameSets();
+  unohdaNapit();
+}
+
+Uint32 piirretty = 0;
+
+// One picture of the match when the world moved or a while has passed.
+void piirra(int laskettu) {
+  if (laskettu == 0 && nyt() - piirretty < piirtoVali) return;
+  piirretty = nyt();
+  kuvanPaalle = piirraPaalle;
+  drawedframes++;
+  pelinPiirto(framecounter);
+  framesdrawn++;
+  kuvanPaalle = nullptr;
+  updateAudio();
+}
+
+// ---- Host ----------------------------------------------------------------------------------
+
+const uint32_t taysiRaja = 8 * 1024;        // bytes in flight up to which a client gets whole FRAMEs
+const uint32_t tapahtumaRaja = 16 * 1024;   // ... and events only; beyond, FRAMEs wait in the program
+const int ohjelmanJono = 128 * 1024;        // beyond this the waiting FRAMEs go and a RESYNC follows
+const Uint32 hiljaaVapaat = 250;             // ms of silence that release a client's buttons
+const Uint32 eiEdistysta = 5000;             // ms without progress that drop it
+const Uint32 kierrosIkkuna = 1000;           // the round trip is the least of this many ms' samples
+const int isannanKiinniotto = 25;            // frames behind beyond which the host skips ahead
+
+struct Asiakas {
+  bool mukana;
+  uint64_t annettu;     // bytes handed to the transport since the connection opened
+  uint32_t kuitattu;    // of which the client says it has received this many
+  Uint32 kuultu, edistyi;
+  bool napitPaalla;
+  bool resync;
+  uint32_t nahty;       // the newest FRAME it has reported
+  int kierros, ikkunanPienin;
+  Uint32 ikkunanAlku;
+  int jonossa;
+  unsigned char jono[ohjelmanJono];
+};
+Asiakas asiakkaat[yhteyksia];
+
+int omistaja[maxPlayers];  // match player -> the connection that flies it: 0 the host, -2 a pilot
+bool ottelunLoppu = false;
+
+const int lahetyksia = 256;
+struct Lahetys {
+  uint32_t frame;
+  Uint32 aika;
+};
+Lahetys lahetykset[lahetyksia];  // recent FRAMEs and when they went, by frame / k
+
+uint32_t lennossa(const Asiakas& a) { return (uint32_t)a.annettu - a.kuitattu; }
+
+bool lahetaAsiakkaalle(int c, const unsigned char* data, int pituus) {
+  if (!laheta(c, data, pituus)) return false;
+  asiakkaat[c].annettu += (uint64_t)pituus;
+  return true;
+}
+
+void lahetaResync(int c, uint32_t frame) {
+  ResyncKoodaaja r;
+  aloitaResync(r, frame);
+  while (const int n = seuraavaResyncOsa(r, viesti, sizeof viesti))
+    if (!lahetaAsiakkaalle(c, viesti, n)) return;
+  asiakkaat[c].resync = false;
+}
+
+// The waiting FRAMEs go on while the client takes them (all of them at the end of the match).
+void purkaJono(int c, bool kaikki) {
+  Asiakas& a = asiakkaat[c];
+  int kohta = 0;
+  while (kohta < a.jonossa && (kaikki || lennossa(a) <= tapahtumaRaja)) {
+    const int n = peliOtsake + (a.jono[kohta + 1] | a.jono[kohta + 2] << 8);
+    if (!lahetaAsiakkaalle(c, a.jono + kohta, n)) return;
+    kohta += n;
+  }
+  std::memmove(a.jono, a.jono + kohta, (size_t)(a.jonossa - kohta));
+  a.jonossa -= kohta;
+}
+
+void jonoon(int c, const unsigned char* data, int pituus) {
+  Asiakas& a = asiakkaat[c];
+  if (a.jonossa + pituus > ohjelmanJono) {
+    a.jonossa = 0;
+    a.resync = true;
+    ++verkkoLaskurit.hylatyt;
+    return;
+  }
+  std::memcpy(a.jono + a.jonossa, data, (size_t)pituus);
+  a.jonossa += pituus;
+  ++verkkoLaskurit.jonotetut;
+}
+
+}  // namespace
+
+// A FRAME to every client as far as each keeps up: whole, events only, or kept.
+void hostLahetaPeli(int f) {
+  const int pituus = koodaaFrame((uint32_t)f, viesti, sizeof viesti);
+  if (pituus <= 0) return;
+  lahetykset[(uint32_t)f / frameVali % lahetyksia] = Lahetys{(uint32_t)f, nyt()};
+  int lyhyenPituus = -1;
+  for (int c = 1; c < yhteyksia; ++c) {
+    Asiakas& a = asiakkaat[c];
+    if (!a.mukana || !tcpsoketit[c]) continue;
+    if (a.resync) {
+      // It missed events: the whole world, once it reads again.
+      if (lennossa(a) <= taysiRaja) {
+        lahetaResync(c, (uint32_t)f);
+        ++verkkoLaskurit.resynct;
+      }
+      continue;
+    }
+    const uint32_t n = lennossa(a);
+    if (n <= taysiRaja && a.jonossa == 0) {
+      lahetaAsiakkaalle(c, viesti, pituus);
+      continue;
+    }
+    if (lyhyenPituus < 0) lyhyenPituus = ilmanCoordseja(viesti, pituus, lyhyt);
+    if (n <= tapahtumaRaja && a.jonossa == 0) {
+      lahetaAsiakkaalle(c, lyhyt, lyhyenPituus);
+      ++verkkoLaskurit.lyhennetyt;
+    } else {
+      jonoon(c, lyhyt, lyhyenPituus);
+    }
+  }
+}
+
+namespace {
+
+// A ship for a player at the respawn point: drawn now, or chosen by its owner.
+void jaaAlus(int i, signed char pyynto) {
+  if (odottaaValintaa(i)) return;  // asked already; the hold repeats the request
+  if (pyynto == 2)
+    pyydaValinta(i);
+  else
+    annaArvottuAlus(i);
+}
+
+void jaaAlukset() {
+  for (int i = 0; i < saannot::pelaajia(); ++i) {
+    const signed char pyynto = playeruudestaan[i];
+    playeruudestaan[i] = 0;
+    if (pyynto) jaaAlus(i, pyynto);
+  }
+}
+
+void isannanAskel(int f) {
+  if (ottelunLoppu) return;
+  calculateFrame(f);
+  jaaAlukset();
+  keraaTapahtumat();
+  ottelunLoppu = peliloppu() == 1;
+  if (ottelunLoppu || f % frameVali == 0) hostLahetaPeli(f);  // the last one carries the final scores
+  if (ottelunLoppu) netGameQuit = true;  // a screen open over the match closes for the victory
+  if (verkkoAskeleenJalkeen) verkkoAskeleenJalkeen(f);
+}
+
+void kierrosaika(int c, uint32_t nahty) {
+  Asiakas& a = asiakkaat[c];
+  if (nahty == a.nahty) return;
+  a.nahty = nahty;
+  const Lahetys& l = lahetykset[nahty / frameVali % lahetyksia];
+  if (l.frame != nahty) return;
+  // A BUTTONS leaves up to 50 ms after the FRAME it reports: the least sample of a
+  // while is the one that left at once.
+  const int nayte = (int)(nyt() - l.aika);
+  if (nyt() - a.ikkunanAlku >= kierrosIkkuna) {
+    a.kierros = a.ikkunanPienin;
+    a.ikkunanPienin = nayte;
+    a.ikkunanAlku = nyt();
+  }
+  a.ikkunanPienin = std::min(a.ikkunanPienin, nayte);
+  if (a.kierros < 0) a.kierros = nayte;
+  for (int i = 0; i < saannot::pelaajia(); ++i)
+    if (omistaja[i] == c) kierrosaikaMs[i] = a.kierros;
+}
+
+void kuultiin(int c, uint8_t laji) {
+  Asiakas& a = asiakkaat[c];
+  a.kuultu = nyt();
+  if (laji == lajiValinta) {
+    for (int i = 0; i < maxPlayers; ++i)
+      if (alusvalinta[i] >= 0) {
+        tarjoaValinta(c, i, alusvalinta[i]);
+        alusvalinta[i] = -1;
+      }
+  }
+  if (laji != lajiNapit) return;
+  a.napitPaalla = true;
+  const AsiakasYhteys& y = asiakasYhteys[c];
+  if ((int32_t)(y.kuitattu - a.kuitattu) > 0) {
+    a.kuitattu = y.kuitattu;
+    a.edistyi = nyt();
+  }
+  if (lennossa(a) == 0) a.edistyi = nyt();
+  kierrosaika(c, y.nahtyFrame);
+}
+
+void lueAsiakkaalta(int c) {
+  const int saatu = vastaanota(c);
+  if (saatu == -2) return;
+  if (saatu <= 0) {
+    std::printf("yhteys %i katkesi pelissä (%i)\n", c, saatu);
+    disconnect(c);
+    return;
+  }
+  Yhteys& y = yhteys[c];
+  int kohta = 0;
+  while (tcpsoketit[c]) {
+    const PeliViesti v = seuraavaPeliViesti(y.saapuneet + kohta, y.saapuneita - kohta, Lahettaja::asiakas);
+    if (v.tyyppi == PeliViesti::virhe) {
+      std::printf("yhteys %i lähetti kelvottoman viestin\n", c);
+      disconnect(c);
+      return;
+    }
+    kohta += v.kulutettu;
+    if (v.tyyppi == PeliViesti::kesken) break;
+    if (v.tyyppi == PeliViesti::teksti) continue;  // a lobby message still on its way
+    const AsiakkaanTulos t = kasitteleAsiakkaanMsg(c, v.laji, v.data, v.pituus, omistaja);
+    if (t != AsiakkaanTulos::ok) {
+      if (t == AsiakkaanTulos::virhe) std::printf("yhteys %i lähetti kelvottoman viestin\n", c);
+      disconnect(c);
+      return;
+    }
+    kuultiin(c, v.laji);
+  }
+  kuluta(c, kohta);
+}
+
+void vapautaNapit(int c) {
+  for (int i = 0; i < saannot::pelaajia(); ++i) {
+    if (omistaja[i] != c) continue;
+    Player& p = player[i];
+    p.pylos = p.palas = p.pleft = p.pright = p.pfire = p.pease = false;
+  }
+}
+
+// A client gone, by its own doing or the host's: its ships are pilots' now, for everyone.
+void huomaaPoistuneet() {
+  for (int c = 1; c < yhteyksia; ++c) {
+    Asiakas& a = asiakkaat[c];
+    if (!a.mukana || tcpsoketit[c]) continue;
+    a.mukana = false;
+    a.jonossa = 0;
+    for (int i = 0; i < saannot::pelaajia(); ++i) {
+      if (omistaja[i] != c) continue;
+      omistaja[i] = -2;
+      player[i].ihmispelaaja = false;
+      kierrosaikaMs[i] = -1;
+      ilmoitaOhjaus(i, false);
+    }
+  }
+}
+
+void aikarajat() {
+  const Uint32 t = nyt();
+  for (int c = 1; c < yhteyksia; ++c) {
+    Asiakas& a = asiakkaat[c];
+    if (!a.mukana || !tcpsoketit[c]) continue;
+    if (a.napitPaalla && t - a.kuultu > hiljaaVapaat) {
+      vapautaNapit(c);
+      a.napitPaalla = false;
+    }
+    if (t - a.edistyi > eiEdistysta) {
+      std::printf("yhteys %i ei edistynyt viiteen sekuntiin, pudotetaan\n", c);
+      disconnect(c);
+    }
+  }
+}
+
+void isannanKierros(Uint32 odotus) {
+  oldframecounter = maailmanFrame;  // what the pass's rules read as the world's frame
+  odotaSoketteja((int)odotus);
+  if (tcpsoketit[0] && SDLNet_SocketReady(tcpsoketit[0])) {
+    // Nobody joins a match under way.
+    if (TCPsocket myohainen = SDLNet_TCP_Accept(tcpsoketit[0])) tcpSulku(myohainen);
+  }
+  for (int c = 1; c < yhteyksia; ++c)
+    if (asiakkaat[c].mukana && tcpsoketit[c] && SDLNet_SocketReady(tcpsoketit[c])) lueAsiakkaalta(c);
+  huomaaPoistuneet();
+  valintaAjat();
+  verkkoLaskurit.pudotetutFramet +=
+      laskeMaailma(readFrameClock(), CatchUp::KeepOne, isannanKiinniotto, isannanAskel);
+  aikarajat();
+  for (int c = 1; c < yhteyksia; ++c)
+    if (asiakkaat[c].mukana && tcpsoketit[c]) purkaJono(c, false);
+  tyhjennaJonot();
+  huomaaPoistuneet();
+}
+
+// A human of this machine at the respawn point chooses on this screen, one at a time.
+void isannanValinnat() {
+  if (valintaAuki) return;
+  for (int i = 0; i < saannot::pelaajia(); ++i) {
+    if (omistaja[i] != 0 || !odottaaValintaa(i)) continue;
+    valintaAuki = true;
+    const int n = netValitseAlus(i, valinnanAikaaMs(i));
+    valintaAuki = false;
+    if (n >= 0 && !netGameQuit) tarjoaValinta(0, i, n);
+    unohdaNapit();
+    return;
+  }
+}
+
+}  // namespace
+
+void aloitaIsannanOttelu() {
+  rooli = Rooli::isanta;
+  netGameQuit = false;
+  ottelunLoppu = false;
+  verkkoLaskurit = VerkkoLaskurit{};
+  int omat[4], omia = 0;
+  for (int i = 0; i < saannot::pelaajia(); ++i) {
+    const int s = ottelunPaikka[i];
+    omistaja[i] = mpstatus[s] == 3 ? pelaajasoketista[s] : -2;
+    if (omistaja[i] == 0 && omia < 4) omat[omia++] = i;
+    kierrosaikaMs[i] = -1;
+  }
+  asetaNappaimisto(omat, omia);
+  for (Lahetys& l : lahetykset) l = Lahetys{UINT32_MAX, 0};
+  std::fill(alusvalinta, alusvalinta + maxPlayers, -1);
+  aloitaValinnat();
+  aloitaKeraaja();
+  maailmanFrame = readFrameClock();
+  for (int c = 1; c < yhteyksia; ++c) {
+    Asiakas& a = asiakkaat[c];
+    a.mukana = tcpsoketit[c] != nullptr;
+    if (!a.mukana) continue;
+    const Yhteys& y = yhteys[c];
+    a.annettu = y.lahetetty + (uint64_t)(y.jononLoppu - y.jononAlku);
+    a.kuitattu = (uint32_t)a.annettu;  // the lobby's bytes count as received until it says
+    a.kuultu = a.edistyi = a.ikkunanAlku = nyt();
+    a.napitPaalla = false;
+    a.nahty = UINT32_MAX;
+    a.kierros = -1;
+    a.ikkunanPienin = INT32_MAX;
+    a.jonossa = 0;
+    lahetaResync(c, (uint32_t)maailmanFrame);
+  }
+}
+
+namespace {
+
+// ---- Client --------------------------------------------------------------------------------
+
+const int alkuViive = frameVali + 1, pieninViive = 1, suurinViive = 20;
+const Uint32 viiveenTarkistus = 5000;  // ms of spare frames before the delay shrinks
+const int ennakkoRaja = 25;             // frames a client may fly on past the newest FRAME
+const Uint32 odotusIlmoitus = 1000, hiljainenIsanta = 10000;
+const Uint32 napitVahintaan = 20, napitViimeistaan = 50;
+const uint32_t kuittausVali = 4096;
+const Uint32 oikaisuAika = 100;  // ms over which a small correction is drawn away
+const float oikaisuRaja = 10;
+
+struct Asiakkaan {
+  bool alkanut;          // a RESYNC has given the world
+  int omat[4], omia;     // this machine's players
+  Uint32 kuultu;         // when the host was last heard
+  // The host's clock: the frame of a FRAME less its arrival, the best of the last two seconds.
+  double etu, edellinenEtu;
+  Uint32 etuAlku;
+  int viive, pieninVara, myohassa;
+  Uint32 varaAlku;
+  uint8_t napit[4];
+  Uint32 napitLahti;
+  uint32_t kuitattu;
+  uint16_t jarjestys;
+  // Drawing: the correction of each ship still being eased away, and since when.
+  float oikaisu[maxPlayers][2];
+  Uint32 oikaisuAlku[maxPlayers];
+  const char* voitto;  // a victory message has come (handled by the loop, not a nested screen)
+  int voitonPituus;
+} asiakas;
+unsigned char voittoViesti[12 + 4 * maxPlayers];
+
+double kellonEtu() { return std::max(asiakas.etu, asiakas.edellinenEtu); }
+
+void kellonNayte(uint32_t frame) {
+  Asiakkaan& a = asiakas;
+  const double etu = frame * 1000.0 / calculatefps - (double)(Uint32)(nyt() - (Uint32)starttime);
+  if (nyt() - a.etuAlku >= 1000) {
+    a.edellinenEtu = a.etu;
+    a.etu = -1e18;
+    a.etuAlku = nyt();
+  }
+  a.etu = std::max(a.etu, etu);
+}
+
+int asiakkaanTavoite() {
+  const double kello = (double)(Uint32)(nyt() - (Uint32)starttime) + kellonEtu();
+  const int tavoite = (int)std::floor(kello * calculatefps / 1000.0) - asiakas.viive;
+  return (int)std::min<int64_t>(tavoite, peliVastaanotto.uusinFrame + ennakkoRaja);
+}
+
+// The playout delay grows by a frame for each FRAME that came too late and shrinks
+// by one after five seconds in which every FRAME came at least two frames early.
+void viiveenNayte(uint32_t frame, bool myohassa) {
+  Asiakkaan& a = asiakas;
+  if (myohassa) {
+    a.viive = std::min(suurinViive, a.viive + 1);
+    a.pieninVara = INT32_MAX;
+    a.varaAlku = nyt();
+  } else {
+    a.pieninVara = (int)std::min<int64_t>(a.pieninVara, (int64_t)frame - maailmanFrame);
+  }
+  if (nyt() - a.varaAlku >= viiveenTarkistus) {
+    if (a.pieninVara >= 2 && a.pieninVara != INT32_MAX) a.viive = std::max(pieninViive, a.viive - 1);
+    a.pieninVara = INT32_MAX;
+    a.varaAlku = nyt();
+  }
+  verkkoLaskurit.viive = a.viive;
+}
+
+// A correction under oikaisuRaja is drawn away over oikaisuAika; a larger one snaps.
+void muistaOikaisut(const float (&ennen)[maxPlayers][2]) {
+  for (int i = 0; i < saannot::pelaajia(); ++i) {
+    const float dx = ennen[i][0] - player[i].x, dy = ennen[i][1] - player[i].y;
+    if (dx == 0 && dy == 0) continue;
+    const bool pieni = dx * dx + dy * dy < oikaisuRaja * oikaisuRaja && player[i].kuolema < 1;
+    asiakas.oikaisu[i][0] = pieni ? piirtoSiirto[i][0] + dx : 0;
+    asiakas.oikaisu[i][1] = pieni ? piirtoSiirto[i][1] + dy : 0;
+    asiakas.oikaisuAlku[i] = nyt();
+  }
+}
+
+void paivitaPiirtoSiirrot() {
+  for (int i = 0; i < maxPlayers; ++i) {
+    const float jaljella = 1.0f - (float)(nyt() - asiakas.oikaisuAlku[i]) / oikaisuAika;
+    const float k = std::max(0.0f, jaljella);
+    piirtoSiirto[i][0] = asiakas.oikaisu[i][0] * k;
+    piirtoSiirto[i][1] = asiakas.oikaisu[i][1] * k;
+  }
+}
+
+void asiakkaanAskel(int f) {
+  calculateFrame(f);
+  float ennen[maxPlayers][2];
+  for (int i = 0; i < maxPlayers; ++i) {
+    ennen[i][0] = player[i].x;
+    ennen[i][1] = player[i].y;
+  }
+  sovellaErat(f);
+  muistaOikaisut(ennen);
+  if (verkkoAskeleenJalkeen) verkkoAskeleenJalkeen(f);
+}
+
+void paataAsiakas(const char* syy) {
+  netGameQuit = true;
+  escpressed = true;  // a screen open over the match closes
+  if (syy) katkaiseHostista(syy);
+}
+
+bool alkaa(const unsigned char* p, int n, const char* avain) {
+  const int a = (int)std::strlen(avain);
+  return n >= a && std::memcmp(p, avain, (size_t)a) == 0;
+}
+
+void isannanTeksti(const PeliViesti& v) {
+  if (alkaa(v.data, v.pituus, "quiting")) {
+    paataAsiakas("the host left the game");
+    return;
+  }
+  // The victory follows the last FRAME: everything before it is applied first.
+  sovellaErat(INT32_MAX);
+  const int n = std::min<int>(v.pituus, (int)sizeof voittoViesti);
+  std::memcpy(voittoViesti, v.data, (size_t)n);
+  asiakas.voitto = (const char*)voittoViesti;
+  asiakas.voitonPituus = n;
+  netGameQuit = true;
+  escpressed = true;
+}
+
+void lueHostilta() {
+  const int saatu = vastaanota(hostiYhteys);
+  if (saatu == -2) return;
+  if (saatu <= 0) {
+    paataAsiakas("the connection to the host was lost");
+    return;
+  }
+  asiakas.kuultu = nyt();
+  Yhteys& y = yhteys[hostiYhteys];
+  int kohta = 0;
+  while (joinsoketti && !netGameQuit) {
+    const PeliViesti v = seuraavaPeliViesti(y.saapuneet + kohta, y.saapuneita - kohta, Lahettaja::isanta);
+    if (v.tyyppi == PeliViesti::virhe) {
+      paataAsiakas("the host sent something this game cannot read");
+      return;
+    }
+    kohta += v.kulutettu;
+    if (v.tyyppi == PeliViesti::kesken) break;
+    if (v.tyyppi == PeliViesti::teksti) {
+      isannanTeksti(v);
+      continue;
+    }
+    uint32_t frame = 0;
+    Lukija(v.data, v.pituus).u32(frame);
+    const int myohassa = peliVastaanotto.myohassa;
+    if (!kasittelePeliMsg(v.laji, v.data, v.pituus, maailmanFrame)) {
+      paataAsiakas("the host sent something this game cannot read");
+      return;
+    }
+    if (peliVastaanotto.resyncValmis >= 0) {
+      // The world is the host's at that frame: the FRAMEs after it wait for theirs.
+      maailmanFrame = (int)peliVastaanotto.resyncValmis;
+      peliVastaanotto.resyncValmis = -1;
+      asiakas.alkanut = true;
+    }
+    if (v.laji != lajiFrame && v.laji != lajiResyncLoppu) continue;
+    kellonNayte(frame);
+    if (v.laji == lajiFrame) viiveenNayte(frame, peliVastaanotto.myohassa != myohassa);
+  }
+  if (joinsoketti) kuluta(hostiYhteys, kohta);
+}
+
+void lahetaNapit() {
+  Asiakkaan& a = asiakas;
+  SlotinNapit napit[4];
+  bool muuttui = false;
+  for (int k = 0; k < a.omia; ++k) {
+    napit[k] = SlotinNapit{(uint8_t)a.omat[k], napitBitteina(player[a.omat[k]])};
+    muuttui = muuttui || napit[k].napit != a.napit[k];
+  }
+  const uint32_t saatu = (uint32_t)yhteys[hostiYhteys].vastaanotettu;
+  const Uint32 vali = nyt() - a.napitLahti;
+  const bool aika = (muuttui && vali >= napitVahintaan) || vali >= napitViimeistaan;
+  if (!aika && saatu - a.kuitattu < kuittausVali) return;
+  const uint32_t nahty = (uint32_t)std::max<int64_t>(0, peliVastaanotto.uusinFrame);
+  const int n = koodaaNapit(viesti, sizeof viesti, ++a.jarjestys, saatu, nahty, napit, a.omia);
+  if (!laheta(hostiYhteys, viesti, n)) return;
+  for (int k = 0; k < a.omia; ++k) a.napit[k] = napit[k].napit;
+  a.napitLahti = nyt();
+  a.kuitattu = saatu;
+}
+
+// Each slot of another machine shows the round trip the host measured to it; the
+// host's own show this machine's round trip to the host.
+void asiakkaanKierrosajat() {
+  const int oma = asiakas.omia > 0 ? isannanKierrosajat[asiakas.omat[0]] : -1;
+  for (int i = 0; i < saannot::pelaajia(); ++i)
+    kierrosaikaMs[i] = isannanKierrosajat[i] < 0 ? oma : isannanKierrosajat[i];
+  for (int k = 0; k < asiakas.omia; ++k) kierrosaikaMs[asiakas.omat[k]] = -1;
+}
+
+Uint32 asiakkaanOdotus() {
+  if (!asiakas.alkanut || peliVastaanotto.resyncKesken) return enintaanOdotus;
+  return aikaaFrameen(maailmanFrame + 1 + asiakas.viive, kellonEtu());
+}
+
+void asiakkaanKierros(Uint32 odotus) {
+  if (!joinsoketti || netGameQuit) return;
+  oldframecounter = maailmanFrame;
+  // Every pass reads: a delaying transport may hold bytes the socket no longer shows.
+  odotaSoketteja((int)odotus);
+  lueHostilta();
+  if (!joinsoketti || netGameQuit) return;
+  if (asiakas.alkanut && !peliVastaanotto.resyncKesken) {
+    const int tavoite = asiakkaanTavoite();
+    if (tavoite > maailmanFrame) laskeMaailma(tavoite, CatchUp::DropBacklog, suurinViive, asiakkaanAskel);
+    sovellaErat(maailmanFrame);
+  }
+  lahetaNapit();
+  asiakkaanKierrosajat();
+  if (nyt() - asiakas.kuultu > hiljainenIsanta) paataAsiakas("the host stopped answering");
+  tyhjennaJonot();
+}
+
+// The ship choice the host asked of a player of this machine, one at a time.
+void asiakkaanValinnat() {
+  if (valintaAuki) return;
+  for (int k = 0; k < asiakas.omia; ++k) {
+    const int i = asiakas.omat[k];
+    if (alusvalintaPyynto[i] < 0) continue;
+    const double jaljella = (alusvalintaPyynto[i] - maailmanFrame - asiakas.viive) * 1000.0 / calculatefps;
+    alusvalintaPyynto[i] = -1;
+    valintaAuki = true;
+    const int n = netValitseAlus(i, (int)std::max(0.0, jaljella));
+    valintaAuki = false;
+    if (n >= 0 && !netGameQuit) laheta(hostiYhteys, viesti, koodaaValinta(viesti, sizeof viesti, i, n));
+    unohdaNapit();
+    return;
+  }
+}
+
+void aloitaAsiakasPeli() {
+  rooli = Rooli::asiakas;
+  netGameQuit = false;
+  verkkoLaskurit = VerkkoLaskurit{};
+  aloitaAsiakas();
+  Asiakkaan& a = asiakas;
+  a = Asiakkaan{};
+  for (int s = 0; s < 16; ++s)
+    if ((omatPaikat >> s & 1u) && ottelunPelaaja[s] >= 0 && a.omia < 4) a.omat[a.omia++] = ottelunPelaaja[s];
+  asetaNappaimisto(a.omat, a.omia);
+  a.kuultu = a.etuAlku = a.varaAlku = a.napitLahti = nyt();
+  a.etu = a.edellinenEtu = -1e18;
+  a.viive = verkkoLaskurit.viive = alkuViive;
+  a.pieninVara = INT32_MAX;
+  a.kuitattu = (uint32_t)yhteys[hostiYhteys].vastaanotettu;
+  for (int i = 0; i < maxPlayers; ++i) kierrosaikaMs[i] = -1;
+}
+
+}  // namespace
+
+// ---- Both ----------------------------------------------------------------------------------
+
+void suljeOttelu() {
+  rooli = Rooli::ei;
+  netGameQuit = true;
+  valikko = -1;
+  ilmoitus = nullptr;
+  for (int r = 0; r < 4; ++r) nappainrivinPelaaja[r] = r;
+  for (auto& s : piirtoSiirto) s[0] = s[1] = 0;
+  std::fill(kierrosaikaMs, kierrosaikaMs + maxPlayers, -1);
+  unohdaNapit();
+}
+
+void verkkoTausta() {
+  if (rooli == Rooli::isanta) isannanKierros(0);
+  if (rooli == Rooli::asiakas) asiakkaanKierros(0);
+}
+
+void lahdeOttelusta() {
+  if (netGameQuit) return;
+  netGameQuit = true;
+  if (rooli == Rooli::isanta) {
+    hostQuit();
+    tyhjennaJonot();
+  } else if (rooli == Rooli::asiakas && joinsoketti) {
+    laheta(hostiYhteys, viesti, koodaaLahto(viesti, sizeof viesti));
+    tyhjennaJonot();
+    suljeYhteys(hostiYhteys);
+  }
+}
+
+void netHostPeli() {
+  aloitaIsannanOttelu();
+  escpressed = false;
+  while (!netGameQuit) {
+    const int ennen = maailmanFrame;
+    isannanKierros(aikaaFrameen(maailmanFrame + 1, 0));
+    processEvents();
+    peliValikko();
+    if (valikko < 0) isannanValinnat();
+    piirra(maailmanFrame - ennen);
+  }
+  if (ottelunLoppu) {
+    // Whatever waits for a slow client goes before the victory, which follows it.
+    for (int c = 1; c < yhteyksia; ++c) {
+      if (!asiakkaat[c].mukana || !tcpsoketit[c]) continue;
+      purkaJono(c, true);
+      if (asiakkaat[c].resync) lahetaResync(c, (uint32_t)maailmanFrame);
+    }
+    netVictory();
+  }
+  suljeOttelu();
+}
+
+void netJoinPeli() {
+  aloitaAsiakasPeli();
+  escpressed = false;
+  while (!netGameQuit && joinsoketti) {
+    const int ennen = maailmanFrame;
+    asiakkaanKierros(asiakkaanOdotus());
+    if (netGameQuit || !joinsoketti) break;
+    processEvents();
+    peliValikko();
+    if (valikko < 0) asiakkaanValinnat();
+    ilmoitus = nyt() - asiakas.kuultu > odotusIlmoitus ? "waiting for the host..." : nullptr;
+    paivitaPiirtoSiirrot();
+    piirra(maailmanFrame - ennen);
+  }
+  if (asiakas.voitto) kasitteleVictoryMsg(asiakas.voitto, asiakas.voitonPituus);
+  suljeOttelu();
 }

@@ -56,6 +56,7 @@ enum Osio : uint8_t {
   osioEpatiSyntyi,
   osioPatiSyntyiTaysi,     // ... + energy + the shot's own counter
   osioEpatiSyntyiTaysi,
+  osioKierrosajat,         // slot + the round trip in ms to the machine that plays it (0xffff: the host)
   osioja
 };
 
@@ -113,6 +114,8 @@ extern PeliVastaanotto peliVastaanotto;
 // Choose-a-ship requests from the host: the frame by which the slot's owner must
 // choose, -1 none.
 extern int64_t alusvalintaPyynto[maxPlayers];
+// The round trips the host last reported: ms to the machine of each slot, -1 the host's own.
+extern int isannanKierrosajat[maxPlayers];
 
 // A match starts on a client: nothing kept, nothing pending.
 void aloitaAsiakas();
@@ -160,9 +163,40 @@ bool tarkistaAsiakkaanMsg(uint8_t laji, const unsigned char* data, int pituus);
 AsiakkaanTulos kasitteleAsiakkaanMsg(int yhteys, uint8_t laji, const unsigned char* data, int pituus,
                                      const int* omistaja);
 
-// ---- The running loop ----------------------------------------------------------------
+// ---- The in-game loops ----------------------------------------------------------------
 
-// One pass of the running network loop without drawing: the poll, the due world steps,
-// the sends and the time-outs. The screens opened over a match (ship choice, settings)
-// run it every pass, so that the match never pauses. Defined with the in-game loops.
+const int frameVali = 2;  // a FRAME every second calculated frame
+
+// The match of the lobby's start, hosted or joined, until it is won, left or lost; both
+// run without a window when the drawing is replaced (pelinPiirto).
+void netHostPeli();
+void netJoinPeli();
+// One pass of the running loop's work without drawing and without waiting: receives,
+// the due world steps with their collecting or applying, sends and time-outs. Screens
+// opened over a match call it every pass, so that a network match never pauses.
 void verkkoTausta();
+// Leaves the match: a host tells its clients ("quiting..;"), a client says goodbye.
+void lahdeOttelusta();
+
+// The parts of the host's loop that benchmarks and tests also drive on their own (with
+// verkkoTausta for the passes): the start, with a RESYNC to every client; the FRAME of
+// frame f to every client as far as each keeps up (whole, without coords, or kept for
+// it); and the end, which gives the keys, the drawing and the round trips back.
+void aloitaIsannanOttelu();
+void hostLahetaPeli(int frame);
+void suljeOttelu();
+
+// Called after each world step of either loop with its frame (tests record the world there).
+extern void (*verkkoAskeleenJalkeen)(int frame);
+
+// What the loops count, for the tests and the benchmarks.
+struct VerkkoLaskurit {
+  int pudotetutFramet;  // host: frames the world step fell so far behind that they were skipped
+  int lyhennetyt;       // host: FRAMEs sent without coords to a client falling behind
+  int jonotetut;        // host: FRAMEs kept in the program for a client that stopped reading
+  int hylatyt;          // host: kept FRAMEs thrown away for a RESYNC, as they outgrew their room
+  int resynct;          // host: RESYNCs sent after a discarded queue
+  int viive;            // client: the playout delay in frames
+  int maailmanFrame;    // the frame the world has been calculated to
+};
+extern VerkkoLaskurit verkkoLaskurit;

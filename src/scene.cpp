@@ -439,10 +439,15 @@ void ostaSatunnainenAlus(Player& p) {
   p.pisteet -= alus[n].pistemaara;
 }
 
+// A client is sent its ships. A host puts every ship at the respawn point instead of
+// choosing on the spot: its loop hands out the first ships as it does later ones, and
+// nobody's choice holds up the match.
 void pistepelinAlku() {
-  if (pistepeli && ekapisteframe) {
+  if (pistepeli && ekapisteframe && !asiakas()) {
     for (int i = 0; i < pelaajia(); ++i) {
-      if (saavalita)
+      if (isanta())
+        player[i].kuolema = uudestaanHetki;
+      else if (saavalita)
         valitseAlus(i);
       else
         ostaSatunnainenAlus(player[i]);
@@ -920,8 +925,17 @@ static bool piirtaaViivoja(const Alus& a) {
          a.numero == 18;
 }
 
-static void piirraPelaaja(Player& p) {
+float piirtoSiirto[maxPlayers][2];
+void (*kuvanPaalle)() = nullptr;
+
+static void piirraPelaaja(int i) {
+  Player& p = player[i];
+  const float x = p.x, y = p.y;
+  p.x += piirtoSiirto[i][0];
+  p.y += piirtoSiirto[i][1];
   p.piirra();
+  p.x = x;
+  p.y = y;
   p.piirraPadit();
   p.piirraePadit();
   p.piirraLimat();
@@ -936,7 +950,7 @@ static void piirraPelaaja(Player& p) {
 // Ships with everything they own, then the swirls of the ships waiting to come back.
 void piirraPelaajat() {
   for (int i = 0; i < pelaajia(); ++i)
-    if (pelissa(player[i]) && player[i].kuolema < 1) piirraPelaaja(player[i]);
+    if (pelissa(player[i]) && player[i].kuolema < 1) piirraPelaaja(i);
   for (int i = 0; i < pelaajia(); ++i)
     if (pelissa(player[i]) && player[i].kuolema >= 1 && player[i].kuolema < uudestaanHetki)
       player[i].piirraAlkuSirpaleet();
@@ -1146,6 +1160,7 @@ void piirraMaailma() {
 void drawFrame(int) {
   piirraMaailma();
   if (tilannenappi) piirraTilanne();
+  if (kuvanPaalle) kuvanPaalle();
   // The planet spins with the drawing rate (a menu drawn over a frozen field keeps it still).
   xrot += 0.6f;
   yrot += 0.9f;

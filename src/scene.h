@@ -60,6 +60,11 @@ void laskePikkumiehet();
 
 // Drawing (frame and HUD).
 void drawFrame(int frame);
+// Drawing only: how far each ship is drawn from its place (a network client eases
+// small corrections of its ships in), and what is drawn over a frame before it is
+// shown (the network loops' notices and menu), none by default.
+extern float piirtoSiirto[maxPlayers][2];
+extern void (*kuvanPaalle)();
 void piirraMaailma();  // the whole game picture without swapping the buffers (menus draw over it)
 void drawPlanet();
 void piirraAsteroidit();

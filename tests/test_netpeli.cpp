@@ -3,7 +3,6 @@
 // malformed bytes change nothing. Both roles run in this process by swapping the globals.
 #include <gtest/gtest.h>
 
-#include <cmath>
 #include <cstring>
 #include <string>
 #include <vector>
@@ -290,14 +289,7 @@ void otteluMaailma(unsigned siemen) {
   sets.ai = aiTasoja - 1;
   sets.aikohteet = true;
   aiAlusta();
-  for (int i = 0; i < maxPlayers; ++i) {
-    const float a = i * 0.3927f;
-    simscene::laita(i, (i * 7 + siemen) % alustyyppeja, std::cos(a) * 100, std::sin(a) * 80, i * 22.5f);
-    player[i].tiimi = i % 4;
-    player[i].ihmispelaaja = false;
-  }
-  alustaAsteroidit();
-  for (Pati& m : pikkumies) m.aika = 0;
+  simscene::rengas((int)siemen);
 }
 
 const Tallenne& ottelu() {

@@ -3,6 +3,7 @@
 // what it touches.
 #pragma once
 
+#include <cmath>
 #include <cstdlib>
 
 #include "Alus.h"
@@ -15,7 +16,8 @@
 
 namespace simscene {
 
-// Fills the catalogue once, without sounds (dedicated mode).
+// Fills the catalogue once, without sounds (dedicated mode), and gives every slot its
+// arrays as start-up does.
 inline void kataloogi() {
   static bool valmis = false;
   if (valmis) return;
@@ -23,6 +25,7 @@ inline void kataloogi() {
   dserver = true;
   alota();
   dserver = oli;
+  for (Player& p : player) p.asetaAlus(alus[1]);
   valmis = true;
 }
 
@@ -59,6 +62,20 @@ inline Player& laita(int i, int n, float x, float y, float kulma = 0) {
   p.numero = i;
   p.kaasujalkiaika = 0;
   return p;
+}
+
+// A battle about to begin: sixteen ships on a ring around the planet in four teams,
+// all flown by computer pilots; slot i flies ship (i * 7 + ensimmainen) mod 24. The
+// asteroids are placed afresh and no little men are about.
+inline void rengas(int ensimmainen) {
+  for (int i = 0; i < maxPlayers; ++i) {
+    const float a = i * 0.3927f;
+    laita(i, (i * 7 + ensimmainen) % alustyyppeja, std::cos(a) * 100, std::sin(a) * 80, i * 22.5f);
+    player[i].tiimi = i % 4;
+    player[i].ihmispelaaja = false;
+  }
+  alustaAsteroidit();
+  for (Pati& m : pikkumies) m.aika = 0;
 }
 
 // Makes slot k of player i's primary shots live at (x, y) with the given velocity,
