@@ -6,6 +6,7 @@
 #include <cmath>
 #include <cstdio>
 #include <cstring>
+#include <utility>
 #include <vector>
 
 #include "testutil.h"
@@ -81,12 +82,7 @@ protected:
 };
 testutil::GLWindow* Render::window = nullptr;
 
-void expectColour(Rgb got, Rgb want, const char* where) {
-  const float tolerance = 0.07f;
-  EXPECT_NEAR(got.r, want.r, tolerance) << where;
-  EXPECT_NEAR(got.g, want.g, tolerance) << where;
-  EXPECT_NEAR(got.b, want.b, tolerance) << where;
-}
+float brightness(Rgb c) { return c.r + c.g + c.b; }
 
 TEST(PrintedAsInt, ShowsTheLowWordOfTheDouble) {
   // Whole and half amounts have an all-zero low word.
@@ -96,24 +92,19 @@ TEST(PrintedAsInt, ShowsTheLowWordOfTheDouble) {
   EXPECT_EQ(printedAsInt(0.1), -1717986918);
 }
 
-TEST_F(Render, FrameEdgesAreLitAndTheFieldInsideIsDark) {
+// The whole frame seen from far above: its edges lit, the field inside dark; closer,
+// the planet in the middle in both camera modes, with dark space beside it.
+TEST_F(Render, FrameEdgesAndThePlanetShowInBothCameraModes) {
   drawFrame(0);
-  const int edges[][2] = {{144, 120}, {-160, 108}, {-144, -120}, {160, -108}};
-  for (const auto& xy : edges) {
-    const Rgb c = fieldPixel(xy[0], xy[1]);
-    EXPECT_GT(c.r + c.g + c.b, 0.9f) << xy[0] << ", " << xy[1];
-  }
-  expectColour(fieldPixel(0, 60), {0, 0, 0}, "inside the field");
-}
-
-TEST_F(Render, PlanetSitsInTheMiddleInBothCameraModes) {
+  for (const auto& xy : {std::pair{144, 120}, {-160, 108}, {-144, -120}, {160, -108}})
+    EXPECT_GT(brightness(fieldPixel(xy.first, xy.second)), 0.9f) << xy.first << ", " << xy.second;
+  EXPECT_LT(brightness(fieldPixel(0, 60)), 0.2f);
   for (int mode : {0, 1}) {
     sets.cammode = mode;
     camposz = 100;
     drawFrame(0);
-    const Rgb middle = pixel(512, 384);
-    EXPECT_GT(middle.r + middle.g + middle.b, 0.9f) << "camera mode " << mode;
-    expectColour(fieldPixel(40, 0), {0, 0, 0}, "beside the planet");
+    EXPECT_GT(brightness(pixel(512, 384)), 0.9f) << "camera mode " << mode;
+    EXPECT_LT(brightness(fieldPixel(40, 0)), 0.2f) << "camera mode " << mode;
   }
 }
 
@@ -147,24 +138,17 @@ protected:
   }
 };
 
-// A shot's colour is its own; one that never got a colour is drawn all the same.
-TEST_F(Shots, UncolouredShotStillShows) {
+// A shot that never got a colour is drawn all the same; the beam kinds leave their
+// shots to the lines; the charge ball grows with its energy.
+TEST_F(Shots, EachKindShowsItsShotsItsOwnWay) {
   shoot(0, 20, 10, 0.8f);
   drawFrame(0);
-  const Rgb plain = fieldPixel(20, 10);
-  EXPECT_GT(plain.r + plain.g + plain.b, 0.5f);
-}
-
-TEST_F(Shots, BeamKindsLeaveTheirShotsToTheLines) {
+  EXPECT_GT(brightness(fieldPixel(20, 10)), 0.5f);
   for (int kind : {6, 9, 18}) {
-    Pati& beam = shoot(kind, 20, 10, 2);
-    beam.r = 1;
+    shoot(kind, 20, 10, 2).r = 1;
     drawFrame(0);
-    expectColour(fieldPixel(20, 10), {0, 0, 0}, "beam kind");
+    EXPECT_LT(brightness(fieldPixel(20, 10)), 0.2f) << "beam kind " << kind;
   }
-}
-
-TEST_F(Shots, ChargeBallGrowsWithItsEnergy) {
   Pati& ball = shoot(13, 20, 10, 3);
   ball.r = 1;
   ball.energia = 100;
