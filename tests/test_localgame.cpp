@@ -171,7 +171,7 @@ TEST_F(LocalGame, EachLoopCatchesUpByItsOwnPolicy) {
   }
 }
 
-TEST_F(LocalGame, TeamRuleEndsACreditMatchWithTheLeadersTeam) {
+TEST_F(LocalGame, TeamRuleEndsACreditMatchAndScoreRuleAnObjectiveMatchWithTheLeadersTeam) {
   const Pelisilmukka s = aloitaKohta(kohtaKrediititSatunn);
   const int tiimit[4] = {0, 1, 0, 1};
   const float pisteet[4] = {-1, 40, -1, 90};
@@ -184,9 +184,7 @@ TEST_F(LocalGame, TeamRuleEndsACreditMatchWithTheLeadersTeam) {
   pelaa(s);
   EXPECT_EQ(voittoTiimit, std::vector<int>{1});
   EXPECT_EQ(piirretytFreimit.size(), 1u);  // the winning pass still draws the field
-}
 
-TEST_F(LocalGame, ScoreRuleEndsAnObjectiveMatchAtTheLimit) {
   for (int kohta : {kohtaDominointi, kohtaLippu, kohtaSieni}) {
     fullcredits = 0;  // everybody starts at the limit
     voittoTiimit.clear();

@@ -99,13 +99,6 @@ class MenuFrame : public ::testing::Test {
   static const int W = 320, H = 240;
 };
 
-TEST_F(MenuFrame, LabelsAreRedOnTheirRowsAndNowhereElse) {
-  drawmenu(0);
-  for (int i = 0; i < 5; i++) EXPECT_GT(redPixels(frameRow(labelRow(4.0f - 2.0f * i))), 10) << i;
-  EXPECT_EQ(redPixels(frameRow(labelRow(6.0f))), 0);   // above the first label
-  EXPECT_EQ(redPixels(frameRow(labelRow(-6.0f))), 0);  // below "Quit"
-}
-
 TEST_F(MenuFrame, F1ShowsTheKeyHelpOverTheMenuWhileHeld) {
   // Right of the panel the menu shows only its backdrop; the help's white key names cover it.
   auto whiteOnRight = [] {
@@ -122,7 +115,7 @@ TEST_F(MenuFrame, F1ShowsTheKeyHelpOverTheMenuWhileHeld) {
   EXPECT_EQ(whiteOnRight(), 0);
 }
 
-TEST_F(MenuFrame, CursorArrowsFollowTheItem) {
+TEST_F(MenuFrame, LabelsOnTheirRowsAndTheCursorArrowsFollowTheItem) {
   // The arrows are gold, neither red label nor blue background: count them on the item's row.
   auto goldOn = [](float arrowY) {
     const auto row = frameRow(rowOf(-6.5f, arrowY, -12));
@@ -131,6 +124,9 @@ TEST_F(MenuFrame, CursorArrowsFollowTheItem) {
     return n;
   };
   drawmenu(0);
+  for (int i = 0; i < 5; i++) EXPECT_GT(redPixels(frameRow(labelRow(4.0f - 2.0f * i))), 10) << i;
+  EXPECT_EQ(redPixels(frameRow(labelRow(6.0f))), 0);   // above the first label
+  EXPECT_EQ(redPixels(frameRow(labelRow(-6.0f))), 0);  // below "Quit"
   EXPECT_GT(goldOn(1.0f), 2);
   EXPECT_EQ(goldOn(1.0f - 0.55f * 3), 0);
   drawmenu(3);
