@@ -305,7 +305,7 @@ TEST_F(Respawn, LocalRandomShipsCoverTheCatalogue) {
   EXPECT_LE(*nahdyt.rbegin(), 23);
 }
 
-TEST_F(Respawn, CreditStartBuysEveryoneAShipOnce) {
+TEST_F(Respawn, CreditStartBuysEveryoneAShipOnceAndLeavesThoseOutAlone) {
   pistepeli = ekapisteframe = true;
   const float alussa = eliminointihinta + 2;
   for (int i = 0; i < players; ++i) player[i].pisteet = alussa;
@@ -319,18 +319,12 @@ TEST_F(Respawn, CreditStartBuysEveryoneAShipOnce) {
   }
   EXPECT_FLOAT_EQ(player[3].pisteet, -1);
   const float ennen = player[0].pisteet;
+  player[3].energia = 0;  // out of the game, it is left alone: no death, no planet
+  player[3].x = player[3].y = 0;
   calculateFrame(2);
   EXPECT_FLOAT_EQ(player[0].pisteet, ennen);
-}
-
-TEST_F(Respawn, PlayersOutOfACreditGameAreLeftAlone) {
-  pistepeli = true;
-  player[0].pisteet = -1;
-  player[0].energia = 0;
-  player[0].x = player[0].y = 0;  // would hit the planet too
-  calculateFrame(1);
-  EXPECT_EQ(player[0].kuolema, 0);
-  EXPECT_FLOAT_EQ(player[0].energia, 0);
+  EXPECT_EQ(player[3].kuolema, 0);
+  EXPECT_FLOAT_EQ(player[3].energia, 0);
   EXPECT_EQ(eloSirpaleita(), 0);
 }
 
