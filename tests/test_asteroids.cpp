@@ -69,7 +69,7 @@ protected:
   }
 
   static float liikemaara(float Pati::*v) {
-    return asteroidi[0].koko * (asteroidi[0].*v) + asteroidi[1].koko * (asteroidi[1].*v);
+    return asteroidi[2].koko * (asteroidi[2].*v) + asteroidi[3].koko * (asteroidi[3].*v);
   }
 };
 
@@ -121,19 +121,7 @@ TEST_F(Asteroids, ClientKeepsAsteroidsAndShowsTheHostsExplosion) {
   EXPECT_EQ(sirpale[35].aika, 0);
 }
 
-TEST_F(Asteroids, CollisionBetweenAsteroidsKeepsMomentum) {
-  asteroidi[0] = Pati{10000, 0, 0.2f, 0, 0, 10, 0, 0, 0, 0, 1.0f, 0, 0};
-  asteroidi[1] = Pati{10001.5f, 0.3f, -0.1f, 0.05f, 0, 10, 0, 0, 0, 0, 1.2f, 0, 0};
-  const float px = liikemaara(&Pati::xv), py = liikemaara(&Pati::yv);
-  const float ennen = asteroidi[1].xv;
-  laskeAsteroidit();
-  EXPECT_GT(asteroidi[1].xv, ennen);  // pushed away from asteroid 0
-  // The planet's pull is negligible this far out.
-  EXPECT_NEAR(liikemaara(&Pati::xv), px, 1e-4);
-  EXPECT_NEAR(liikemaara(&Pati::yv), py, 1e-4);
-}
-
-TEST_F(Asteroids, ShipsBounceRamsHurtAndPlanetProofShipsAreShoved) {
+TEST_F(Asteroids, ShipsBounceRamsHurtPlanetProofShipsAreShovedAndRocksKeepMomentum) {
   asteroidi[0] = Pati{100, 0, 0, 0, 0, 10, 0, 0, 0, 0, 1.3f, 0, 0};
   asetaAlus(0, 101.5f, 0);
   player[0].xvauhti = -0.2f;
@@ -143,6 +131,9 @@ TEST_F(Asteroids, ShipsBounceRamsHurtAndPlanetProofShipsAreShoved) {
   player[1].alus.aselaji = 6;
   player[1].alus.easelaji = 14;
   player[1].fuel = 15;
+  asteroidi[2] = Pati{10000, 0, 0.2f, 0, 0, 10, 0, 0, 0, 0, 1.0f, 0, 0};  // far out, where the pull is negligible
+  asteroidi[3] = Pati{10001.5f, 0.3f, -0.1f, 0.05f, 0, 10, 0, 0, 0, 0, 1.2f, 0, 0};
+  const float px = liikemaara(&Pati::xv), py = liikemaara(&Pati::yv), ennen = asteroidi[3].xv;
   laskeAsteroidit();
   const double impulssi = 2 * (1 / (1 / 130.0 + 1 / 100.0)) * 0.2;
   EXPECT_NEAR(player[0].xvauhti, -0.2 + impulssi / 100, 1e-5);
@@ -152,6 +143,9 @@ TEST_F(Asteroids, ShipsBounceRamsHurtAndPlanetProofShipsAreShoved) {
   EXPECT_FLOAT_EQ(player[1].x, -101.5f - 1.5f * 0.4f);
   EXPECT_FLOAT_EQ(asteroidi[1].energia, 10 - 15 * 4 / 30.0f);  // a ram spends the whole tank
   EXPECT_FLOAT_EQ(player[1].fuel, 0);
+  EXPECT_GT(asteroidi[3].xv, ennen);  // rocks push each other apart and keep their momentum
+  EXPECT_NEAR(liikemaara(&Pati::xv), px, 1e-4);
+  EXPECT_NEAR(liikemaara(&Pati::yv), py, 1e-4);
 }
 
 TEST_F(Asteroids, ShotsWearThemDownAndAreSpent) {
@@ -181,7 +175,7 @@ protected:
   }
 };
 
-TEST_F(LittleMen, PickUpAfterTheDelayGivesEnergyToEveryShipOverHim) {
+TEST_F(LittleMen, PickUpAfterTheDelayGivesEnergyToEveryShipStrictlyOverHim) {
   asetaAlus(0, 50, 50);
   asetaAlus(1, 51, 50.5f);
   laitaMies(7, 50.5f, 50, 100, 3);
@@ -192,15 +186,13 @@ TEST_F(LittleMen, PickUpAfterTheDelayGivesEnergyToEveryShipOverHim) {
   EXPECT_EQ(pikkumies[7].aika, 0);
   EXPECT_FLOAT_EQ(player[0].energia, 11);
   EXPECT_FLOAT_EQ(player[1].energia, 11);
-}
 
-TEST_F(LittleMen, OnlyACentreStrictlyWithinTheRadiusCounts) {
-  asetaAlus(0, 50, 50);
-  laitaMies(0, 52, 50, 100, 0);
+  asetaAlus(1, -kauas, -kauas);
+  laitaMies(0, 52, 50, 100, 0);  // only a centre strictly within the radius counts
   laitaMies(1, -30, 20, 1, 0);
   laskePikkumiehet();
   EXPECT_EQ(pikkumies[0].aika, 99);
-  EXPECT_FLOAT_EQ(player[0].energia, 10);
+  EXPECT_FLOAT_EQ(player[0].energia, 11);
   EXPECT_EQ(pikkumies[1].aika, 0);  // expired of age
 }
 

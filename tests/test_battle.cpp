@@ -62,7 +62,7 @@ protected:
       p.pleft = (f / 53 + i) % 4 == 0;
       p.pright = (f / 71 + i) % 4 == 1;
       p.pfire = (f / 131 + i) % 5 != 0;
-      p.pease = (f / 211 + i) % 7 == 0;
+      p.pease = (f / 30 + i) % 3 == 0;  // specials pressed and released often
     }
   }
 
@@ -76,6 +76,7 @@ protected:
       ASSERT_TRUE(aarellinen(p.x) && aarellinen(p.y) && aarellinen(p.xvauhti) && aarellinen(p.yvauhti))
           << "player " << i << " ship " << p.alus.numero << " frame " << f;
       ASSERT_TRUE(aarellinen(p.energia) && aarellinen(p.fuel)) << "player " << i << " frame " << f;
+      ASSERT_TRUE(p.limacount >= 0 && p.limacount <= limoja) << "player " << i << " frame " << f;
       lentaneet.insert(p.alus.numero);
       kuolemia += p.kuolema == 350;
     }

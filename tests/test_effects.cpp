@@ -1,4 +1,4 @@
-// Per-player effects: slime, exhaust trail, start shards and their burst, line effects.
+// Per-player effects: slime, exhaust trail and shards, start shards and their burst.
 #include <gtest/gtest.h>
 
 #include <cmath>
@@ -44,25 +44,18 @@ TEST(Slime, StopsAtThirtyBlobsWithinTheLopsidedSpread) {
   limalaitetaan = false;
 }
 
-TEST(Trail, OnlyTheLowestDetailMarksThePuffsWhichThenFadeBackwards) {
+TEST(Trail, OnlyTheLowestDetailMarksPuffsBehindTheHullAndNoShards) {
   Player& p = kaasuta(0, 3);
   for (int k = 0; k < kaasujalkia; ++k) EXPECT_LE(p.kaasujalki[k].alpha, 0) << k;
 
   kaasuta(0, 0);
-  EXPECT_EQ(p.kaasujalkiaika, 10);
-  EXPECT_NEAR(p.kaasujalki[0].alpha, 0.99, 1e-9);
-  EXPECT_NEAR(p.kaasujalki[0].x, p.x - alus[0].sade, 1e-5);  // behind the hull
-  EXPECT_NEAR(p.kaasujalki[1].alpha, 0.6, 1e-9);
-  EXPECT_EQ(p.kaasujalki[2].alpha, 0);
-
-  for (int k = 0; k < 10; ++k) p.laskeKaasujaljet();  // counting down: nothing moves
-  EXPECT_NEAR(p.kaasujalki[1].alpha, 0.6, 1e-9);
+  EXPECT_GT(p.kaasujalki[0].alpha, 0.9);
+  EXPECT_NEAR(p.kaasujalki[0].x, p.x - alus[0].sade, 1e-5);
   p.pylos = false;
-  p.laskeKaasujaljet();  // the eleventh: not thrusting any more, the trail moves on
-  EXPECT_EQ(p.kaasujalki[0].alpha, -0.01);
-  EXPECT_EQ(p.kaasujalki[1].alpha, 0);
-  EXPECT_NEAR(p.kaasujalki[2].alpha, 0.4, 1e-9);
-  EXPECT_EQ(sirpale[0].aika, 0);  // and no shard at detail 0
+  for (int k = 0; k < 11; ++k) p.laskeKaasujaljet();  // the trail moves on and fades
+  EXPECT_LE(p.kaasujalki[0].alpha, 0);
+  EXPECT_TRUE(p.kaasujalki[2].alpha > 0 && p.kaasujalki[2].alpha < 0.6) << p.kaasujalki[2].alpha;
+  EXPECT_EQ(sirpale[0].aika, 0);
 }
 
 TEST(Shards, ExhaustAndSmokeAppearOnlyAboveDetailZero) {
@@ -87,31 +80,18 @@ TEST(Shards, ExhaustAndSmokeAppearOnlyAboveDetailZero) {
   }
 }
 
-TEST(StartShards, GatherFromAShellIntoTheShip) {
-  maailma(1);
-  Player& p = laita(0, 7, 0, 0);
-  p.laitaAlkuSirpaleet();
-  for (int i = 0; i < p.alkusirpaleMaara; ++i) {
-    const Sirpale& s = p.alkusirpale[i];
-    const double d2 = s.x * s.x + s.y * s.y + s.z * s.z;
-    ASSERT_TRUE(d2 >= 1000 && d2 < 1600 && s.aika == 200 && s.red >= 0 && s.red <= 1) << i;
-  }
-  Sirpale& s = p.alkusirpale[0];
-  const double etaisyys = std::hypot(s.x, s.y, s.z), kulma = std::atan2(s.y, s.x);
-  p.laskeAlkuSirpaleet();
-  EXPECT_LT(std::hypot(s.x, s.y, s.z), etaisyys);  // drawn in while it turns
-  EXPECT_NE(std::atan2(s.y, s.x), kulma);
-  EXPECT_EQ(s.aika, 199);
-
-  s.x = s.y = 0;  // at the centre it stays there
-  p.laskeAlkuSirpaleet();
-  EXPECT_TRUE(s.x == 0 && s.y == 0);
-}
-
-TEST(StartShards, TheBurstFillsOnlyFreeWorldShards) {
+// A new ship gathers from a shell of shards (one at the centre stays there, finite),
+// then bursts into the free world shards only.
+TEST(StartShards, GatherThenBurstIntoFreeWorldShardsOnly) {
   maailma(1);
   Player& p = laita(0, 1, 20, -30);
   p.laitaAlkuSirpaleet();
+  Sirpale& keski = p.alkusirpale[1];
+  const double etaisyys = std::hypot(p.alkusirpale[0].x, p.alkusirpale[0].y, p.alkusirpale[0].z);
+  keski.x = keski.y = 0;
+  p.laskeAlkuSirpaleet();
+  EXPECT_LT(std::hypot(p.alkusirpale[0].x, p.alkusirpale[0].y, p.alkusirpale[0].z), etaisyys);
+  EXPECT_TRUE(keski.x == 0 && keski.y == 0);
   for (int i = 0; i < sirpaleita; ++i) sirpale[i].aika = (i % 30 == 0) ? 0 : 5;  // 50 free
   p.kuolema = 1;
   p.laskeAlkuSirpaleet();
@@ -129,18 +109,4 @@ TEST(StartShards, TheBurstFillsOnlyFreeWorldShards) {
     ++uusia;
   }
   EXPECT_EQ(uusia, 50);
-  // Colours come from the start shards, the last one first.
-  EXPECT_EQ(sirpale[0].red, p.alkusirpale[alkusirpaleita - 1].red);
-  EXPECT_EQ(sirpale[30].blue, p.alkusirpale[alkusirpaleita - 2].blue);
-}
-
-TEST(Lines, LiveLinesCountDownAndDrift) {
-  maailma(1);
-  Player& p = laita(0, 11, 0, 0);
-  Viivakasa& v = p.viivat[0];
-  v = Viivakasa{1, 2, 3, 4, 0, 0, 1, 2, 0.5, -0.5};
-  for (int i = 0; i < 3; ++i) p.laskeViivat();
-  EXPECT_EQ(v.aika, 0);
-  EXPECT_EQ(v.x1, 2);  // moved twice, then dead and still
-  EXPECT_EQ(v.y2, 3);
 }

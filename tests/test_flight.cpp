@@ -12,7 +12,7 @@ namespace {
 double vastus(double v) { return v / (1 + 0.0006000000000000001 * (std::fabs(v) + 1)); }
 }  // namespace
 
-TEST(Thrust, AcceleratesAlongTheHeadingSlowedBySlimeEvenBackwards) {
+TEST(Thrust, AcceleratesAlongTheHeadingSlowedBySlimeEvenBackwardsOrSetsTheVelocityOfTheInertialess) {
   maailma(1);
   Player& p = laita(0, 0, 50, 50, 90);
   p.pylos = true;
@@ -30,12 +30,8 @@ TEST(Thrust, AcceleratesAlongTheHeadingSlowedBySlimeEvenBackwards) {
   p.liiku();
   EXPECT_FLOAT_EQ(p.kulma, -0.2f);
   EXPECT_LT(p.xvauhti, 0);
-}
 
-TEST(Thrust, InertialessKindsSetTheirVelocityAndStopDead) {
-  maailma(1);
-  Player& p = laita(0, 6, 0, 50, 0);
-  p.xvauhti = 1;
+  laita(0, 6, 0, 50, 0).xvauhti = 1;  // inertialess kinds set their velocity and stop dead
   p.pylos = true;
   p.liiku();
   EXPECT_FLOAT_EQ(p.xvauhti, 0.31f);  // no drag, no accumulation
@@ -62,7 +58,7 @@ TEST(Walls, PushBeginsBeyond160And120) {
   EXPECT_NEAR(p.xvauhti, 0.2, 1e-3);
 }
 
-TEST(Turning, Type18FlipsOncePerPressOfThrust) {
+TEST(Turning, Type18FlipsOncePerPressTheGunTrailsAndAClientTurnsOnlySteeredShots) {
   maailma(1);
   Player& p = laita(0, 18, 0, 50, 0);
   p.pylos = true;
@@ -74,22 +70,15 @@ TEST(Turning, Type18FlipsOncePerPressOfThrust) {
   p.pylos = true;
   p.liiku();
   EXPECT_FLOAT_EQ(p.kulma, 0);  // 360 wrapped
-}
 
-TEST(Turning, TheGunTrailsTheHullUnlessFiring) {
-  maailma(1);
-  Player& p = laita(0, 2, 0, 50, 0);
-  p.asekulma = 350;  // brought within 180 of the hull first
+  laita(0, 2, 0, 50, 0).asekulma = 350;  // the gun trails the hull unless firing (brought within 180 first)
   p.liiku();
   EXPECT_FLOAT_EQ(p.asekulma, -8.5f);
   p.pfire = true;
   p.liiku();
   EXPECT_FLOAT_EQ(p.asekulma, -8.5f);
-}
 
-TEST(Turning, AClientTurnsSteeredShotsButNotTheHull) {
-  maailma(1);
-  Player& p = laita(0, 14, 0, 50, 0);
+  laita(0, 14, 0, 50, 0);  // a client turns steered shots but not the hull
   Pati& s = ammus(0, 0, 20, 20);
   joinpeli = true;
   p.joinleft = p.pleft = true;
@@ -121,21 +110,16 @@ TEST(Fuel, RefuellingOvershootsAndATankAtExactlyTheCostMayFire) {
   EXPECT_EQ(c.fuel, 10);
 }
 
-TEST(Collision, ContactIsStrictlyInsideTheScaledRadii) {
+TEST(Collision, ContactImpulseAndRams) {
   maailma(2);
-  laita(0, 0, 30, 30);
+  Player& a = laita(0, 0, 30, 30);
   Player& b = laita(1, 0, 0, 0);
-  const double r = alus[0].sade, raja = (r + b.alus.sade) * 0.785;
+  const double r = alus[0].sade, raja = (r + b.alus.sade) * 0.785;  // strictly inside the scaled radii
   EXPECT_FALSE(b.tormaa(raja, 0, r, 0));
   EXPECT_TRUE(b.tormaa(std::nextafter(raja, 0.0), 0, r, 0));
-}
 
-TEST(Collision, TheImpulseConservesMomentumAndEachPairIsTestedOnce) {
-  maailma(2);
-  Player& a = laita(0, 0, -2, 0);
-  Player& b = laita(1, 4, 2, 0);
-  a.xvauhti = 0.3f;
-  b.xvauhti = -0.1f;
+  laita(0, 0, -2, 0).xvauhti = 0.3f;  // the impulse conserves momentum
+  laita(1, 4, 2, 0).xvauhti = -0.1f;
   ASSERT_TRUE(b.tormaa(a.x + a.xvauhti, a.y, a.alus.sade, 0));
   const double j = 2 * 0.4 / (1 / 200.0 + 1 / 500.0);
   EXPECT_NEAR(a.xvauhti, 0.3 - j / 200, 1e-5);
@@ -148,12 +132,9 @@ TEST(Collision, TheImpulseConservesMomentumAndEachPairIsTestedOnce) {
   a.liiku();  // equal masses trade velocities (A was slowed by drag first)
   EXPECT_NEAR(a.xvauhti, 0, 1e-6);
   EXPECT_NEAR(b.xvauhti, vastus(0.2), 1e-6);
-}
 
-TEST(Collision, RammingKindsHurtUnlessTheShieldIsUp) {
-  maailma(2);
-  Player& a = laita(0, 15, -2, 0);
-  Player& b = laita(1, 3, 2, 0);
+  laita(0, 15, -2, 0);  // ramming kinds hurt
+  laita(1, 3, 2, 0);
   ASSERT_TRUE(b.tormaa(a.x, a.y, a.alus.sade, 0));
   EXPECT_FLOAT_EQ(b.energia, 40 - 4);
   EXPECT_FLOAT_EQ(a.energia, 28);
@@ -164,11 +145,11 @@ TEST(Collision, RammingKindsHurtUnlessTheShieldIsUp) {
   EXPECT_FLOAT_EQ(b.energia, 40 - 12.5f * 10 / 25);
   EXPECT_EQ(a.fuel, 0);
 
-  laita(0, 15, -2, 0).xvauhti = 0.5f;
+  laita(0, 15, -2, 0).xvauhti = 0.5f;  // not through a shield, which is still pushed
   laita(1, 0, 2, 0).suojapaalla = true;
   ASSERT_TRUE(b.tormaa(a.x + a.xvauhti, a.y, a.alus.sade, 0));
   EXPECT_EQ(b.energia, 50);
-  EXPECT_GT(b.xvauhti, 0);  // still pushed
+  EXPECT_GT(b.xvauhti, 0);
 
   laita(0, 6, -1, 0);  // no inertia: displaced, not pushed
   laita(1, 0, 1, 0).xvauhti = -0.3f;

@@ -1,4 +1,4 @@
-// GL set-up, textures, team colours, unit solids and text, in a real GL context.
+// GL set-up, textures, team colours and text, in a real GL context.
 #include <GL/gl.h>
 #include <gtest/gtest.h>
 #include <png.h>
@@ -84,13 +84,6 @@ std::string printed(F load) {
   return testing::internal::GetCapturedStdout();
 }
 
-std::vector<float> lumTexels(GLuint name, int size) {
-  std::vector<float> t(size * size);
-  glBindTexture(GL_TEXTURE_2D, name);
-  glGetTexImage(GL_TEXTURE_2D, 0, GL_LUMINANCE, GL_FLOAT, t.data());
-  return t;
-}
-
 Bytes rgbTexels(GLuint name, int w, int h) {
   Bytes t(w * h * 3);
   glBindTexture(GL_TEXTURE_2D, name);
@@ -146,22 +139,6 @@ TEST_F(InTempDir, SmallModeSwitchesOnlyTheBigImages) {
     EXPECT_NE(out.find(name), std::string::npos) << name;
 }
 
-// Additive glows must fade to nothing at their edge or the quad shows; the team glow
-// is hollow so that the ship stays visible over it.
-TEST(GeneratedTextures, GlowsFadeOutAndTheTeamGlowIsHollow) {
-  GLuint flare = 0, team = 0;
-  generateLightFlare(&flare);
-  generateTeamJuttu(&team);
-  const auto f = lumTexels(flare, 64), t = lumTexels(team, 64);
-  EXPECT_GT(f[32 * 64 + 32], 0.95f);
-  EXPECT_EQ(f[0], 0.0f);  // negative, clamped
-  EXPECT_EQ(t[0], 0.0f);
-  EXPECT_LT(t[32 * 64 + 32], 0.01f);
-  EXPECT_GT(t[32 * 64 + 48], 0.3f);
-  glDeleteTextures(1, &flare);
-  glDeleteTextures(1, &team);
-}
-
 TEST(TeamColours, OutOfRangeFallsBackToRed) {
   for (int c : {-1, 16, 1000}) {
     valitseVari(c);
@@ -183,85 +160,22 @@ TEST_F(InTempDir, ZeroHeightViewportCountsAsOnePixel) {
   printed([] { ReSizeGLScene(W, H); });
 }
 
-// --- Drawing checks: pixels read back from the back buffer.
-
 float brightnessAt(int x, int y) {
   const Bytes p = testutil::readRgb(x, y, 1, 1);
   return (p[0] + p[1] + p[2]) / (3 * 255.0f);
 }
 
-using testutil::projectToWindow;
-
-class Drawing : public InTempDir {
- protected:
-  void SetUp() override {
-    InTempDir::SetUp();
-    writeBlockFont("textures/teksti.png");
-    printed([] { setupOpengl(W, H); });
-    glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);
-    glLoadIdentity();
-  }
-  // A white light straight from the viewer and no ambient: a face is bright only if its normal faces us.
-  void headLight() {
-    const GLfloat dir[] = {0, 0, 1, 0}, none[] = {0, 0, 0, 1};
-    glLightfv(GL_LIGHT0, GL_POSITION, dir);
-    glLightModelfv(GL_LIGHT_MODEL_AMBIENT, none);
-    glLightModeli(GL_LIGHT_MODEL_LOCAL_VIEWER, GL_FALSE);
-    glEnable(GL_CULL_FACE);
-    glEnable(GL_DEPTH_TEST);
-    glDisable(GL_TEXTURE_2D);
-    glColor3f(1, 1, 1);
-  }
-  void flatText() {
-    glDisable(GL_LIGHTING);
-    glDisable(GL_BLEND);
-    glEnable(GL_TEXTURE_2D);
-    glColor3f(1, 1, 1);
-  }
-};
-
-// Draws a solid turned by `angle` degrees about an axis and returns the brightness at the window's centre.
-float centreOf(void (*solid)(), float angle, float ax, float ay, float az, float distance = 8) {
-  glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);
-  glLoadIdentity();
-  glTranslatef(0, 0, -distance);
-  glRotatef(angle, ax, ay, az);
-  solid();
-  return brightnessAt(W / 2, H / 2);
-}
-
-TEST_F(Drawing, UnitSolidsFaceOutwardsWithOutwardNormals) {
-  headLight();
-  // Each turn brings a different face of the cube to the viewer.
-  const float turns[][4] = {{0, 0, 1, 0}, {180, 0, 1, 0}, {90, 1, 0, 0}, {-90, 1, 0, 0}, {90, 0, 1, 0}, {-90, 0, 1, 0}};
-  for (const auto& t : turns) {
-    EXPECT_GT(centreOf(drawCube, t[0], t[1], t[2], t[3]), 0.9f) << t[0] << " " << t[1];
-    EXPECT_LT(brightnessAt(5, 5), 0.05f);
-  }
-  EXPECT_GT(centreOf(drawTri, 0, 0, 1, 0), 0.9f);
-  EXPECT_GT(centreOf(drawTri, 180, 0, 1, 0), 0.9f);
-  EXPECT_GT(centreOf(drawTri, -90, 1, 0, 0), 0.9f);  // the bottom, seen from below
-}
-
-TEST_F(Drawing, MenuArrowIsSolidFromEveryTurnAndListsAreRebuilt) {
-  ASSERT_TRUE(glIsList(list_int[24]));
-  headLight();
-  glDisable(GL_CULL_FACE);  // the menu draws it as it is, lit
-  auto arrow = [] { glCallList(list_int[24]); };
-  for (float spin = -180; spin < 180; spin += 30) {
-    EXPECT_GT(centreOf(arrow, spin, 1, 0, 0, 6), 0.2f) << spin;  // the shaft
-    EXPECT_LT(brightnessAt(W / 2, H - 10), 0.05f);
-  }
-  const GLuint old = list_int[24];
-  setLists();
-  EXPECT_TRUE(glIsList(list_int[24]));
-  EXPECT_TRUE(old == list_int[24] || !glIsList(old));
-}
-
 // Lit where a glyph's upper half is, dark below it (the image is the right way up), past
 // the end and at the window's far edges; a high byte draws nothing but takes one width.
-TEST_F(Drawing, TextLightsPixelsAtItsPointOnly) {
-  flatText();
+TEST_F(InTempDir, TextLightsPixelsAtItsPointOnly) {
+  writeBlockFont("textures/teksti.png");
+  printed([] { setupOpengl(W, H); });
+  glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);
+  glLoadIdentity();
+  glDisable(GL_LIGHTING);
+  glDisable(GL_BLEND);
+  glEnable(GL_TEXTURE_2D);
+  glColor3f(1, 1, 1);
   glTranslatef(0, 0, -10);
   gl_println(0, 0, 0, "AB");
   const char high[] = {char(0xC8), 'A', char(0xFF), 0};
@@ -273,7 +187,7 @@ TEST_F(Drawing, TextLightsPixelsAtItsPointOnly) {
                 {0, -3.8f, false}, {1.0f, -3.8f, true}};  // 2 x size x width 1
   for (const auto& p : points) {
     int x, y;
-    projectToWindow(p.x, p.y, 0, x, y);
+    testutil::projectToWindow(p.x, p.y, 0, x, y);
     EXPECT_EQ(brightnessAt(x, y) > 0.8f, p.lit) << p.x << ", " << p.y;
     EXPECT_TRUE(p.lit || brightnessAt(x, y) < 0.05f) << p.x << ", " << p.y;
   }

@@ -77,7 +77,7 @@ protected:
   FakeClock kello;
 };
 
-TEST_F(LocalGame, StartItemsSetModeCreditsAndPlayers) {
+TEST_F(LocalGame, StartItemsSetModeCreditsAndPlayersAndResetTheObjectives) {
   struct Case {
     int kohta, tila;
     bool krediitit, valinta, uudetAlukset;
@@ -96,7 +96,13 @@ TEST_F(LocalGame, StartItemsSetModeCreditsAndPlayers) {
       player[i].pisteet = -1;
     }
     ekapisteframe = false;
+    cpiste[1].player = 3;  // what the last match left: a carried flower, a held point
+    cpiste[1].x = 0;
+    dpiste[0].tiimi = 2;
     aloitaKohta(c.kohta);
+    EXPECT_EQ(cpiste[1].player, kukkaKotona);
+    EXPECT_FLOAT_EQ(cpiste[1].x, alkupiste[1].x);
+    EXPECT_EQ(dpiste[0].tiimi, -1);
     EXPECT_EQ(gamemode, c.tila) << c.kohta;
     EXPECT_EQ(pistepeli, c.krediitit) << c.kohta;
     if (c.krediitit) {
@@ -117,20 +123,6 @@ TEST_F(LocalGame, StartItemsSetModeCreditsAndPlayers) {
     // Credits with a choice keep the ships: the first world step opens the choice.
     EXPECT_EQ(alukset.size() > 1, c.uudetAlukset) << c.kohta;
   }
-}
-
-TEST_F(LocalGame, NewMatchResetsFlowersAndDominationPoints) {
-  cpiste[1].player = 3;
-  cpiste[1].x = 0;
-  dpiste[0].tiimi = 2;
-  sets.team[0] = 0;
-  sets.team[1] = 1;
-  sets.team[2] = sets.team[3] = 0;
-  aloitaKohta(kohtaLippu);
-  EXPECT_EQ(cpiste[1].player, kukkaKotona);
-  EXPECT_FLOAT_EQ(cpiste[1].x, alkupiste[1].x);
-  EXPECT_TRUE(cpiste[0].enabled && cpiste[1].enabled && !cpiste[2].enabled);  // two teams, two flowers
-  EXPECT_EQ(dpiste[0].tiimi, -1);
 }
 
 TEST_F(LocalGame, ResumeContinuesTheMatchAsADeathMatch) {
@@ -171,7 +163,7 @@ TEST_F(LocalGame, EachLoopCatchesUpByItsOwnPolicy) {
   }
 }
 
-TEST_F(LocalGame, TeamRuleEndsACreditMatchWithTheLeadersTeam) {
+TEST_F(LocalGame, TeamRuleEndsACreditMatchAndScoreRuleAnObjectiveMatchWithTheLeadersTeam) {
   const Pelisilmukka s = aloitaKohta(kohtaKrediititSatunn);
   const int tiimit[4] = {0, 1, 0, 1};
   const float pisteet[4] = {-1, 40, -1, 90};
@@ -184,9 +176,7 @@ TEST_F(LocalGame, TeamRuleEndsACreditMatchWithTheLeadersTeam) {
   pelaa(s);
   EXPECT_EQ(voittoTiimit, std::vector<int>{1});
   EXPECT_EQ(piirretytFreimit.size(), 1u);  // the winning pass still draws the field
-}
 
-TEST_F(LocalGame, ScoreRuleEndsAnObjectiveMatchAtTheLimit) {
   for (int kohta : {kohtaDominointi, kohtaLippu, kohtaSieni}) {
     fullcredits = 0;  // everybody starts at the limit
     voittoTiimit.clear();

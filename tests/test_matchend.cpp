@@ -63,7 +63,7 @@ protected:
   void TearDown() override { gamemode = 0; }
 };
 
-TEST_F(HostRule, DeathMatchEndsWithOneTeamOrNobodyLeft) {
+TEST_F(HostRule, DeathMatchEndsWithOneTeamOrNobodyLeftAndObjectivesAtTheNetworkLimit) {
   for (int tila : {0, 1}) {
     gamemode = tila;
     pelaajat({{0, 5}, {1, 5}, {0, 5}});
@@ -75,10 +75,7 @@ TEST_F(HostRule, DeathMatchEndsWithOneTeamOrNobodyLeft) {
     pelaajat({{-1, 5}, {0, 5}});  // a negative first team ends it
     EXPECT_EQ(peliloppu(), 1);
   }
-}
-
-TEST_F(HostRule, ObjectiveModesUseTheNetworkLimit) {
-  mpcredits = 50;
+  mpcredits = 50;  // the objective modes use the network limit
   fullcredits = 10;
   for (int tila : {2, 3, 4}) {
     gamemode = tila;

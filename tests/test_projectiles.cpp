@@ -54,7 +54,7 @@ TEST(Hits, AShotHitsEveryShipItTouchesButNeverItsOwnerAShieldOrAPlayerOutOfPlay)
   EXPECT_GT(o.pati[1].aika, 0);
 }
 
-TEST(Hits, TheChargeBallHurtsByItsChargeAndCoolsTheGun) {
+TEST(Hits, DamageByKindTheChargeBallByItsChargeSomeKindsTwiceAndAClientOnce) {
   maailma(2);
   Player& o = laita(0, 13, 0, 50);
   Player& k = laita(1, 3, 30, 30);
@@ -68,22 +68,18 @@ TEST(Hits, TheChargeBallHurtsByItsChargeAndCoolsTheGun) {
   o.liikutaPadit();
   EXPECT_FLOAT_EQ(k.energia, 40 - 2);
   EXPECT_EQ(o.ampumisviive, 0);  // a launched ball in another slot does not
-}
 
-TEST(Hits, SomeKindsTakeTheirDamageTwice) {
-  for (int n : {15, 16, 20}) {
-    maailma(2);
-    Player& o = laita(0, n, 0, 50);
-    Player& k = laita(1, 4, 30, 30);
+  for (int n : {15, 16, 20}) {  // these kinds take their damage twice
+    laita(0, n, 0, 50);
+    laita(1, 4, 30, 30);
     ammus(0, 0, 30, 30, 0.01f, 0);
     o.liikutaPadit();
     EXPECT_FLOAT_EQ(k.energia, 50 - 2 * alus[n].damage) << n;
     EXPECT_EQ(o.pati[0].aika, 0) << n;
   }
   // Kinds 7 and 14 count the first blow only when they have a hit sound.
-  maailma(2);
-  Player& o = laita(0, 14, 0, 50);
-  Player& k = laita(1, 4, 30, 30);
+  laita(0, 14, 0, 50);
+  laita(1, 4, 30, 30);
   ammus(0, 0, 30, 30);
   o.liikutaPadit();
   EXPECT_FLOAT_EQ(k.energia, 50 - 5);
@@ -123,7 +119,7 @@ TEST(Homing, SeeksTheNearestEnemyElsePlayerZeroEvenItsOwner) {
   EXPECT_NEAR(t.kulma, 90, 1e-3);
 }
 
-TEST(Bouncing, Type23HitsEvenItsOwnerAndLivesOn) {
+TEST(Flight, Type23BouncesOffEvenItsOwnerMinesJitterAndWanderersKeepTheirSpeed) {
   maailma(2);
   Player& o = laita(0, 23, 0, 50);
   Player& k = laita(1, 4, 30, 30);
@@ -139,6 +135,17 @@ TEST(Bouncing, Type23HitsEvenItsOwnerAndLivesOn) {
   o.liikutaPadit();
   EXPECT_GT(oma.aika, 0);
   EXPECT_FLOAT_EQ(o.energia, 24 - 1.5f);
+
+  laita(0, 15, 0, 100);  // mines jitter in place; wanderers keep their speed
+  Pati& m = ammus(0, 0, 50, 50);
+  for (int i = 0; i < 100; ++i) o.liikutaPadit();
+  EXPECT_LE(std::hypot(m.x - 50, m.y - 50), 100 * 0.5 * 0.05 * 1.5);
+  EXPECT_EQ(m.xv, 0);
+
+  laita(0, 16, 0, 100);
+  Pati& w = ammus(0, 0, 60, 60, 0.3f, 0.4f);
+  for (int i = 0; i < 50; ++i) o.liikutaPadit();
+  EXPECT_NEAR(std::hypot(w.xv, w.yv), 0.5, 1e-5);
 }
 
 TEST(ClusterBomb, FliesWhileFireIsHeldAndBurstsOnRelease) {
@@ -175,20 +182,6 @@ TEST(ClusterBomb, FliesWhileFireIsHeldAndBurstsOnRelease) {
   ammus(0, 5, 50, 50);
   o.liikutaPadit();
   EXPECT_FLOAT_EQ(k.energia, 60 - 17 - 17 * 0.125f);
-}
-
-TEST(Mines, JitterInPlaceAndWanderersKeepTheirSpeed) {
-  maailma(1);
-  Player& o = laita(0, 15, 0, 100);
-  Pati& m = ammus(0, 0, 50, 50);
-  for (int i = 0; i < 100; ++i) o.liikutaPadit();
-  EXPECT_LE(std::hypot(m.x - 50, m.y - 50), 100 * 0.5 * 0.05 * 1.5);
-  EXPECT_EQ(m.xv, 0);
-
-  Player& w = laita(0, 16, 0, 100);
-  Pati& s = ammus(0, 0, 60, 60, 0.3f, 0.4f);
-  for (int i = 0; i < 50; ++i) w.liikutaPadit();
-  EXPECT_NEAR(std::hypot(s.xv, s.yv), 0.5, 1e-5);
 }
 
 // ---- Shots against shots ----------------------------------------------------------

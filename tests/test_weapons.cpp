@@ -17,7 +17,7 @@ int elavia(const Player& p) {
 }
 }  // namespace
 
-TEST(CommonShot, SpawnsAheadInheritsTheShipVelocityAndSpendsFuelAndTime) {
+TEST(CommonShot, SpawnsAheadInheritsTheShipVelocitySpendsFuelAndTimeAndOnAClientOnlyRecoils) {
   maailma(1);
   Player& p = laita(0, 2, 10, 20, 30);
   p.xvauhti = 0.1f;
@@ -36,11 +36,8 @@ TEST(CommonShot, SpawnsAheadInheritsTheShipVelocityAndSpendsFuelAndTime) {
   p.ammu();
   EXPECT_FLOAT_EQ(p.fuel, 26);
   EXPECT_EQ(elavia(p), 40);
-}
 
-TEST(CommonShot, AClientOnlyCoolsDownPlaysAndRecoils) {
-  maailma(1);
-  Player& p = laita(0, 1, 0, 0, 0);
+  laita(0, 1, 0, 0, 0);  // a client only cools down, plays and recoils
   joinpeli = true;
   p.ammu();
   joinpeli = false;
@@ -55,7 +52,7 @@ TEST(CommonShot, AClientOnlyCoolsDownPlaysAndRecoils) {
   EXPECT_NEAR(q.xvauhti, 0.2 - (0.65 + 0.2) * 0.2, 1e-6);
 }
 
-TEST(SpawnPatterns, TwinGunsFanScatterAndMines) {
+TEST(SpawnPatterns, TwinGunsFanScatterMinesAlternatingGunsAndTheClusterBomb) {
   maailma(1);
   Player& p = laita(0, 0, 0, 0, 0);
   p.ammu();
@@ -93,34 +90,26 @@ TEST(SpawnPatterns, TwinGunsFanScatterAndMines) {
     EXPECT_LE(std::fabs(m.pati[k].y - 5), 1.0f);
     EXPECT_EQ(m.pati[k].xv, 0);
   }
-}
 
-TEST(SpawnPatterns, AlternatingGunsSwapSidesAndSideZeroFiresStraight) {
-  maailma(1);
-  Player& p = laita(0, 3, 0, 0, 0);
-  p.ammu();
-  p.ammu();
-  EXPECT_GT(p.pati[0].y, 0);
-  EXPECT_LT(p.pati[1].y, 0);
-  EXPECT_EQ(p.ampumispuoli, 1);
-  p.ampumispuoli = 0;
-  p.ammu();
-  p.ammu();
-  EXPECT_NEAR(p.pati[2].y, 0, 1e-6);
-  EXPECT_NEAR(p.pati[3].y, 0, 1e-6);
-}
+  Player& v = laita(0, 3, 0, 0, 0);  // alternating guns swap sides; side zero fires straight
+  v.ammu();
+  v.ammu();
+  EXPECT_GT(v.pati[0].y, 0);
+  EXPECT_LT(v.pati[1].y, 0);
+  EXPECT_EQ(v.ampumispuoli, 1);
+  v.ampumispuoli = 0;
+  v.ammu();
+  v.ammu();
+  EXPECT_NEAR(v.pati[2].y, 0, 1e-6);
+  EXPECT_NEAR(v.pati[3].y, 0, 1e-6);
 
-TEST(ClusterBomb, OnlyOneBombFliesAndOnlyThenIsFuelTaken) {
-  maailma(1);
-  Player& p = laita(0, 4, 0, 0, 0);
-  p.ammu();
-  EXPECT_GT(p.pati[0].aika, 0);
-  EXPECT_FLOAT_EQ(p.fuel, 40);
-  p.ampumisviive = 0;
-  p.ammu();
-  EXPECT_EQ(elavia(p), 1);
-  EXPECT_FLOAT_EQ(p.fuel, 40);
-  EXPECT_EQ(p.ampumisviive, 0);
+  Player& c = laita(0, 4, 0, 0, 0);  // one cluster bomb at a time, and only then is fuel taken
+  c.ammu();
+  c.ampumisviive = 0;
+  c.ammu();
+  EXPECT_EQ(elavia(c), 1);
+  EXPECT_FLOAT_EQ(c.fuel, 40);
+  EXPECT_EQ(c.ampumisviive, 0);
 }
 
 TEST(ChargeShot, GrowsWhileHeldUpToItsLimitAndFliesOnRelease) {
@@ -169,7 +158,7 @@ TEST(HotGun, HeatRisesBy7BelowAHundredAndWeakensTheShots) {
   EXPECT_FLOAT_EQ(p.ampumisjuttu, 106);
 }
 
-TEST(Zap, PrefersShipsSparesTeamMatesAndShields) {
+TEST(Zap, PrefersShipsSparesTeamMatesAndShieldsAndType18RandomisesTheDamage) {
   maailma(3);
   Player& p = laita(0, 6, 0, 0, 0);
   Player& lahella = laita(1, 2, 3, 0);  // its shot is nearer than the ship at 12
@@ -195,11 +184,8 @@ TEST(Zap, PrefersShipsSparesTeamMatesAndShields) {
   EXPECT_EQ(suoja.energia, 50);
   EXPECT_EQ(p.viivat[0].y1, 12);  // aimed at all the same
   EXPECT_NEAR(p.asekulma, 90, 1e-4);
-}
 
-TEST(Zap, Type18RandomisesTheDamage) {
-  maailma(2);
-  Player& r = laita(0, 18, 0, 0, 0);
+  Player& r = laita(0, 18, 0, 0, 0);  // type 18 randomises the damage
   Player& k = laita(1, 0, 10, 0);
   for (int i = 0; i < 50; ++i) {
     const float ennen = k.energia;

@@ -124,27 +124,23 @@ TEST_F(World, CameraAnglesUseThreePointOneFourAndOnlyInCamMode0) {
 
 // --- Planet -------------------------------------------------------------------
 
-TEST_F(World, GravityPullsByMassAndSparesPlanetProofShips) {
-  players = 2;
+// Gravity pulls by mass; touching the planet costs five and bounces the ship outward
+// (at 0.1 at least); the planet-proof kinds feel no pull and are pushed out instead.
+TEST_F(World, GravityPullsByMassAndThePlanetHurtsAndBounces) {
   asetaPelaaja(0, 30, 0, 3);
-  asetaPelaaja(1, -30, 0, 6);  // primary kind 6 ignores the planet
+  asetaPelaaja(1, -30, 0, 6);
+  asetaPelaaja(2, 0, 9, 3);
+  player[2].yvauhti = -0.05f;
+  asetaPelaaja(3, 0, -9, 22);
   calculateFrame(1);
   EXPECT_NEAR(player[0].xvauhti, -(30 / std::pow(30.0, 2.3)) * 0.0004 * (50000 / 100.0), 1e-7);
   EXPECT_FLOAT_EQ(player[0].yvauhti, 0);
   EXPECT_FLOAT_EQ(player[1].xvauhti, 0);
-}
-
-TEST_F(World, TouchingThePlanetCostsFiveAndBouncesOutward) {
-  players = 2;
-  asetaPelaaja(0, 0, 9, 3);
-  player[0].yvauhti = -0.05f;
-  asetaPelaaja(1, 0, -9, 22);  // planet-proof: pushed out instead
-  calculateFrame(1);
-  EXPECT_FLOAT_EQ(player[0].energia, 15);
-  EXPECT_NEAR(player[0].xvauhti, 0, 1e-5);
-  EXPECT_GE(player[0].yvauhti, 0.1f - 1e-6);  // slow ships leave at 0.1 at least
-  EXPECT_FLOAT_EQ(player[1].energia, 15);
-  EXPECT_LT(player[1].y, -9);
+  EXPECT_FLOAT_EQ(player[2].energia, 15);
+  EXPECT_NEAR(player[2].xvauhti, 0, 1e-5);
+  EXPECT_GE(player[2].yvauhti, 0.1f - 1e-6);
+  EXPECT_FLOAT_EQ(player[3].energia, 15);
+  EXPECT_LT(player[3].y, -9);
 }
 
 // --- Deaths ---------------------------------------------------------------------
@@ -156,11 +152,6 @@ TEST_F(World, DeathSpawnsDebrisStartsTheTimerDropsTheShieldAndTheEndRefills) {
   EXPECT_EQ(player[0].kuolema, 350);
   EXPECT_FALSE(player[0].suojapaalla);
   EXPECT_EQ(eloSirpaleita(), 200);  // detail 0: 200 shards
-  for (const Sirpale& s : sirpale) {
-    if (s.aika <= 0) continue;
-    EXPECT_LE(std::sqrt(s.xv * s.xv + s.yv * s.yv + s.zv * s.zv), 0.64 + 1e-6);
-    EXPECT_GE(s.aika, 199);
-  }
   calculateFrame(2);
   EXPECT_EQ(player[0].kuolema, 349);
 
@@ -314,7 +305,7 @@ TEST_F(Respawn, LocalRandomShipsCoverTheCatalogue) {
   EXPECT_LE(*nahdyt.rbegin(), 23);
 }
 
-TEST_F(Respawn, CreditStartBuysEveryoneAShipOnce) {
+TEST_F(Respawn, CreditStartBuysEveryoneAShipOnceAndLeavesThoseOutAlone) {
   pistepeli = ekapisteframe = true;
   const float alussa = eliminointihinta + 2;
   for (int i = 0; i < players; ++i) player[i].pisteet = alussa;
@@ -328,18 +319,12 @@ TEST_F(Respawn, CreditStartBuysEveryoneAShipOnce) {
   }
   EXPECT_FLOAT_EQ(player[3].pisteet, -1);
   const float ennen = player[0].pisteet;
+  player[3].energia = 0;  // out of the game, it is left alone: no death, no planet
+  player[3].x = player[3].y = 0;
   calculateFrame(2);
   EXPECT_FLOAT_EQ(player[0].pisteet, ennen);
-}
-
-TEST_F(Respawn, PlayersOutOfACreditGameAreLeftAlone) {
-  pistepeli = true;
-  player[0].pisteet = -1;
-  player[0].energia = 0;
-  player[0].x = player[0].y = 0;  // would hit the planet too
-  calculateFrame(1);
-  EXPECT_EQ(player[0].kuolema, 0);
-  EXPECT_FLOAT_EQ(player[0].energia, 0);
+  EXPECT_EQ(player[3].kuolema, 0);
+  EXPECT_FLOAT_EQ(player[3].energia, 0);
   EXPECT_EQ(eloSirpaleita(), 0);
 }
 
