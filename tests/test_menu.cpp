@@ -1,4 +1,4 @@
-// The main menu: cursor rules, leaving it, the key help and the cursor arrows.
+// The main menu: cursor rules, leaving it, and what its frame shows.
 #include <GL/gl.h>
 #include <gtest/gtest.h>
 
@@ -88,6 +88,13 @@ class MenuFrame : public ::testing::Test {
     return testutil::readRgb(0, py, W, 1);
   }
 
+  static int redPixels(float y) {
+    const auto row = frameRow(0, y, -40);
+    int n = 0;
+    for (int x = 0; x < W; x++) n += row[x * 3] > 200 && row[x * 3 + 1] < 100 && row[x * 3 + 2] < 100;
+    return n;
+  }
+
   static const int W = 320, H = 240;
 };
 
@@ -107,7 +114,8 @@ TEST_F(MenuFrame, F1ShowsTheKeyHelpOverTheMenuWhileHeld) {
   EXPECT_EQ(whiteOnRight(), 0);
 }
 
-TEST_F(MenuFrame, TheCursorArrowsFollowTheItem) {
+// The five labels on their rows; the table's title, "main menu", is not drawn above them.
+TEST_F(MenuFrame, LabelsWithoutTheTitleAndTheCursorArrowsFollowTheItem) {
   // The arrows are gold, neither red label nor blue background: count them on the item's row.
   auto goldOn = [](float arrowY) {
     const auto row = frameRow(-6.5f, arrowY, -12);
@@ -116,6 +124,8 @@ TEST_F(MenuFrame, TheCursorArrowsFollowTheItem) {
     return n;
   };
   drawmenu(0);
+  for (int i = 0; i < 5; i++) EXPECT_GT(redPixels(4.0f - 2.0f * i), 10) << i;
+  EXPECT_EQ(redPixels(6.0f), 0);
   EXPECT_GT(goldOn(1.0f), 2);
   EXPECT_EQ(goldOn(1.0f - 0.55f * 3), 0);
   drawmenu(3);
