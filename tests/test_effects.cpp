@@ -1,4 +1,4 @@
-// Per-player effects: slime, exhaust trail and shards, start shards and their burst.
+// Per-player effects: slime, and the start shards and their burst.
 #include <gtest/gtest.h>
 
 #include <cmath>
@@ -7,18 +7,6 @@
 #include "simscene.h"
 
 using namespace simscene;
-
-namespace {
-// One frame of thrust with ship n at detail `tarkkuus`, then one trail step.
-Player& kaasuta(int n, int tarkkuus) {
-  maailma(1, tarkkuus);
-  Player& p = laita(0, n, 10, 10, 0);
-  p.pylos = true;
-  p.liiku();
-  p.laskeKaasujaljet();
-  return p;
-}
-}  // namespace
 
 TEST(Slime, StopsAtThirtyBlobsWithinTheLopsidedSpread) {
   maailma(4);
@@ -42,42 +30,6 @@ TEST(Slime, StopsAtThirtyBlobsWithinTheLopsidedSpread) {
   EXPECT_EQ(netlima.kohta, 1);
   EXPECT_EQ(netlima.x, q.lima[1].x);
   limalaitetaan = false;
-}
-
-TEST(Trail, OnlyTheLowestDetailMarksPuffsBehindTheHullAndNoShards) {
-  Player& p = kaasuta(0, 3);
-  for (int k = 0; k < kaasujalkia; ++k) EXPECT_LE(p.kaasujalki[k].alpha, 0) << k;
-
-  kaasuta(0, 0);
-  EXPECT_GT(p.kaasujalki[0].alpha, 0.9);
-  EXPECT_NEAR(p.kaasujalki[0].x, p.x - alus[0].sade, 1e-5);
-  p.pylos = false;
-  for (int k = 0; k < 11; ++k) p.laskeKaasujaljet();  // the trail moves on and fades
-  EXPECT_LE(p.kaasujalki[0].alpha, 0);
-  EXPECT_TRUE(p.kaasujalki[2].alpha > 0 && p.kaasujalki[2].alpha < 0.6) << p.kaasujalki[2].alpha;
-  EXPECT_EQ(sirpale[0].aika, 0);
-}
-
-TEST(Shards, ExhaustAndSmokeAppearOnlyAboveDetailZero) {
-  for (int tarkkuus : {3, 0}) {
-    maailma(1, tarkkuus);
-    Player& p = laita(0, 0, 10, 10, 0);
-    p.pylos = true;
-    p.energia = 0.01f;  // smokes almost every frame
-    for (int i = 0; i < 20; ++i) p.liiku();
-    int pakokaasu = 0, savu = 0, elossa = 0;
-    for (const Sirpale& s : sirpale) {
-      pakokaasu += s.aika > 0 && s.maxaika == 100;
-      savu += s.aika > 0 && s.maxaika == 150;
-      elossa += s.aika > 0;
-    }
-    if (tarkkuus == 0) {
-      EXPECT_EQ(elossa, 0);
-      continue;
-    }
-    EXPECT_EQ(pakokaasu, 60);  // three a frame at detail 3
-    EXPECT_GT(savu, 15);
-  }
 }
 
 // A new ship gathers from a shell of shards (one at the centre stays there, finite),

@@ -79,18 +79,17 @@ class MenuFrame : public ::testing::Test {
     nuolirot = 0;
   }
 
-  // The window row of a point seen with the menu's identity model-view.
-  static int rowOf(float x, float y, float z) {
+  // A row of the window: the one where a point seen with the menu's identity model-view lands.
+  static std::vector<GLubyte> frameRow(float x, float y, float z) {
     glMatrixMode(GL_MODELVIEW);
     glLoadIdentity();
     int px, py;
     testutil::projectToWindow(x, y, z, px, py);
-    return py;
+    return testutil::readRgb(0, py, W, 1);
   }
-  static int labelRow(float y) { return rowOf(0, y, -40); }
-  static std::vector<GLubyte> frameRow(int y) { return testutil::readRgb(0, y, W, 1); }
 
-  static int redPixels(const std::vector<GLubyte>& row) {
+  static int redPixels(float y) {
+    const auto row = frameRow(0, y, -40);
     int n = 0;
     for (int x = 0; x < W; x++) n += row[x * 3] > 200 && row[x * 3 + 1] < 100 && row[x * 3 + 2] < 100;
     return n;
@@ -115,18 +114,18 @@ TEST_F(MenuFrame, F1ShowsTheKeyHelpOverTheMenuWhileHeld) {
   EXPECT_EQ(whiteOnRight(), 0);
 }
 
-TEST_F(MenuFrame, LabelsOnTheirRowsAndTheCursorArrowsFollowTheItem) {
+// The five labels on their rows; the table's title, "main menu", is not drawn above them.
+TEST_F(MenuFrame, LabelsWithoutTheTitleAndTheCursorArrowsFollowTheItem) {
   // The arrows are gold, neither red label nor blue background: count them on the item's row.
   auto goldOn = [](float arrowY) {
-    const auto row = frameRow(rowOf(-6.5f, arrowY, -12));
+    const auto row = frameRow(-6.5f, arrowY, -12);
     int n = 0;
     for (int x = 0; x < W; x++) n += row[x * 3 + 1] > 60 && row[x * 3 + 2] < row[x * 3 + 1] / 2;
     return n;
   };
   drawmenu(0);
-  for (int i = 0; i < 5; i++) EXPECT_GT(redPixels(frameRow(labelRow(4.0f - 2.0f * i))), 10) << i;
-  EXPECT_EQ(redPixels(frameRow(labelRow(6.0f))), 0);   // above the first label
-  EXPECT_EQ(redPixels(frameRow(labelRow(-6.0f))), 0);  // below "Quit"
+  for (int i = 0; i < 5; i++) EXPECT_GT(redPixels(4.0f - 2.0f * i), 10) << i;
+  EXPECT_EQ(redPixels(6.0f), 0);
   EXPECT_GT(goldOn(1.0f), 2);
   EXPECT_EQ(goldOn(1.0f - 0.55f * 3), 0);
   drawmenu(3);

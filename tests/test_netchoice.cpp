@@ -9,11 +9,7 @@
 
 #include "Menu.h"
 #include "Sets.h"
-#include "net.h"
-#include "netav.h"
 #include "netgamesets.h"
-#include "netpeli.h"
-#include "peliloppu.h"
 #include "simscene.h"
 #include "testutil.h"
 #include "verkkoapu.h"
@@ -97,15 +93,7 @@ protected:
     naytetyt.clear();
     kasikirjoitus("", 0);
   }
-  void TearDown() override {
-    tcpsoketit[1] = tcpsoketit[2] = nullptr;
-    tcpLahetys = SDLNet_TCP_Send;
-    tcpSulku = SDLNet_TCP_Close;
-    hostpeli = joinpeli = false;
-    omatPaikat = 0;
-    otteluJatkuu = verkkoTausta;
-    alusvalinnanPiirto = drawAlusValinta;
-  }
+  void TearDown() override { verkkoapu::palautaVerkko(); }
   // A client owning slots 1 and 3.
   static void asiakkaana() {
     hostpeli = false;

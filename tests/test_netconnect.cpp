@@ -9,12 +9,8 @@
 #include "Main.h"
 #include "Sets.h"
 #include "chat.h"
-#include "localgame.h"
-#include "net.h"
-#include "netpeli.h"
-#include "verkkoapu.h"
-#include "scene.h"
 #include "simscene.h"
+#include "verkkoapu.h"
 
 namespace {
 
@@ -32,9 +28,6 @@ bool chatissa(const char* rivi) {
   return false;
 }
 
-void eiPiirtoa(void (*)(int), int) {
-  if (gamequited) entterpressed = true;  // an error screen closes at once
-}
 // The host leaves at its match's first frame, noting the clients' states; they follow it.
 int tilaOttelussa[3];
 void ottelunKuva(int) {
@@ -46,9 +39,9 @@ class Connect : public ::testing::Test {
 protected:
   void SetUp() override {
     simscene::maailma(2);
-    aulanPiirto = eiPiirtoa;
+    aulanPiirto = aulaIlmanRuutua;
     pelinPiirto = ottelunKuva;
-    verkkoportti = verkkoapu::vapaaPortti();
+    verkkoportti = vapaaPortti();
     hostpeli = true;
     alustaAula();
     gamemode = 2;  // no ship to choose: the host's first frame comes at once
@@ -56,23 +49,7 @@ protected:
     std::snprintf(tcpnick[0][0], 11, "isanta");
     addsocket();
   }
-  void TearDown() override {
-    for (int c = 0; c < yhteyksia; ++c) disconnect(c);
-    aulanPiirto = [](void (*ruutu)(int), int kohta) { ruutu(kohta); };
-    pelinPiirto = drawFrame;
-    hostpeli = joinpeli = false;
-  }
-  // A raw client: connected, maybe announcing one player, and then only what the test does.
-  static TCPsocket raaka(const char* nimi) {
-    IPaddress ip;
-    SDLNet_ResolveHost(&ip, "127.0.0.1", static_cast<Uint16>(verkkoportti));
-    TCPsocket s = SDLNet_TCP_Open(&ip);
-    if (s && nimi) {
-      std::string b = std::string("pelaajia ") + '\x01' + static_cast<char>(std::strlen(nimi)) + nimi + '\0';
-      SDLNet_TCP_Send(s, b.data(), static_cast<int>(b.size()));
-    }
-    return s;
-  }
+  void TearDown() override { palautaVerkko(); }
 };
 
 // A client that joins as `nimi`, sees itself in the table, maybe says hello, waits for
@@ -122,7 +99,7 @@ TEST_F(Connect, ASilentClientIsDroppedAfterTenSecondsWhileALiveOneStays) {
     odota([] { return gamequited; }, kuuntelejoin, 25);
     return std::strcmp(eroSyy, "the host left the game") == 0 ? 0 : 11;
   });
-  TCPsocket hiljainen = raaka("hiljainen");
+  TCPsocket hiljainen = raakaAsiakas("hiljainen");
   ASSERT_TRUE(hiljainen);
   ASSERT_TRUE(odota([] { return nimiPaikalla("hiljainen") && nimiPaikalla("elava"); }, aulanVerkko, 10));
   const int paikka = std::strcmp(netnick[1], "hiljainen") == 0 ? 1 : 2;
@@ -140,7 +117,7 @@ TEST_F(Connect, ASilentClientIsDroppedAfterTenSecondsWhileALiveOneStays) {
 }
 
 TEST_F(Connect, APeerThatStopsReadingNeverBlocksASendAndIsDroppedWhenItsQueueFills) {
-  TCPsocket pysahtynyt = raaka(nullptr);
+  TCPsocket pysahtynyt = raakaAsiakas(nullptr);
   ASSERT_TRUE(odota([] { return tila[1] == 1; }, kuuntele, 5));
   static const char lohko[4096] = {};
   int lahetyksia = 0;
@@ -157,7 +134,7 @@ TEST_F(Connect, ASixteenthConnectionIsAcceptedButNeitherKeptNorClosed) {
   bool kaikki = true;
   for (TCPsocket& s : asiakkaat) {
     const int ennen = soketteja;
-    s = raaka(nullptr);
+    s = raakaAsiakas(nullptr);
     kaikki = kaikki && s && odota([&] { return soketteja > ennen; }, kuuntele, 5);
   }
   const std::string tuloste = testing::internal::GetCapturedStdout();
@@ -181,7 +158,7 @@ TEST_F(Connect, JoinFailuresAreReportedAndABusyPortEndsTheHostWithStatusTwo) {
   const int portti = verkkoportti;
   EXPECT_FALSE(yhdistaHostiin(""));
   EXPECT_STREQ(eroSyy, "host not found");
-  verkkoportti = verkkoapu::vapaaPortti();
+  verkkoportti = vapaaPortti();
   EXPECT_FALSE(yhdistaHostiin("127.0.0.1"));
   EXPECT_STREQ(eroSyy, "connection refused");
   verkkoportti = portti;

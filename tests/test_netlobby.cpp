@@ -4,29 +4,20 @@
 #include <gtest/gtest.h>
 
 #include <cstring>
-#include <map>
 #include <string>
 
 #include "Main.h"
 #include "Sets.h"
 #include "chat.h"
-#include "net.h"
-#include "peliloppu.h"
-#include "scene.h"
 #include "simscene.h"
 #include "testutil.h"
+#include "verkkoapu.h"
 
 namespace {
 
-std::map<TCPsocket, std::string> lahetetyt;
-int suljettuja = 0;
-char tunnukset[yhteyksia + 1];  // fake sockets: the addresses of these bytes
+using namespace verkkoapu;
 
-TCPsocket tunnus(int i) { return reinterpret_cast<TCPsocket>(&tunnukset[i]); }
-int kaappaa(TCPsocket s, const void* data, int n) {
-  lahetetyt[s].append(static_cast<const char*>(data), static_cast<size_t>(n));
-  return n;
-}
+int suljettuja = 0;
 void sulje(TCPsocket) { ++suljettuja; }
 
 std::string tavut(const char* s, size_t n) { return std::string(s, n); }
@@ -51,13 +42,7 @@ protected:
       timeout[c] = 40;
     }
   }
-  void TearDown() override {
-    for (int c = 1; c < yhteyksia; ++c) tcpsoketit[c] = nullptr;
-    joinsoketti = nullptr;
-    tcpLahetys = SDLNet_TCP_Send;
-    tcpSulku = SDLNet_TCP_Close;
-    hostpeli = joinpeli = false;
-  }
+  void TearDown() override { palautaVerkko(); }
   int host(int c, const std::string& b) {
     return hostNetKasittele(c, reinterpret_cast<const unsigned char*>(b.data()), static_cast<int>(b.size()));
   }

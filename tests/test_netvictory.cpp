@@ -2,35 +2,20 @@
 // what the network victory screens show, and the sends the screen keeps flushing.
 #include <gtest/gtest.h>
 
-#include <cerrno>
 #include <initializer_list>
-#include <map>
 #include <string>
 #include <utility>
 
-#include "net.h"
-#include "peliloppu.h"
 #include "simscene.h"
 #include "testutil.h"
+#include "verkkoapu.h"
 
 namespace {
 
 using namespace std::string_literals;
+using namespace verkkoapu;
 
-std::map<TCPsocket, std::string> saadut;
-TCPsocket rikki;  // sends to this one fail
 int silmukoita;
-
-int kaappaa(TCPsocket s, const void* data, int n) {
-  if (s == rikki) {
-    errno = EPIPE;
-    return -1;
-  }
-  saadut[s].append(static_cast<const char*>(data), static_cast<size_t>(n));
-  return n;
-}
-char tunnukset[yhteyksia + 1];
-TCPsocket tunnus(int c) { return reinterpret_cast<TCPsocket>(&tunnukset[c]); }
 
 // Slot i flies ship i; teams and scores in slot order.
 void pelaajat(std::initializer_list<std::pair<int, float>> rivit) {
@@ -47,8 +32,7 @@ protected:
     simscene::kataloogi();
     tcpLahetys = kaappaa;
     tcpSulku = [](TCPsocket) {};
-    saadut.clear();
-    rikki = nullptr;
+    lahetetyt.clear();
     silmukoita = 0;
     verkkoVoitonSilmukka = [] { ++silmukoita; };
     netGameQuit = joinpeli = false;
@@ -57,12 +41,7 @@ protected:
     for (int c = 1; c < playerslots; ++c) tcpsoketit[c] = tunnus(c);
   }
   void TearDown() override {
-    for (int c = 1; c < yhteyksia; ++c) tcpsoketit[c] = nullptr;
-    joinsoketti = nullptr;
-    tcpLahetys = SDLNet_TCP_Send;
-    tcpSulku = SDLNet_TCP_Close;
-    verkkoVoitonSilmukka = netVictoryLoop;
-    hostpeli = joinpeli = false;
+    palautaVerkko();
     gamemode = 0;
   }
   // The message reaches a client over its open connection.
@@ -81,7 +60,7 @@ TEST_F(NetVictory, DeathMatchSendsThePlayersStillInAndTheClientTakesTheirScores)
   netVictory();
   // The last one still in gives the team; rows of score (truncated) and slot; ';' and a zero.
   const std::string viesti = "victoryd\x01\x02" "\x2c\x01\x00\x00" "\x00\x00\x02\x00" ";\0"s;
-  for (int c = 1; c < 4; ++c) EXPECT_EQ(saadut[tunnus(c)], viesti) << c;
+  for (int c = 1; c < 4; ++c) EXPECT_EQ(lahetetyt[tunnus(c)], viesti) << c;
   EXPECT_EQ(silmukoita, 1);
   EXPECT_EQ(nakyma(Voittoruutu::isanta).voittajat, 0b101u);  // everyone still in, whatever the team
   EXPECT_EQ(nakyma(Voittoruutu::isanta).tiimi, 2);
@@ -103,14 +82,14 @@ TEST_F(NetVictory, ObjectiveMessageNamesTheLastPlayerStillInNotTheOneAtTheLimit)
   mpcredits = 100;
   pelaajat({{1, 120}, {4, 130}, {2, 5}, {3, -2}});
   netVictory();
-  EXPECT_EQ(saadut[tunnus(1)], "victoryo\x02;\0"s);
+  EXPECT_EQ(lahetetyt[tunnus(1)], "victoryo\x02;\0"s);
   // The host's own screen shows the first team that reached the limit.
   EXPECT_EQ(nakyma(Voittoruutu::isanta).tiimi, 2);
   EXPECT_EQ(nakyma(Voittoruutu::isanta).voittajat, 0b1u);
-  saadut.clear();
+  lahetetyt.clear();
   pelaajat({{1, -1}, {2, -3}});
   netVictory();
-  EXPECT_EQ(saadut[tunnus(2)], "victoryo\xff;\0"s);
+  EXPECT_EQ(lahetetyt[tunnus(2)], "victoryo\xff;\0"s);
 }
 
 TEST_F(NetVictory, NothingIsSentInOtherModesWithOneSlotOrToAFailedClient) {
@@ -121,15 +100,15 @@ TEST_F(NetVictory, NothingIsSentInOtherModesWithOneSlotOrToAFailedClient) {
   gamemode = 2;
   playerslots = 1;
   netVictory();
-  EXPECT_TRUE(saadut.empty());
+  EXPECT_TRUE(lahetetyt.empty());
   EXPECT_EQ(silmukoita, 1);
   playerslots = 4;
   rikki = tunnus(2);
   testing::internal::CaptureStdout();
   netVictory();
   EXPECT_NE(testing::internal::GetCapturedStdout().find("SDLNet_TCP_Send: "), std::string::npos);
-  EXPECT_EQ(saadut[tunnus(1)].size(), 11u);
-  EXPECT_EQ(saadut[tunnus(3)].size(), 11u);
+  EXPECT_EQ(lahetetyt[tunnus(1)].size(), 11u);
+  EXPECT_EQ(lahetetyt[tunnus(3)].size(), 11u);
   EXPECT_EQ(tcpsoketit[2], nullptr);
 }
 
@@ -184,11 +163,11 @@ TEST_F(NetVictory, TheScreenKeepsSendingForTwoSecondsOnly) {
   verkkoVoitonSilmukka = netVictoryLoop;
   pelaajat({{0, 10}, {1, -1}});
   for (Uint32 hetki : {1500u, 2500u}) {
-    saadut.clear();
+    lahetetyt.clear();
     vapautuu = hetki;
     testutil::FakeClock::now = starttime = framecounter = oldframecounter = 0;
     netVictory();
-    EXPECT_EQ(saadut[tunnus(1)].size(), hetki < 2000 ? 16u : 0u) << hetki;
+    EXPECT_EQ(lahetetyt[tunnus(1)].size(), hetki < 2000 ? 16u : 0u) << hetki;
     for (int c = 1; c < 4; ++c) yhteys[c].jononAlku = yhteys[c].jononLoppu = 0;
   }
 }

@@ -1,39 +1,24 @@
 // The objective modes: capture the flower, flower domination, eat the mushroom.
 #include <gtest/gtest.h>
 
-#include <cmath>
-#include <cstdlib>
-
-#include "Main.h"
 #include "ctf.h"
 #include "domination.h"
-#include "scene.h"
 #include "sieni.h"
+#include "simscene.h"
 
 namespace {
 
 class Objectives : public ::testing::Test {
 protected:
   void SetUp() override {
-    srand(3);
-    players = 4;
-    pistepeli = false;
+    simscene::maailma(4, 0, 3);
     for (int i = 0; i < maxPlayers; ++i) asetu(i, 0, -60 + 10.0f * i, i % 2);
     alustaCPisteet();
     alustaDPisteet();
     alustaSPisteet();
     aloitaCPisteet();
   }
-
-  static void asetu(int i, float x, float y, int tiimi) {
-    Player& p = player[i];
-    p.x = x;
-    p.y = y;
-    p.tiimi = tiimi;
-    p.pisteet = 0;
-    p.energia = 10;
-    p.kuolema = 0;
-  }
+  static void asetu(int i, float x, float y, int tiimi) { simscene::laita(i, 0, x, y).tiimi = tiimi; }
 };
 
 // --- Capture the flower --------------------------------------------------------

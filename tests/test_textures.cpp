@@ -1,6 +1,5 @@
 // The generated images: present and loadable as RGB at their sizes, with glows that the
-// game's additive blending shows without their quad, and a font atlas with every
-// printable glyph inside its cell.
+// game's additive blending shows without their quad.
 #include <SDL/SDL.h>
 #include <SDL/SDL_image.h>
 #include <gtest/gtest.h>
@@ -64,23 +63,6 @@ TEST(Textures, EveryImageLoadsAsRgbOfItsSizeAndGlowsFadeToBlackBeforeTheirBorder
     const Surface icon(SDL_LoadBMP((kData + "/icon.bmp").c_str()), SDL_FreeSurface);
     ASSERT_TRUE(icon) << SDL_GetError();
     EXPECT_TRUE(icon->w == 32 && icon->h == 32);
-}
-
-// Each glyph within the texels the game samples of its 64-pixel cell (2 to 62), so that
-// no neighbour bleeds into a letter; nothing in the cells of unprintable codes.
-TEST(Textures, PrintableGlyphsHaveInkInsideTheirCellsAndOthersNone) {
-    const Surface atlas = loadTexture("teksti.png");
-    ASSERT_TRUE(atlas);
-    for (int c = 0; c < 256; ++c) {
-        int inside = 0, outside = 0;
-        for (int y = 0; y < 64; ++y)
-            for (int x = 0; x < 64; ++x) {
-                const bool ink = brightest(atlas.get(), (c & 15) * 64 + x, (c >> 4) * 64 + y) > 40;
-                (x >= 2 && x <= 62 && y >= 2 && y <= 62 ? inside : outside) += ink;
-            }
-        EXPECT_EQ(inside > 0, c > 32 && c < 127) << "code " << c;
-        EXPECT_EQ(outside, 0) << "code " << c;
-    }
 }
 
 TEST(TextureGenerator, FailsVisiblyWhenTheFolderCannotBeMade) {

@@ -145,7 +145,7 @@ TEST_F(World, GravityPullsByMassAndThePlanetHurtsAndBounces) {
 
 // --- Deaths ---------------------------------------------------------------------
 
-TEST_F(World, DeathSpawnsDebrisStartsTheTimerDropsTheShieldAndTheEndRefills) {
+TEST_F(World, DeathSpawnsDebrisInFreeShardsStartsTheTimerDropsTheShieldAndTheEndRefills) {
   player[0].energia = 0;
   player[0].suojapaalla = true;
   calculateFrame(1);
@@ -161,9 +161,8 @@ TEST_F(World, DeathSpawnsDebrisStartsTheTimerDropsTheShieldAndTheEndRefills) {
   EXPECT_EQ(player[0].kuolema, 1);
   EXPECT_FLOAT_EQ(player[0].energia, 20);
   EXPECT_FLOAT_EQ(player[0].xvauhti, 0);
-}
 
-TEST_F(World, DebrisNeverOverwritesLiveShards) {
+  SetUp();  // debris never overwrites live shards
   for (int s = 0; s < sirpaleita - 50; ++s) sirpale[s].aika = 1000;
   player[0].energia = -3;
   calculateFrame(1);

@@ -11,13 +11,18 @@
 
 namespace testutil {
 
+// What owns a folder, a process, a window or the clock is never copied.
+struct NoCopy {
+  NoCopy() = default;
+  NoCopy(const NoCopy&) = delete;
+  NoCopy& operator=(const NoCopy&) = delete;
+};
+
 // A fresh folder under /tmp, removed with everything in it at scope exit.
-class TempDir {
+class TempDir : NoCopy {
 public:
   TempDir();
   ~TempDir();
-  TempDir(const TempDir&) = delete;
-  TempDir& operator=(const TempDir&) = delete;
   const std::string& path() const { return path_; }
   std::string file(const std::string& name) const { return path_ + "/" + name; }
 
@@ -26,12 +31,10 @@ private:
 };
 
 // Makes `dir` the working directory until scope exit.
-class ScopedChdir {
+class ScopedChdir : NoCopy {
 public:
   explicit ScopedChdir(const std::string& dir);
   ~ScopedChdir();
-  ScopedChdir(const ScopedChdir&) = delete;
-  ScopedChdir& operator=(const ScopedChdir&) = delete;
 
 private:
   std::string previous_;
@@ -58,7 +61,7 @@ std::string readFile(const std::string& path);
 void mirrorDataFolder(const std::string& from, const std::string& dir);
 
 // A program started in the background; its standard output and error go to one file.
-class ChildProcess {
+class ChildProcess : NoCopy {
 public:
   struct Options {
     std::string workdir = ".";
@@ -67,8 +70,6 @@ public:
   };
   ChildProcess(const std::vector<std::string>& argv, const Options& options);
   ~ChildProcess();  // kills the child if it is still running
-  ChildProcess(const ChildProcess&) = delete;
-  ChildProcess& operator=(const ChildProcess&) = delete;
 
   // Waits up to timeoutMs; true when the child has exited.
   bool waitExit(int timeoutMs);
@@ -105,12 +106,10 @@ bool sendKey(const std::string& title, const std::string& key);
 bool windowHasPicture(const std::string& title, const std::string& shotPath, int enough = 100);
 
 // An SDL OpenGL window for tests that draw; closes the video subsystem at scope exit.
-class GLWindow {
+class GLWindow : NoCopy {
 public:
   GLWindow(int width = 640, int height = 480);
   ~GLWindow();
-  GLWindow(const GLWindow&) = delete;
-  GLWindow& operator=(const GLWindow&) = delete;
   bool ok() const { return ok_; }
   const std::string& error() const { return error_; }  // SDL's reason when not ok
 
@@ -139,12 +138,10 @@ void projectToWindow(double x, double y, double z, int& px, int& py);
 
 // The game's frame clock replaced, until scope exit, by one that moves only when the
 // game sleeps; `onSleep` runs after every sleep (a key script, a watchdog).
-class FakeClock {
+class FakeClock : NoCopy {
 public:
   FakeClock();
   ~FakeClock();
-  FakeClock(const FakeClock&) = delete;
-  FakeClock& operator=(const FakeClock&) = delete;
   static Uint32 now;
   static int sleeps;
   static std::function<void()> onSleep;

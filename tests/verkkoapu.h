@@ -1,5 +1,6 @@
 // Shared by the network tests, benchmarks and fuzz targets: a loopback port nobody
-// listens on, and a transport without sockets that takes every byte sent.
+// listens on, transports without sockets, raw clients, child processes, and the hooks
+// a test replaced put back.
 #pragma once
 
 #include <netinet/in.h>
@@ -8,12 +9,21 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <cerrno>
 #include <chrono>
 #include <cstdio>
+#include <cstring>
 #include <functional>
+#include <map>
+#include <string>
 #include <thread>
 
+#include "localgame.h"
 #include "net.h"
+#include "netav.h"
+#include "netpeli.h"
+#include "peliloppu.h"
+#include "scene.h"
 
 namespace verkkoapu {
 
@@ -40,6 +50,58 @@ inline TCPsocket ilmanSokettia() {
   tcpSulku = eiSulkua;
   static char tunnus;
   return reinterpret_cast<TCPsocket>(&tunnus);
+}
+
+// Stand-in sockets (the addresses of these bytes) whose sends `kaappaa` keeps, by
+// socket, in `lahetetyt`; a send to `rikki` fails as a broken connection would.
+inline char tunnukset[yhteyksia + 1];
+inline TCPsocket tunnus(int c) { return reinterpret_cast<TCPsocket>(&tunnukset[c]); }
+inline std::map<TCPsocket, std::string> lahetetyt;
+inline TCPsocket rikki = nullptr;
+inline int kaappaa(TCPsocket s, const void* data, int n) {
+  if (s == rikki) {
+    errno = EPIPE;
+    return -1;
+  }
+  lahetetyt[s].append(static_cast<const char*>(data), static_cast<size_t>(n));
+  return n;
+}
+
+// A lobby screen that draws nothing; an error screen closes at once.
+inline void aulaIlmanRuutua(void (*)(int), int) {
+  if (gamequited) entterpressed = true;
+}
+
+// A client over a real socket that announces one player `nimi` (none when null) and
+// then does only what the test does.
+inline TCPsocket raakaAsiakas(const char* nimi) {
+  IPaddress ip;
+  SDLNet_ResolveHost(&ip, "127.0.0.1", static_cast<Uint16>(verkkoportti));
+  TCPsocket s = SDLNet_TCP_Open(&ip);
+  if (s && nimi) {
+    const std::string b = std::string("pelaajia ") + '\x01' + static_cast<char>(std::strlen(nimi)) + nimi + '\0';
+    SDLNet_TCP_Send(s, b.data(), static_cast<int>(b.size()));
+  }
+  return s;
+}
+
+// Every connection closed, the transport, screens and hooks of the game put back, and
+// this process neither host nor client.
+inline void palautaVerkko() {
+  for (int c = 0; c < yhteyksia; ++c) disconnect(c);  // a stand-in goes through the test's close
+  joinsoketti = nullptr;
+  tcpLahetys = SDLNet_TCP_Send;
+  tcpSulku = SDLNet_TCP_Close;
+  tcpVastaanotto = SDLNet_TCP_Recv;
+  aulanPiirto = [](void (*ruutu)(int), int kohta) { ruutu(kohta); };
+  pelinPiirto = drawFrame;
+  verkkoVoitonSilmukka = netVictoryLoop;
+  verkkoAskeleenJalkeen = nullptr;
+  otteluJatkuu = verkkoTausta;
+  alusvalinnanPiirto = drawAlusValinta;
+  hostpeli = joinpeli = false;
+  omatPaikat = 0;
+  rikki = nullptr;
 }
 
 using Kello = std::chrono::steady_clock;
