@@ -5,6 +5,41 @@
 
 const int tekstuureja = 45;
 extern GLuint texture[tekstuureja];
+
+// The slots of `texture`, named by their pictures; slots without a name stay 0.
+namespace tx {
+enum Slotti {
+  starShot = 2,
+  plasmaBolt = 4,
+  energyBomb = 5,
+  exhaustPuff = 6,
+  greyPlating = 8,
+  rustPlating = 13,
+  suckerVortex = 14,
+  whiteSquare = 15,  // generated
+  littleMan = 16,
+  sunFlare = 17,
+  lightFlare = 18,  // generated; the shared glow of particles, flares and markers
+  crackleOrb = 19,
+  missile = 20,
+  spark = 21,
+  glowingEgg = 22,
+  blueGalaxy = 23,
+  blackHole = 25,
+  pinkGalaxy = 26,
+  font = 28,
+  blueNebula = 29,  // the local game menu's background
+  redNebula = 30,   // the ship choice's background
+  titlePicture = 31,
+  ringOrb = 33,
+  bluePlating = 34,
+  toxicBlob = 38,
+  asteroidSkin = 39,
+  lightningSkin = 40,
+  fireball = 41,
+  teamGlow = 42,  // generated
+};
+}  // namespace tx
 extern GLuint tiimitexture;
 
 // Display lists rebuilt by setLists after every texture load.

@@ -900,7 +900,7 @@ static void piirraGalaksi(GLuint tekstuuri, float x, float y, float puolikas) {
 
 static void piirraTahdet() {
   const Kasvot suoraan = tasossa(0);
-  glBindTexture(GL_TEXTURE_2D, texture[18]);
+  glBindTexture(GL_TEXTURE_2D, texture[tx::lightFlare]);
   for (const Star& s : star) {
     era.vari(s.r, s.g, s.b, 1);
     nelio(suoraan, s.x, s.y, s.z + kentanZ, s.koko);
@@ -914,8 +914,8 @@ void piirraTausta() {
   glPushAttrib(GL_ENABLE_BIT | GL_CURRENT_BIT | GL_TEXTURE_BIT);
   glDisable(GL_LIGHTING);
   glEnable(GL_TEXTURE_2D);
-  if (sets.detail > 1) piirraGalaksi(texture[23], 272, -60, 12);
-  piirraGalaksi(texture[26], -112, -40, 8);
+  if (sets.detail > 1) piirraGalaksi(texture[tx::blueGalaxy], 272, -60, 12);
+  piirraGalaksi(texture[tx::pinkGalaxy], -112, -40, 8);
   piirraTahdet();
   glPopAttrib();
 }
@@ -1009,7 +1009,7 @@ void piirraKentanReuna() {
   glEnable(GL_TEXTURE_2D);
   glEnable(GL_BLEND);
   glBlendFunc(GL_ONE, GL_ONE);
-  glBindTexture(GL_TEXTURE_2D, texture[18]);
+  glBindTexture(GL_TEXTURE_2D, texture[tx::lightFlare]);
   for (const ReunanJakso& j : reunanJaksot) {
     for (int i = 1; i < 20; ++i) {
       era.vari(j.r0 + j.r1 * i, j.g0 + j.g1 * i, j.b0 + j.b1 * i, 0.8f);
@@ -1031,7 +1031,7 @@ static void piirraTavoitteet() {
 }
 
 static void piirraSirpaleetTekstuurilla(const Kasvot& kasvot, bool nelioina) {
-  glBindTexture(GL_TEXTURE_2D, texture[nelioina ? 15 : 18]);
+  glBindTexture(GL_TEXTURE_2D, texture[nelioina ? tx::whiteSquare : tx::lightFlare]);
   for (int i = 0; i < kaytossaSirpaleita(); ++i) {
     const Sirpale& s = sirpale[i];
     if (s.aika <= 0 || (s.muoto == 10) != nelioina) continue;
@@ -1045,7 +1045,7 @@ static void piirraSirpaleetTekstuurilla(const Kasvot& kasvot, bool nelioina) {
 // Explosion debris, fading as it ages. With additive blending the order does
 // not show, so each texture is drawn in one batch.
 void piirraSirpaleet() {
-  aloitaHiukkaset(texture[18], GL_ONE);
+  aloitaHiukkaset(texture[tx::lightFlare], GL_ONE);
   const Kasvot kasvot = kameranKasvot();
   piirraSirpaleetTekstuurilla(kasvot, false);
   piirraSirpaleetTekstuurilla(kasvot, true);
@@ -1242,7 +1242,7 @@ void piirraAsteroidit() {
   glEnable(GL_TEXTURE_2D);
   glEnable(GL_DEPTH_TEST);
   glDisable(GL_BLEND);
-  glBindTexture(GL_TEXTURE_2D, texture[39]);
+  glBindTexture(GL_TEXTURE_2D, texture[tx::asteroidSkin]);
   glColor4f(1, 1, 1, 1);
   for (const Pati& a : asteroidi) {
     glPushMatrix();
@@ -1264,7 +1264,7 @@ void piirraPikkumiehet() {
   glEnable(GL_BLEND);
   glBlendFunc(GL_ONE, GL_ONE);
   glEnable(GL_TEXTURE_2D);
-  glBindTexture(GL_TEXTURE_2D, texture[16]);
+  glBindTexture(GL_TEXTURE_2D, texture[tx::littleMan]);
   glColor4f(1, 1, 1, 1);
   glBegin(GL_QUADS);
   glNormal3f(0, 0, 1);
@@ -1453,13 +1453,13 @@ static void piirraErikoisTila(const Player& p, const Kasvot& kasvot) {
 
 void Player::piirraePadit() {
   const int laji = alus.easelaji;
-  aloitaHiukkaset(alus.epatitexture != 0 ? alus.epatitexture : texture[18], GL_ONE);
+  aloitaHiukkaset(alus.epatitexture != 0 ? alus.epatitexture : texture[tx::lightFlare], GL_ONE);
   const Kasvot kasvot = kameranKasvot();
   const int maara = epati ? kaytossa(alus.maxepadit, maksimiepadit) : 0;
   for (int i = 0; i < maara; ++i)
     if (epati[i].aika > 0) piirraErikoinen(laji, epati[i], alus, kasvot);
   era.piirra();
-  glBindTexture(GL_TEXTURE_2D, texture[18]);  // the ship's own effects glow
+  glBindTexture(GL_TEXTURE_2D, texture[tx::lightFlare]);  // the ship's own effects glow
   piirraErikoisTila(*this, kasvot);
   era.piirra();
   lopetaHiukkaset();
@@ -1468,7 +1468,7 @@ void Player::piirraePadit() {
 // Slime sticks to the hull and turns with it.
 void Player::piirraLimat() {
   if (lima == nullptr) return;
-  aloitaHiukkaset(texture[18], GL_ONE);
+  aloitaHiukkaset(texture[tx::lightFlare], GL_ONE);
   era.vari(0.1f, 0.7f, 0.1f, 1.0f);
   glPushMatrix();
   glTranslatef(x, y, kentanZ);
@@ -1492,7 +1492,7 @@ static void piirraSavut(const Kaasujalki* jalki, float puolikas) {
 void Player::piirraKaasujaljet() {
   const int tyyppi = alus.numero;
   if (tyyppi == 16 || tyyppi == 22 || kaasujalki == nullptr) return;
-  aloitaHiukkaset(texture[18], GL_SRC_ALPHA);
+  aloitaHiukkaset(texture[tx::lightFlare], GL_SRC_ALPHA);
   const float puolikas = float(2 * alus.jalkikoko);
   piirraSavut(kaasujalki, puolikas);
   if ((tyyppi == 4 || tyyppi == 23) && kaasujalki2 != nullptr) piirraSavut(kaasujalki2, puolikas);
@@ -1530,7 +1530,7 @@ void Player::piirraAlkuSirpaleet() {
   glDisable(GL_DEPTH_TEST);
   glEnable(GL_BLEND);
   glBlendFunc(GL_SRC_ALPHA, GL_ONE);
-  glBindTexture(GL_TEXTURE_2D, texture[18]);
+  glBindTexture(GL_TEXTURE_2D, texture[tx::lightFlare]);
   const Kasvot suoraan = tasossa(0);
   for (int i = 0; i < alkusirpaleMaara; ++i) {
     const Sirpale& s = alkusirpale[i];
@@ -2035,7 +2035,7 @@ void piirraValittuAlus(Player& p, int kursori) {
 void drawAlusValinta(int pelaaja, int kursori, int sekunteja) {
   Player& p = player[pelaaja];
   glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);
-  piirraTaustakuva(texture[30]);
+  piirraTaustakuva(texture[tx::redNebula]);
   tummennaRuutu(0.55f);
   valikonNakyma(-22, 22);
   glEnable(GL_TEXTURE_2D);
