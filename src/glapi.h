@@ -48,6 +48,11 @@ extern GLuint list_int[listoja];  // 19-21 frame corners, 22 flower, 23 mushroom
 extern GLuint list_alus[24];      // the ship models
 extern GLuint list_asteroid;
 
+// The drawing's pi. The frame drawing works out its model and marker angles in double
+// precision, so it keeps the double pi; the simulation's angles use saannot::pii and the
+// camera its own rounded one.
+const double piirronPii = 3.14159265358979323846;
+
 void setupOpengl(int width, int height);
 void ReSizeGLScene(int width, int height);
 int LoadGLTextures();

@@ -737,7 +737,7 @@ void laskePikkumiehet() {
 static float xrot, yrot, zrot;  // the planet's spin, degrees
 
 static const float kentanZ = -35.0f;
-static const double asteRadiaaneina = M_PI / 180.0;
+static const double asteRadiaaneina = piirronPii / 180.0;
 
 int printedAsInt(double value) {
   // A 32-bit printf("%d") given a double reads its low word: that is what the
@@ -1179,22 +1179,22 @@ static const int piikkiVyohykkeita = 6;
 
 static int laskePiikit(Piikki* piikit) {
   const double lakki = 0.5 * 4.0 / std::sqrt(double(piikkeja));
-  const double vyo = (M_PI - 2 * lakki) / piikkiVyohykkeita;
+  const double vyo = (piirronPii - 2 * lakki) / piikkiVyohykkeita;
   int maara = 0;
   double kertyma = 0;
   // Band 0 and band 7 are the caps; each band's share follows its area.
   for (int v = 0; v < piikkiVyohykkeita + 2; ++v) {
     const double yla = v == 0 ? 0 : lakki + (v - 1) * vyo;
-    const double ala = v == 0 ? lakki : v == piikkiVyohykkeita + 1 ? M_PI : yla + vyo;
+    const double ala = v == 0 ? lakki : v == piikkiVyohykkeita + 1 ? piirronPii : yla + vyo;
     const double osuus = piikkeja * (std::cos(yla) - std::cos(ala)) / 2;
     const int ennen = int(std::lround(kertyma));
     kertyma += osuus;
     const int tassa = int(std::lround(kertyma)) - ennen;
     const bool napa = v == 0 || v == piikkiVyohykkeita + 1;
-    const double keski = napa ? (v == 0 ? 0 : M_PI) : (yla + ala) / 2;
+    const double keski = napa ? (v == 0 ? 0 : piirronPii) : (yla + ala) / 2;
     for (int k = 0; k < tassa && maara < piikkeja + 2; ++k) {
       const double siirto = (v % 2) * 0.5;
-      piikit[maara++] = {float(keski * 180 / M_PI), float((k + siirto) * 360.0 / tassa)};
+      piikit[maara++] = {float(keski * 180 / piirronPii), float((k + siirto) * 360.0 / tassa)};
     }
   }
   return maara;
@@ -1432,7 +1432,7 @@ static void piirraPulssi(const Player& p, const Kasvot& kasvot) {
   const float sade = float(p.alus.epatisade) * kulunut / kesto, hiipuu = 1 - kulunut / kesto;
   era.vari(1 * hiipuu, 0.9f * hiipuu, 0.6f * hiipuu, 1);
   for (int k = 0; k < 32; ++k) {
-    const double a = k * 2 * M_PI / 32;
+    const double a = k * 2 * piirronPii / 32;
     nelio(kasvot, p.x + float(std::cos(a)) * sade, p.y + float(std::sin(a)) * sade, kentanZ, 1.2f);
   }
 }
