@@ -325,7 +325,7 @@ bool Player::* const controls[6] = {&Player::pylos, &Player::palas, &Player::ple
 bool keyCounts(int row, int slot, SDLKey key, bool pressed) {
   if (row == 0) return true;
   if (!pressed && (key == SDLK_LSHIFT || key == SDLK_LCTRL)) return true;
-  return players > slot;
+  return saannot::pelaajia() > slot;
 }
 
 void applyKey(SDLKey key, bool pressed) {

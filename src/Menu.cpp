@@ -229,7 +229,7 @@ const char* const yleisetNappaimet = "Enter: choose    Escape: back, or pause a 
 // read its keys) when a person plays none of them.
 int ohjeenPelaajat(int* pelaajat) {
   int maara = 0;
-  for (int i = 0; i < std::min(players, 4); ++i)
+  for (int i = 0; i < std::min(saannot::pelaajia(), 4); ++i)
     if (sets.ihminen[i]) pelaajat[maara++] = i;
   if (maara == 0) pelaajat[maara++] = 0;
   return maara;

@@ -1550,7 +1550,7 @@ static const float paneelinPaikat[10][2] = {
 };
 
 static void paneelinPaikka(int n, float& px, float& py) {
-  if (players <= 10) {
+  if (pelaajia() <= 10) {
     const int k = n >= 0 && n < 10 ? n : 0;
     px = paneelinPaikat[k][0];
     py = paneelinPaikat[k][1];
@@ -1869,7 +1869,7 @@ void valitseAlus(int pelaaja) {
     return;
   }
   const bool tietokone = !p.ihmispelaaja;
-  const bool naytetaan = !tietokone || players < aiNaytonPelaajaraja;
+  const bool naytetaan = !tietokone || pelaajia() < aiNaytonPelaajaraja;
   TietokoneenValinta ai(tietokone ? tietokoneenKohde(pelaaja) : 0);
   unohdaValintanapit(p);
   int kursori = 0;
