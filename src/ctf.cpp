@@ -137,5 +137,3 @@ void piirraCPisteet() {
     else if (kukka.player == kukkaPudonnut) piirraKenttaMalli(22, kukka.x, kukka.y, 5);
   }
 }
-
-void piirraCGraffat() { piirraPistetaulu("capture the flower score"); }

@@ -353,6 +353,22 @@ void setLists() {
   rakennaMallit();
 }
 
+void valmisteleMallit() {
+  glEnable(GL_DEPTH_TEST);
+  glEnable(GL_LIGHTING);
+  glDisable(GL_BLEND);
+  glDisable(GL_TEXTURE_2D);
+}
+
+void piirraKenttaMalli(int lista, float x, float y, float koko) {
+  glPushMatrix();
+  glTranslatef(x, y, kentanZ);
+  glScalef(koko, koko, koko);
+  glRotatef(90, 1, 0, 0);  // the models stand up along their y axis
+  glCallList(list_int[lista]);
+  glPopMatrix();
+}
+
 void valitseVari(int colour) {
   // Alpha 2.0 in the first three is clamped by the GL.
   static const GLfloat varit[16][4] = {

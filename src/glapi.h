@@ -48,6 +48,8 @@ extern GLuint list_int[listoja];  // 19-21 frame corners, 22 flower, 23 mushroom
 extern GLuint list_alus[24];      // the ship models
 extern GLuint list_asteroid;
 
+// The plane the field is drawn in: world z of every ship, shot and marker.
+const float kentanZ = -35.0f;
 // The drawing's pi. The frame drawing works out its model and marker angles in double
 // precision, so it keeps the double pi; the simulation's angles use saannot::pii and the
 // camera its own rounded one.
@@ -68,10 +70,7 @@ void drawCube();
 void kuvaNelio(float x1, float y1, float x2, float y2, float z, bool kuvaAlasPain = false);
 void drawTri();
 
-// Pieces of the frame drawing (scene.cpp) that the objective modes draw with.
 // Models standing on the field (frame corners, flowers, mushrooms): the GL state
 // they are drawn in, and one model of list_int at (x, y) at a scale.
 void valmisteleMallit();
 void piirraKenttaMalli(int lista, float x, float y, float koko);
-// The team score panel of the objective modes, under the given title.
-void piirraPistetaulu(const char* otsikko);

@@ -31,7 +31,6 @@
 #include "chat.h"
 #include "ctf.h"
 #include "glapi.h"
-#include "localgame.h"
 #include "nethelp.h"
 #include "netpeli.h"
 #include "peliloppu.h"

@@ -736,7 +736,6 @@ void laskePikkumiehet() {
 
 static float xrot, yrot, zrot;  // the planet's spin, degrees
 
-static const float kentanZ = -35.0f;
 static const double asteRadiaaneina = piirronPii / 180.0;
 
 int printedAsInt(double value) {
@@ -972,22 +971,6 @@ static const ReunanJakso reunanJaksot[4] = {
     {0, 12, 21, 0, 1, 0, 0.05f, -0.05f, 0},
 };
 
-void valmisteleMallit() {
-  glEnable(GL_DEPTH_TEST);
-  glEnable(GL_LIGHTING);
-  glDisable(GL_BLEND);
-  glDisable(GL_TEXTURE_2D);
-}
-
-void piirraKenttaMalli(int lista, float x, float y, float koko) {
-  glPushMatrix();
-  glTranslatef(x, y, kentanZ);
-  glScalef(koko, koko, koko);
-  glRotatef(90, 1, 0, 0);  // the models stand up along their y axis
-  glCallList(list_int[lista]);
-  glPopMatrix();
-}
-
 static void piirraKulmaMalli(float x, float y, int lista) {
   glPushAttrib(GL_ENABLE_BIT);
   valmisteleMallit();
@@ -1124,22 +1107,6 @@ void piirraMerkit() {
   glEnable(GL_BLEND);
   for (int k = 0; k < maara; ++k) piirraMerkinNimi(merkit[k], float(nakyma[3]));
   lopetaRuutupiirto();
-}
-
-// Player panels and the objective score, on a plane in front of the camera.
-void piirraHud() {
-  glEnable(GL_BLEND);
-  glBlendFunc(GL_SRC_COLOR, GL_ONE_MINUS_SRC_ALPHA);
-  glEnable(GL_TEXTURE_2D);
-  glDisable(GL_LIGHTING);
-  glDisable(GL_DEPTH_TEST);
-  glMatrixMode(GL_MODELVIEW);
-  glLoadIdentity();
-  glTranslatef(0, 0, -30);
-  for (int i = 0; i < pelaajia(); ++i) player[i].piirraGraffat();
-  if (gamemode == 2) piirraDGraffat();
-  else if (gamemode == 3) piirraCGraffat();
-  else if (gamemode == 4) piirraSGraffat();
 }
 
 void piirraMaailma() {
@@ -1617,7 +1584,7 @@ void Player::piirraGraffat() {
 }
 
 // The score panel of the objective modes, one entry per team in slot order.
-void piirraPistetaulu(const char* otsikko) {
+static void piirraPistetaulu(const char* otsikko) {
   glPushMatrix();
   glEnable(GL_BLEND);
   glBlendFunc(GL_ONE, GL_ONE);
@@ -1644,6 +1611,26 @@ void piirraPistetaulu(const char* otsikko) {
     if (tiimeja == 5 || tiimeja == 10) glTranslatef(-17.5f, -1.2f, 0);
   }
   glPopMatrix();
+}
+
+static void piirraCGraffat() { piirraPistetaulu("capture the flower score"); }
+static void piirraDGraffat() { piirraPistetaulu("domination score"); }
+static void piirraSGraffat() { piirraPistetaulu("mushroom score"); }
+
+// Player panels and the objective score, on a plane in front of the camera.
+void piirraHud() {
+  glEnable(GL_BLEND);
+  glBlendFunc(GL_SRC_COLOR, GL_ONE_MINUS_SRC_ALPHA);
+  glEnable(GL_TEXTURE_2D);
+  glDisable(GL_LIGHTING);
+  glDisable(GL_DEPTH_TEST);
+  glMatrixMode(GL_MODELVIEW);
+  glLoadIdentity();
+  glTranslatef(0, 0, -30);
+  for (int i = 0; i < pelaajia(); ++i) player[i].piirraGraffat();
+  if (gamemode == 2) piirraDGraffat();
+  else if (gamemode == 3) piirraCGraffat();
+  else if (gamemode == 4) piirraSGraffat();
 }
 
 // Standings: while Tab is held the match shows every player's real numbers,
