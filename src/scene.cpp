@@ -675,13 +675,14 @@ void nollaaOttelu(int tila, bool krediitit, bool valinta, float pisteet) {
 
 // --- The world step ----------------------------------------------------------
 
-// The same step runs in a local game, on a host and on a client. A client (paattaa()
-// false) skips whole stages: tietokonePilotit, planeetat, kuolemaAjastimet, elvytykset
-// and tavoitteet; within the others it skips each decision (shots against shots, damage
-// to asteroids, a death's debris and resurrection, respawn requests), which arrive from
-// the host, and only it runs asiakkaanRajahdykset. pistepelinAlku and a local respawn in
-// uudestaanSyntymat may open the ship choice (valitseAlus), a screen with a loop of its
-// own that returns once the player has chosen.
+// The same step runs in a local game, on a host and on a client. A client (joinpeli,
+// paattaa() false) skips six whole stages: tietokonePilotit, planeetat, pistepelinAlku,
+// kuolemaAjastimet, elvytykset and tavoitteet; within the others it skips each
+// decision (shots against shots, damage to asteroids, a death's debris, respawn requests),
+// which arrive from the host, and only a client runs asiakkaanRajahdykset. Two stages may
+// open the ship choice (valitseAlus, a screen with a loop of its own that returns once the
+// player has chosen): pistepelinAlku at the start of a local credit match, and
+// uudestaanSyntymat when a local ship is replaced.
 void calculateFrame(int frame) {
   asetaValo();
   laskeKameranKeskipiste();
