@@ -740,8 +740,8 @@ static float xrot, yrot, zrot;  // the planet's spin, degrees
 static const double asteRadiaaneina = piirronPii / 180.0;
 
 int printedAsInt(double value) {
-  // A 32-bit printf("%d") given a double reads its low word: that is what the
-  // panels have always shown, so it is reproduced on every target.
+  // A 32-bit printf("%d") given a double reads its low word. The panels show that
+  // number, and the same on every target, so it is computed here rather than printed.
   uint64_t bits;
   std::memcpy(&bits, &value, sizeof bits);
   return static_cast<int32_t>(static_cast<uint32_t>(bits & 0xffffffffu));
