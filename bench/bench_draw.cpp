@@ -34,7 +34,7 @@ bool avaaIkkuna() {
 // Every ship holds fire and turns and thrusts in its own rhythm, so that the
 // field fills with shots, beams, trails and debris as in a real melee.
 void painaNappeja(int freimi) {
-  for (int i = 0; i < players; ++i) {
+  for (int i = 0; i < saannot::pelaajia(); ++i) {
     Player& p = player[i];
     p.pfire = true;
     p.pease = (freimi + 37 * i) % 400 < 40;
@@ -47,7 +47,7 @@ void painaNappeja(int freimi) {
 // What the measured picture holds, so that the figures can be read against it.
 void kerroTaistelusta() {
   int laukauksia = 0, sirpaleet = 0;
-  for (int i = 0; i < players; ++i) {
+  for (int i = 0; i < saannot::pelaajia(); ++i) {
     for (int k = 0; k < player[i].alus.maxpadit; ++k) laukauksia += player[i].pati[k].aika > 0;
     for (int k = 0; k < player[i].alus.maxepadit; ++k) laukauksia += player[i].epati[k].aika > 0;
   }
@@ -72,7 +72,7 @@ void valmisteleTaistelu() {
   gamemode = 0;
   pistepeli = false;
   players = maxPlayers;
-  for (int i = 0; i < players; ++i) {
+  for (int i = 0; i < saannot::pelaajia(); ++i) {
     player[i].numero = i;
     player[i].tiimi = i;
     player[i].ihmispelaaja = true;

@@ -18,11 +18,11 @@
 #include "Main.h"
 #include "Sets.h"
 #include "ai.h"
-#include "localgame.h"
 #include "net.h"
 #include "netav.h"
 #include "netpeli.h"
 #include "peliloppu.h"
+#include "scene.h"
 #include "simscene.h"
 #include "../tests/verkkoapu.h"
 

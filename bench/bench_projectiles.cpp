@@ -24,7 +24,7 @@ void kohtaus(double leveys) {
   players = maxPlayers;
   pistepeli = joinpeli = false;
   const int laivat[] = {8, 21, 22};  // 200 breakable slots each
-  for (int i = 0; i < players; ++i) {
+  for (int i = 0; i < saannot::pelaajia(); ++i) {
     Player& p = player[i];
     p.alus = alus[laivat[i % 3]];
     for (int k = 0; k < 200; ++k) {
@@ -40,7 +40,7 @@ void kohtaus(double leveys) {
 void BM_ShotsAgainstShots(benchmark::State& state) {
   kohtaus((double)state.range(0));
   for (auto _ : state)
-    for (int i = 0; i < players; ++i) player[i].tarkistaHajosikoPadit();
+    for (int i = 0; i < saannot::pelaajia(); ++i) player[i].tarkistaHajosikoPadit();
 }
 
 }  // namespace

@@ -321,11 +321,12 @@ bool Player::* const controls[6] = {&Player::pylos, &Player::palas, &Player::ple
                                     &Player::pright, &Player::pfire, &Player::pease};
 
 // A player's key works only while that player exists; player 1's keys need no
-// count, and neither do the releases of left Shift and left Ctrl (kept so).
+// count, and neither do the releases of left Shift and left Ctrl (harmless: releasing
+// a key of a slot that does not exist clears a flag nobody reads).
 bool keyCounts(int row, int slot, SDLKey key, bool pressed) {
   if (row == 0) return true;
   if (!pressed && (key == SDLK_LSHIFT || key == SDLK_LCTRL)) return true;
-  return players > slot;
+  return saannot::pelaajia() > slot;
 }
 
 void applyKey(SDLKey key, bool pressed) {

@@ -47,7 +47,7 @@ namespace {
 
 void piirraPaavalikonTausta() {
   glEnable(GL_TEXTURE_2D);
-  glBindTexture(GL_TEXTURE_2D, texture[31]);
+  glBindTexture(GL_TEXTURE_2D, texture[tx::titlePicture]);
   glColor4f(1, 1, 1, 1);
   kuvaNelio(-1, -0.75f, 1, 0.75f, -1.8f, true);
 }
@@ -229,7 +229,7 @@ const char* const yleisetNappaimet = "Enter: choose    Escape: back, or pause a 
 // read its keys) when a person plays none of them.
 int ohjeenPelaajat(int* pelaajat) {
   int maara = 0;
-  for (int i = 0; i < std::min(players, 4); ++i)
+  for (int i = 0; i < std::min(saannot::pelaajia(), 4); ++i)
     if (sets.ihminen[i]) pelaajat[maara++] = i;
   if (maara == 0) pelaajat[maara++] = 0;
   return maara;
@@ -294,7 +294,7 @@ void aloitaValikonKuva(float leveys, float peitto, bool kentalla) {
   if (kentalla)
     piirraMaailma();
   else
-    piirraTaustakuva(texture[31]);
+    piirraTaustakuva(texture[tx::titlePicture]);
   tummennaRuutu(peitto);
   valikonNakyma(-leveys, leveys);
   glEnable(GL_TEXTURE_2D);

@@ -50,6 +50,10 @@ const int limoja = 30;
 const int kaasujalkia = 5;
 const int hantaa = 12;
 
+// Player's methods live with what they do: life cycle, flight, primary weapons, collisions,
+// projectiles and effects in Player.cpp; the special weapon and its shots in ease.cpp; the
+// computer pilot in ai.cpp; the ship model in aluspiirto.cpp; the drawing of shots, effects
+// and the panel in scene.cpp.
 class Player {
 public:
   Sound* ampumisaani;

@@ -45,7 +45,7 @@ void piirraGlyfi(unsigned char b, float s, float kyna) {
 void gl_println(float x, float y, float z, const char* text, float size) {
   const size_t n = pituus(text);
   if (n == 0) return;
-  glBindTexture(GL_TEXTURE_2D, texture[28]);
+  glBindTexture(GL_TEXTURE_2D, texture[tx::font]);
   glPushMatrix();
   glTranslatef(x, y, z);
   // The whole line is one batch of quads: a draw call per letter made text the

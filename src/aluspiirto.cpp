@@ -35,7 +35,7 @@
 
 namespace {
 
-const float pii = 3.14159265f;
+using saannot::pii;
 
 struct V3 {
   float x, y, z;

@@ -46,7 +46,7 @@ void vierita() {
 }
 
 void piirraMerkki(float x, float y) {
-  glBindTexture(GL_TEXTURE_2D, texture[18]);
+  glBindTexture(GL_TEXTURE_2D, texture[tx::lightFlare]);
   glColor4f(1, 1, 1, 1);
   kuvaNelio(x - 0.6f, y - 0.6f, x + 0.6f, y + 0.6f, chatZ);
 }

@@ -118,7 +118,7 @@ void laskeCPisteet() {
 static void piirraKoti(const CPiste& koti, int tiimi) {
   glEnable(GL_BLEND);
   glEnable(GL_TEXTURE_2D);
-  glBindTexture(GL_TEXTURE_2D, texture[18]);
+  glBindTexture(GL_TEXTURE_2D, texture[tx::lightFlare]);
   valitseVari(tiimi);
   kuvaNelio(koti.x - 10, koti.y - 10, koti.x + 10, koti.y + 10, -34);
   glDisable(GL_TEXTURE_2D);
@@ -137,5 +137,3 @@ void piirraCPisteet() {
     else if (kukka.player == kukkaPudonnut) piirraKenttaMalli(22, kukka.x, kukka.y, 5);
   }
 }
-
-void piirraCGraffat() { piirraPistetaulu("capture the flower score"); }

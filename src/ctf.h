@@ -21,4 +21,3 @@ void alustaCPisteet();
 void aloitaCPisteet();  // start of a game: flowers home, enable those of teams in play
 void laskeCPisteet();
 void piirraCPisteet();
-void piirraCGraffat();

@@ -68,5 +68,3 @@ void piirraDPisteet() {
     piirraKenttaMalli(22, p.x, p.y, 8);
   }
 }
-
-void piirraDGraffat() { piirraPistetaulu("domination score"); }

@@ -13,4 +13,3 @@ extern float pisteetfreimissa;
 void alustaDPisteet();
 void laskeDPisteet();
 void piirraDPisteet();
-void piirraDGraffat();

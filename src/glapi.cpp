@@ -5,6 +5,7 @@
 #include <SDL/SDL.h>
 #include <SDL/SDL_image.h>
 
+#include <array>
 #include <cmath>
 #include <cstdio>
 
@@ -20,9 +21,6 @@ GLuint list_alus[24];
 GLuint list_asteroid;
 
 namespace {
-
-const int fonttiSlotti = 28;
-const int tiimiSlotti = 42;
 
 // Every image becomes tightly described 24-bit RGB in memory byte order R, G, B,
 // whatever the file held (palette, grey, RGBA, colour key).
@@ -78,38 +76,62 @@ void asetaSlotti(int slotti, GLuint nimi) {
   texture[slotti] = nimi;
 }
 
-void lataaSlottiin(int slotti, const char* tiedosto) { asetaSlotti(slotti, lataaKuva(tiedosto)); }
+// Each image slot's file, indexed by slot; the font and the backgrounds also come in a
+// small version for `mode256`.
+struct Kuvatiedosto {
+  const char* iso;
+  const char* pieni = nullptr;
+};
+constexpr std::array<Kuvatiedosto, tekstuureja> kuvatiedostot = [] {
+  std::array<Kuvatiedosto, tekstuureja> t{};
+  t[tx::font] = {"textures/teksti.png", "textures/teksti_256.png"};
+  t[tx::greyPlating] = {"textures/tottero1.png"};
+  t[tx::plasmaBolt] = {"textures/pati0.png"};
+  t[tx::energyBomb] = {"textures/pati1.png"};
+  t[tx::exhaustPuff] = {"textures/jalki.png"};
+  t[tx::rustPlating] = {"textures/alus5_2.png"};
+  t[tx::suckerVortex] = {"textures/sucker.png"};
+  t[tx::littleMan] = {"textures/pikku.png"};
+  t[tx::sunFlare] = {"textures/pati6.png"};
+  t[tx::crackleOrb] = {"textures/pati20.png"};
+  t[tx::missile] = {"textures/Ohjus.png"};
+  t[tx::spark] = {"textures/pati8.png"};
+  t[tx::glowingEgg] = {"textures/muna.png"};
+  t[tx::blueGalaxy] = {"textures/galax.png"};
+  t[tx::blackHole] = {"textures/aukko.png"};
+  t[tx::pinkGalaxy] = {"textures/galax2.png"};
+  t[tx::ringOrb] = {"textures/pati15.png"};
+  t[tx::bluePlating] = {"textures/alus20.png"};
+  t[tx::toxicBlob] = {"textures/epati18.png"};
+  t[tx::asteroidSkin] = {"textures/meteor2.png"};
+  t[tx::lightningSkin] = {"textures/electric.png"};
+  t[tx::fireball] = {"textures/epati20.png"};
+  t[tx::starShot] = {"textures/pati22.png"};
+  t[tx::blueNebula] = {"textures/tausta2.png", "textures/tausta2_256.png"};
+  t[tx::redNebula] = {"textures/tausta3.png", "textures/tausta3_256.png"};
+  t[tx::titlePicture] = {"textures/alkukuva.png", "textures/alkukuva_256.png"};
+  return t;
+}();
 
-const char* kokoValinta(const char* pieni, const char* iso) { return sets.mode256 ? pieni : iso; }
+void lataaSlottiin(tx::Slotti slotti) {
+  const Kuvatiedosto& k = kuvatiedostot[slotti];
+  asetaSlotti(slotti, lataaKuva(sets.mode256 && k.pieni ? k.pieni : k.iso));
+}
 
 // The images in loading order; the font comes first and the generated ones
 // sit between them (see LoadGLTextures).
-struct KuvaSlotti {
-  int slotti;
-  const char* tiedosto;
-};
-const KuvaSlotti ekatKuvat[] = {
-    {8, "textures/tottero1.png"}, {4, "textures/pati0.png"},  {5, "textures/pati1.png"},
-    {6, "textures/jalki.png"},    {13, "textures/alus5_2.png"}, {14, "textures/sucker.png"},
-    {16, "textures/pikku.png"},   {17, "textures/pati6.png"},
-};
-const KuvaSlotti tokatKuvat[] = {
-    {19, "textures/pati20.png"}, {20, "textures/Ohjus.png"},   {21, "textures/pati8.png"},
-    {22, "textures/muna.png"},   {23, "textures/galax.png"},   {25, "textures/aukko.png"},
-    {26, "textures/galax2.png"}, {33, "textures/pati15.png"},  {34, "textures/alus20.png"},
-    {38, "textures/epati18.png"}, {39, "textures/meteor2.png"}, {40, "textures/electric.png"},
-    {41, "textures/epati20.png"}, {2, "textures/pati22.png"},
+const tx::Slotti ekatKuvat[] = {tx::greyPlating, tx::plasmaBolt,   tx::energyBomb, tx::exhaustPuff,
+                                tx::rustPlating, tx::suckerVortex, tx::littleMan,  tx::sunFlare};
+const tx::Slotti tokatKuvat[] = {
+    tx::crackleOrb, tx::missile,   tx::spark,        tx::glowingEgg,    tx::blueGalaxy,
+    tx::blackHole,  tx::pinkGalaxy, tx::ringOrb,     tx::bluePlating,   tx::toxicBlob,
+    tx::asteroidSkin, tx::lightningSkin, tx::fireball, tx::starShot,    tx::blueNebula,
+    tx::redNebula,  tx::titlePicture,
 };
 
 template <size_t N>
-void lataaKuvat(const KuvaSlotti (&kuvat)[N]) {
-  for (const KuvaSlotti& k : kuvat) lataaSlottiin(k.slotti, k.tiedosto);
-}
-
-void lataaIsotKuvat() {
-  lataaSlottiin(29, kokoValinta("textures/tausta2_256.png", "textures/tausta2.png"));
-  lataaSlottiin(30, kokoValinta("textures/tausta3_256.png", "textures/tausta3.png"));
-  lataaSlottiin(31, kokoValinta("textures/alkukuva_256.png", "textures/alkukuva.png"));
+void lataaKuvat(const tx::Slotti (&slotit)[N]) {
+  for (tx::Slotti s : slotit) lataaSlottiin(s);
 }
 
 // Generated images are one-channel float luminance, clamped to [0, 1] by the GL.
@@ -128,47 +150,46 @@ void lataaLuminanssi(GLuint* nimi, int koko, const float* texelit) {
 
 double etaisyys2(int i, int j) { return double((i - 32) * (i - 32) + (j - 32) * (j - 32)); }
 
-
 void asetaAlustenTekstuurit() {
-  alus[0].patitexture = texture[4];
-  alus[1].patitexture = texture[5];
-  alus[1].epatitexture = texture[4];
-  alus[2].patitexture = texture[4];
-  alus[3].patitexture = texture[4];
-  alus[3].epatitexture = texture[4];
-  alus[4].patitexture = texture[4];
-  alus[4].epatitexture = texture[14];
-  alus[4].texture2 = texture[13];
-  alus[5].patitexture = texture[17];
-  alus[5].epatitexture = texture[16];
-  alus[5].texture2 = texture[16];
-  alus[7].patitexture = texture[20];
-  alus[8].patitexture = texture[21];
-  alus[8].epatitexture = texture[22];
-  alus[9].epatitexture = texture[25];
-  alus[10].patitexture = texture[6];
-  alus[11].patitexture = texture[33];
-  alus[12].patitexture = texture[18];
-  alus[13].patitexture = texture[18];
-  alus[13].epatitexture = texture[18];
-  alus[14].patitexture = texture[33];
-  alus[15].texture = texture[8];
-  alus[15].patitexture = texture[36];  // slot 36 is never filled: this shot draws untextured
-  alus[16].patitexture = texture[18];
-  alus[16].epatitexture = texture[18];
-  alus[17].patitexture = texture[5];
-  alus[17].epatitexture = texture[38];
-  alus[18].texture2 = texture[40];
-  alus[19].patitexture = texture[18];
-  alus[20].patitexture = texture[19];
-  alus[20].epatitexture = texture[41];
-  alus[20].texture = texture[34];
-  alus[21].patitexture = texture[18];
-  alus[21].epatitexture = texture[18];
-  alus[22].patitexture = texture[2];
-  alus[22].epatitexture = texture[18];
-  alus[23].patitexture = texture[4];
-  alus[23].epatitexture = texture[2];
+  alus[0].patitexture = texture[tx::plasmaBolt];
+  alus[1].patitexture = texture[tx::energyBomb];
+  alus[1].epatitexture = texture[tx::plasmaBolt];
+  alus[2].patitexture = texture[tx::plasmaBolt];
+  alus[3].patitexture = texture[tx::plasmaBolt];
+  alus[3].epatitexture = texture[tx::plasmaBolt];
+  alus[4].patitexture = texture[tx::plasmaBolt];
+  alus[4].epatitexture = texture[tx::suckerVortex];
+  alus[4].texture2 = texture[tx::rustPlating];
+  alus[5].patitexture = texture[tx::sunFlare];
+  alus[5].epatitexture = texture[tx::littleMan];
+  alus[5].texture2 = texture[tx::littleMan];
+  alus[7].patitexture = texture[tx::missile];
+  alus[8].patitexture = texture[tx::spark];
+  alus[8].epatitexture = texture[tx::glowingEgg];
+  alus[9].epatitexture = texture[tx::blackHole];
+  alus[10].patitexture = texture[tx::exhaustPuff];
+  alus[11].patitexture = texture[tx::ringOrb];
+  alus[12].patitexture = texture[tx::lightFlare];
+  alus[13].patitexture = texture[tx::lightFlare];
+  alus[13].epatitexture = texture[tx::lightFlare];
+  alus[14].patitexture = texture[tx::ringOrb];
+  alus[15].texture = texture[tx::greyPlating];
+  alus[15].patitexture = 0;  // this shot draws untextured
+  alus[16].patitexture = texture[tx::lightFlare];
+  alus[16].epatitexture = texture[tx::lightFlare];
+  alus[17].patitexture = texture[tx::energyBomb];
+  alus[17].epatitexture = texture[tx::toxicBlob];
+  alus[18].texture2 = texture[tx::lightningSkin];
+  alus[19].patitexture = texture[tx::lightFlare];
+  alus[20].patitexture = texture[tx::crackleOrb];
+  alus[20].epatitexture = texture[tx::fireball];
+  alus[20].texture = texture[tx::bluePlating];
+  alus[21].patitexture = texture[tx::lightFlare];
+  alus[21].epatitexture = texture[tx::lightFlare];
+  alus[22].patitexture = texture[tx::starShot];
+  alus[22].epatitexture = texture[tx::lightFlare];
+  alus[23].patitexture = texture[tx::plasmaBolt];
+  alus[23].epatitexture = texture[tx::starShot];
 }
 
 void asetaNakyma(int width, int height) {
@@ -276,18 +297,17 @@ void ReSizeGLScene(int width, int height) {
 
 void LoadGLFont() {
   printf(sets.mode256 ? "loading 256*256 font\n" : "loading 1024*1024 font\n");
-  lataaSlottiin(fonttiSlotti, kokoValinta("textures/teksti_256.png", "textures/teksti.png"));
+  lataaSlottiin(tx::font);
 }
 
 int LoadGLTextures() {
   LoadGLFont();
   lataaKuvat(ekatKuvat);
-  generateLightFlare(&texture[18]);
-  generateLightNelio(&texture[15]);
+  generateLightFlare(&texture[tx::lightFlare]);
+  generateLightNelio(&texture[tx::whiteSquare]);
   lataaKuvat(tokatKuvat);
-  lataaIsotKuvat();
-  generateTeamJuttu(&texture[tiimiSlotti]);
-  tiimitexture = texture[tiimiSlotti];
+  generateTeamJuttu(&texture[tx::teamGlow]);
+  tiimitexture = texture[tx::teamGlow];
   asetaAlustenTekstuurit();
   printf("moi!\n");
   return 1;
@@ -331,6 +351,22 @@ void setLists() {
   piirraNuoli();
   glEndList();
   rakennaMallit();
+}
+
+void valmisteleMallit() {
+  glEnable(GL_DEPTH_TEST);
+  glEnable(GL_LIGHTING);
+  glDisable(GL_BLEND);
+  glDisable(GL_TEXTURE_2D);
+}
+
+void piirraKenttaMalli(int lista, float x, float y, float koko) {
+  glPushMatrix();
+  glTranslatef(x, y, kentanZ);
+  glScalef(koko, koko, koko);
+  glRotatef(90, 1, 0, 0);  // the models stand up along their y axis
+  glCallList(list_int[lista]);
+  glPopMatrix();
 }
 
 void valitseVari(int colour) {

@@ -5,6 +5,41 @@
 
 const int tekstuureja = 45;
 extern GLuint texture[tekstuureja];
+
+// The slots of `texture`, named by their pictures; slots without a name stay 0.
+namespace tx {
+enum Slotti {
+  starShot = 2,
+  plasmaBolt = 4,
+  energyBomb = 5,
+  exhaustPuff = 6,
+  greyPlating = 8,
+  rustPlating = 13,
+  suckerVortex = 14,
+  whiteSquare = 15,  // generated
+  littleMan = 16,
+  sunFlare = 17,
+  lightFlare = 18,  // generated; the shared glow of particles, flares and markers
+  crackleOrb = 19,
+  missile = 20,
+  spark = 21,
+  glowingEgg = 22,
+  blueGalaxy = 23,
+  blackHole = 25,
+  pinkGalaxy = 26,
+  font = 28,
+  blueNebula = 29,  // the local game menu's background
+  redNebula = 30,   // the ship choice's background
+  titlePicture = 31,
+  ringOrb = 33,
+  bluePlating = 34,
+  toxicBlob = 38,
+  asteroidSkin = 39,
+  lightningSkin = 40,
+  fireball = 41,
+  teamGlow = 42,  // generated
+};
+}  // namespace tx
 extern GLuint tiimitexture;
 
 // Display lists rebuilt by setLists after every texture load.
@@ -12,6 +47,13 @@ const int listoja = 32;
 extern GLuint list_int[listoja];  // 19-21 frame corners, 22 flower, 23 mushroom, 24 menu arrow
 extern GLuint list_alus[24];      // the ship models
 extern GLuint list_asteroid;
+
+// The plane the field is drawn in: world z of every ship, shot and marker.
+const float kentanZ = -35.0f;
+// The drawing's pi. The frame drawing works out its model and marker angles in double
+// precision, so it keeps the double pi; the simulation's angles use saannot::pii and the
+// camera its own rounded one.
+const double piirronPii = 3.14159265358979323846;
 
 void setupOpengl(int width, int height);
 void ReSizeGLScene(int width, int height);
@@ -28,10 +70,7 @@ void drawCube();
 void kuvaNelio(float x1, float y1, float x2, float y2, float z, bool kuvaAlasPain = false);
 void drawTri();
 
-// Pieces of the frame drawing (scene.cpp) that the objective modes draw with.
 // Models standing on the field (frame corners, flowers, mushrooms): the GL state
 // they are drawn in, and one model of list_int at (x, y) at a scale.
 void valmisteleMallit();
 void piirraKenttaMalli(int lista, float x, float y, float koko);
-// The team score panel of the objective modes, under the given title.
-void piirraPistetaulu(const char* otsikko);

@@ -15,6 +15,7 @@
 #include "Sets.h"
 #include "Teksti.h"
 #include "audio.h"
+#include "glapi.h"
 
 LippuPiste lippu[lippuRiveja][lippuSarakkeita];
 
@@ -99,7 +100,7 @@ float satunnainen() {
 
 void alustaTahdet() {
   for (IntroTahti& t : tahdet) t = {satunnainen() * 2 - 1, satunnainen() * 2 - 1, 0.3f + 0.7f * satunnainen(),
-                                    satunnainen() * 6.28f};
+                                    satunnainen() * float(2 * piirronPii)};
 }
 
 // The flag's own picture: a deep blue field, a gold band edged in red and a white

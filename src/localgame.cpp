@@ -151,7 +151,7 @@ void drawOnePlayerGameMenu(int selected) {
   if (kenttaPelattu)
     piirraMaailma();
   else
-    piirraTaustakuva(texture[29]);
+    piirraTaustakuva(texture[tx::blueNebula]);
   tummennaRuutu(0.6f);
   valikonNakyma(tekstiX - 1, valikonOikeaReuna);
   glEnable(GL_TEXTURE_2D);

@@ -31,7 +31,6 @@
 #include "chat.h"
 #include "ctf.h"
 #include "glapi.h"
-#include "localgame.h"
 #include "nethelp.h"
 #include "netpeli.h"
 #include "peliloppu.h"
@@ -58,7 +57,6 @@ int playerslots = 16;
 int hosteja = 1;
 int timeoutaika = 250;
 Uint32 timeouttarkistettu = 0;
-bool juuriluettu = false;
 
 TCPsocket joinsoketti = nullptr;
 int joinaavia = 1;
@@ -618,7 +616,6 @@ void lueKlientilta(int c) {
   Yhteys& y = yhteys[c];
   const int kaytetty = hostNetKasittele(c, y.saapuneet, y.saapuneita);
   if (tcpsoketit[c]) kuluta(c, kaytetty);
-  juuriluettu = true;
 }
 
 void lahetaOmat(int c) {

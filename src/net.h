@@ -76,7 +76,6 @@ extern int playerslots;
 extern int hosteja;
 extern int timeoutaika;
 extern Uint32 timeouttarkistettu;
-extern bool juuriluettu;
 
 // Client side.
 extern TCPsocket joinsoketti;

@@ -7,7 +7,6 @@
 #include "Main.h"
 #include "Player.h"
 #include "audio.h"
-#include "localgame.h"
 #include "net.h"
 #include "netpeli.h"
 #include "peliloppu.h"

@@ -675,13 +675,14 @@ void nollaaOttelu(int tila, bool krediitit, bool valinta, float pisteet) {
 
 // --- The world step ----------------------------------------------------------
 
-// The same step runs in a local game, on a host and on a client. A client (paattaa()
-// false) skips whole stages: tietokonePilotit, planeetat, kuolemaAjastimet, elvytykset
-// and tavoitteet; within the others it skips each decision (shots against shots, damage
-// to asteroids, a death's debris and resurrection, respawn requests), which arrive from
-// the host, and only it runs asiakkaanRajahdykset. pistepelinAlku and a local respawn in
-// uudestaanSyntymat may open the ship choice (valitseAlus), a screen with a loop of its
-// own that returns once the player has chosen.
+// The same step runs in a local game, on a host and on a client. A client (joinpeli,
+// paattaa() false) skips six whole stages: tietokonePilotit, planeetat, pistepelinAlku,
+// kuolemaAjastimet, elvytykset and tavoitteet; within the others it skips each
+// decision (shots against shots, damage to asteroids, a death's debris, respawn requests),
+// which arrive from the host, and only a client runs asiakkaanRajahdykset. Two stages may
+// open the ship choice (valitseAlus, a screen with a loop of its own that returns once the
+// player has chosen): pistepelinAlku at the start of a local credit match, and
+// uudestaanSyntymat when a local ship is replaced.
 void calculateFrame(int frame) {
   asetaValo();
   laskeKameranKeskipiste();
@@ -736,12 +737,11 @@ void laskePikkumiehet() {
 
 static float xrot, yrot, zrot;  // the planet's spin, degrees
 
-static const float kentanZ = -35.0f;
-static const double asteRadiaaneina = M_PI / 180.0;
+static const double asteRadiaaneina = piirronPii / 180.0;
 
 int printedAsInt(double value) {
-  // A 32-bit printf("%d") given a double reads its low word: that is what the
-  // panels have always shown, so it is reproduced on every target.
+  // A 32-bit printf("%d") given a double reads its low word. The panels show that
+  // number, and the same on every target, so it is computed here rather than printed.
   uint64_t bits;
   std::memcpy(&bits, &value, sizeof bits);
   return static_cast<int32_t>(static_cast<uint32_t>(bits & 0xffffffffu));
@@ -900,7 +900,7 @@ static void piirraGalaksi(GLuint tekstuuri, float x, float y, float puolikas) {
 
 static void piirraTahdet() {
   const Kasvot suoraan = tasossa(0);
-  glBindTexture(GL_TEXTURE_2D, texture[18]);
+  glBindTexture(GL_TEXTURE_2D, texture[tx::lightFlare]);
   for (const Star& s : star) {
     era.vari(s.r, s.g, s.b, 1);
     nelio(suoraan, s.x, s.y, s.z + kentanZ, s.koko);
@@ -914,8 +914,8 @@ void piirraTausta() {
   glPushAttrib(GL_ENABLE_BIT | GL_CURRENT_BIT | GL_TEXTURE_BIT);
   glDisable(GL_LIGHTING);
   glEnable(GL_TEXTURE_2D);
-  if (sets.detail > 1) piirraGalaksi(texture[23], 272, -60, 12);
-  piirraGalaksi(texture[26], -112, -40, 8);
+  if (sets.detail > 1) piirraGalaksi(texture[tx::blueGalaxy], 272, -60, 12);
+  piirraGalaksi(texture[tx::pinkGalaxy], -112, -40, 8);
   piirraTahdet();
   glPopAttrib();
 }
@@ -972,22 +972,6 @@ static const ReunanJakso reunanJaksot[4] = {
     {0, 12, 21, 0, 1, 0, 0.05f, -0.05f, 0},
 };
 
-void valmisteleMallit() {
-  glEnable(GL_DEPTH_TEST);
-  glEnable(GL_LIGHTING);
-  glDisable(GL_BLEND);
-  glDisable(GL_TEXTURE_2D);
-}
-
-void piirraKenttaMalli(int lista, float x, float y, float koko) {
-  glPushMatrix();
-  glTranslatef(x, y, kentanZ);
-  glScalef(koko, koko, koko);
-  glRotatef(90, 1, 0, 0);  // the models stand up along their y axis
-  glCallList(list_int[lista]);
-  glPopMatrix();
-}
-
 static void piirraKulmaMalli(float x, float y, int lista) {
   glPushAttrib(GL_ENABLE_BIT);
   valmisteleMallit();
@@ -1009,7 +993,7 @@ void piirraKentanReuna() {
   glEnable(GL_TEXTURE_2D);
   glEnable(GL_BLEND);
   glBlendFunc(GL_ONE, GL_ONE);
-  glBindTexture(GL_TEXTURE_2D, texture[18]);
+  glBindTexture(GL_TEXTURE_2D, texture[tx::lightFlare]);
   for (const ReunanJakso& j : reunanJaksot) {
     for (int i = 1; i < 20; ++i) {
       era.vari(j.r0 + j.r1 * i, j.g0 + j.g1 * i, j.b0 + j.b1 * i, 0.8f);
@@ -1031,7 +1015,7 @@ static void piirraTavoitteet() {
 }
 
 static void piirraSirpaleetTekstuurilla(const Kasvot& kasvot, bool nelioina) {
-  glBindTexture(GL_TEXTURE_2D, texture[nelioina ? 15 : 18]);
+  glBindTexture(GL_TEXTURE_2D, texture[nelioina ? tx::whiteSquare : tx::lightFlare]);
   for (int i = 0; i < kaytossaSirpaleita(); ++i) {
     const Sirpale& s = sirpale[i];
     if (s.aika <= 0 || (s.muoto == 10) != nelioina) continue;
@@ -1045,7 +1029,7 @@ static void piirraSirpaleetTekstuurilla(const Kasvot& kasvot, bool nelioina) {
 // Explosion debris, fading as it ages. With additive blending the order does
 // not show, so each texture is drawn in one batch.
 void piirraSirpaleet() {
-  aloitaHiukkaset(texture[18], GL_ONE);
+  aloitaHiukkaset(texture[tx::lightFlare], GL_ONE);
   const Kasvot kasvot = kameranKasvot();
   piirraSirpaleetTekstuurilla(kasvot, false);
   piirraSirpaleetTekstuurilla(kasvot, true);
@@ -1126,22 +1110,6 @@ void piirraMerkit() {
   lopetaRuutupiirto();
 }
 
-// Player panels and the objective score, on a plane in front of the camera.
-void piirraHud() {
-  glEnable(GL_BLEND);
-  glBlendFunc(GL_SRC_COLOR, GL_ONE_MINUS_SRC_ALPHA);
-  glEnable(GL_TEXTURE_2D);
-  glDisable(GL_LIGHTING);
-  glDisable(GL_DEPTH_TEST);
-  glMatrixMode(GL_MODELVIEW);
-  glLoadIdentity();
-  glTranslatef(0, 0, -30);
-  for (int i = 0; i < pelaajia(); ++i) player[i].piirraGraffat();
-  if (gamemode == 2) piirraDGraffat();
-  else if (gamemode == 3) piirraCGraffat();
-  else if (gamemode == 4) piirraSGraffat();
-}
-
 void piirraMaailma() {
   glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);
   asetaKameraJaValo();
@@ -1179,22 +1147,22 @@ static const int piikkiVyohykkeita = 6;
 
 static int laskePiikit(Piikki* piikit) {
   const double lakki = 0.5 * 4.0 / std::sqrt(double(piikkeja));
-  const double vyo = (M_PI - 2 * lakki) / piikkiVyohykkeita;
+  const double vyo = (piirronPii - 2 * lakki) / piikkiVyohykkeita;
   int maara = 0;
   double kertyma = 0;
   // Band 0 and band 7 are the caps; each band's share follows its area.
   for (int v = 0; v < piikkiVyohykkeita + 2; ++v) {
     const double yla = v == 0 ? 0 : lakki + (v - 1) * vyo;
-    const double ala = v == 0 ? lakki : v == piikkiVyohykkeita + 1 ? M_PI : yla + vyo;
+    const double ala = v == 0 ? lakki : v == piikkiVyohykkeita + 1 ? piirronPii : yla + vyo;
     const double osuus = piikkeja * (std::cos(yla) - std::cos(ala)) / 2;
     const int ennen = int(std::lround(kertyma));
     kertyma += osuus;
     const int tassa = int(std::lround(kertyma)) - ennen;
     const bool napa = v == 0 || v == piikkiVyohykkeita + 1;
-    const double keski = napa ? (v == 0 ? 0 : M_PI) : (yla + ala) / 2;
+    const double keski = napa ? (v == 0 ? 0 : piirronPii) : (yla + ala) / 2;
     for (int k = 0; k < tassa && maara < piikkeja + 2; ++k) {
       const double siirto = (v % 2) * 0.5;
-      piikit[maara++] = {float(keski * 180 / M_PI), float((k + siirto) * 360.0 / tassa)};
+      piikit[maara++] = {float(keski * 180 / piirronPii), float((k + siirto) * 360.0 / tassa)};
     }
   }
   return maara;
@@ -1242,7 +1210,7 @@ void piirraAsteroidit() {
   glEnable(GL_TEXTURE_2D);
   glEnable(GL_DEPTH_TEST);
   glDisable(GL_BLEND);
-  glBindTexture(GL_TEXTURE_2D, texture[39]);
+  glBindTexture(GL_TEXTURE_2D, texture[tx::asteroidSkin]);
   glColor4f(1, 1, 1, 1);
   for (const Pati& a : asteroidi) {
     glPushMatrix();
@@ -1264,7 +1232,7 @@ void piirraPikkumiehet() {
   glEnable(GL_BLEND);
   glBlendFunc(GL_ONE, GL_ONE);
   glEnable(GL_TEXTURE_2D);
-  glBindTexture(GL_TEXTURE_2D, texture[16]);
+  glBindTexture(GL_TEXTURE_2D, texture[tx::littleMan]);
   glColor4f(1, 1, 1, 1);
   glBegin(GL_QUADS);
   glNormal3f(0, 0, 1);
@@ -1432,7 +1400,7 @@ static void piirraPulssi(const Player& p, const Kasvot& kasvot) {
   const float sade = float(p.alus.epatisade) * kulunut / kesto, hiipuu = 1 - kulunut / kesto;
   era.vari(1 * hiipuu, 0.9f * hiipuu, 0.6f * hiipuu, 1);
   for (int k = 0; k < 32; ++k) {
-    const double a = k * 2 * M_PI / 32;
+    const double a = k * 2 * piirronPii / 32;
     nelio(kasvot, p.x + float(std::cos(a)) * sade, p.y + float(std::sin(a)) * sade, kentanZ, 1.2f);
   }
 }
@@ -1453,13 +1421,13 @@ static void piirraErikoisTila(const Player& p, const Kasvot& kasvot) {
 
 void Player::piirraePadit() {
   const int laji = alus.easelaji;
-  aloitaHiukkaset(alus.epatitexture != 0 ? alus.epatitexture : texture[18], GL_ONE);
+  aloitaHiukkaset(alus.epatitexture != 0 ? alus.epatitexture : texture[tx::lightFlare], GL_ONE);
   const Kasvot kasvot = kameranKasvot();
   const int maara = epati ? kaytossa(alus.maxepadit, maksimiepadit) : 0;
   for (int i = 0; i < maara; ++i)
     if (epati[i].aika > 0) piirraErikoinen(laji, epati[i], alus, kasvot);
   era.piirra();
-  glBindTexture(GL_TEXTURE_2D, texture[18]);  // the ship's own effects glow
+  glBindTexture(GL_TEXTURE_2D, texture[tx::lightFlare]);  // the ship's own effects glow
   piirraErikoisTila(*this, kasvot);
   era.piirra();
   lopetaHiukkaset();
@@ -1468,7 +1436,7 @@ void Player::piirraePadit() {
 // Slime sticks to the hull and turns with it.
 void Player::piirraLimat() {
   if (lima == nullptr) return;
-  aloitaHiukkaset(texture[18], GL_ONE);
+  aloitaHiukkaset(texture[tx::lightFlare], GL_ONE);
   era.vari(0.1f, 0.7f, 0.1f, 1.0f);
   glPushMatrix();
   glTranslatef(x, y, kentanZ);
@@ -1492,7 +1460,7 @@ static void piirraSavut(const Kaasujalki* jalki, float puolikas) {
 void Player::piirraKaasujaljet() {
   const int tyyppi = alus.numero;
   if (tyyppi == 16 || tyyppi == 22 || kaasujalki == nullptr) return;
-  aloitaHiukkaset(texture[18], GL_SRC_ALPHA);
+  aloitaHiukkaset(texture[tx::lightFlare], GL_SRC_ALPHA);
   const float puolikas = float(2 * alus.jalkikoko);
   piirraSavut(kaasujalki, puolikas);
   if ((tyyppi == 4 || tyyppi == 23) && kaasujalki2 != nullptr) piirraSavut(kaasujalki2, puolikas);
@@ -1530,7 +1498,7 @@ void Player::piirraAlkuSirpaleet() {
   glDisable(GL_DEPTH_TEST);
   glEnable(GL_BLEND);
   glBlendFunc(GL_SRC_ALPHA, GL_ONE);
-  glBindTexture(GL_TEXTURE_2D, texture[18]);
+  glBindTexture(GL_TEXTURE_2D, texture[tx::lightFlare]);
   const Kasvot suoraan = tasossa(0);
   for (int i = 0; i < alkusirpaleMaara; ++i) {
     const Sirpale& s = alkusirpale[i];
@@ -1550,7 +1518,7 @@ static const float paneelinPaikat[10][2] = {
 };
 
 static void paneelinPaikka(int n, float& px, float& py) {
-  if (players <= 10) {
+  if (pelaajia() <= 10) {
     const int k = n >= 0 && n < 10 ? n : 0;
     px = paneelinPaikat[k][0];
     py = paneelinPaikat[k][1];
@@ -1617,7 +1585,7 @@ void Player::piirraGraffat() {
 }
 
 // The score panel of the objective modes, one entry per team in slot order.
-void piirraPistetaulu(const char* otsikko) {
+static void piirraPistetaulu(const char* otsikko) {
   glPushMatrix();
   glEnable(GL_BLEND);
   glBlendFunc(GL_ONE, GL_ONE);
@@ -1644,6 +1612,26 @@ void piirraPistetaulu(const char* otsikko) {
     if (tiimeja == 5 || tiimeja == 10) glTranslatef(-17.5f, -1.2f, 0);
   }
   glPopMatrix();
+}
+
+static void piirraCGraffat() { piirraPistetaulu("capture the flower score"); }
+static void piirraDGraffat() { piirraPistetaulu("domination score"); }
+static void piirraSGraffat() { piirraPistetaulu("mushroom score"); }
+
+// Player panels and the objective score, on a plane in front of the camera.
+void piirraHud() {
+  glEnable(GL_BLEND);
+  glBlendFunc(GL_SRC_COLOR, GL_ONE_MINUS_SRC_ALPHA);
+  glEnable(GL_TEXTURE_2D);
+  glDisable(GL_LIGHTING);
+  glDisable(GL_DEPTH_TEST);
+  glMatrixMode(GL_MODELVIEW);
+  glLoadIdentity();
+  glTranslatef(0, 0, -30);
+  for (int i = 0; i < pelaajia(); ++i) player[i].piirraGraffat();
+  if (gamemode == 2) piirraDGraffat();
+  else if (gamemode == 3) piirraCGraffat();
+  else if (gamemode == 4) piirraSGraffat();
 }
 
 // Standings: while Tab is held the match shows every player's real numbers,
@@ -1869,7 +1857,7 @@ void valitseAlus(int pelaaja) {
     return;
   }
   const bool tietokone = !p.ihmispelaaja;
-  const bool naytetaan = !tietokone || players < aiNaytonPelaajaraja;
+  const bool naytetaan = !tietokone || pelaajia() < aiNaytonPelaajaraja;
   TietokoneenValinta ai(tietokone ? tietokoneenKohde(pelaaja) : 0);
   unohdaValintanapit(p);
   int kursori = 0;
@@ -2035,7 +2023,7 @@ void piirraValittuAlus(Player& p, int kursori) {
 void drawAlusValinta(int pelaaja, int kursori, int sekunteja) {
   Player& p = player[pelaaja];
   glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);
-  piirraTaustakuva(texture[30]);
+  piirraTaustakuva(texture[tx::redNebula]);
   tummennaRuutu(0.55f);
   valikonNakyma(-22, 22);
   glEnable(GL_TEXTURE_2D);

@@ -74,6 +74,43 @@ void piirraPikkumiehet();
 // seconds left to choose (none when negative).
 void valitseAlus(int pelaaja);
 void drawAlusValinta(int pelaaja, int kursori, int sekunteja = -1);
+// The steps of valitseAlus, which the networked ship choice shares.
+const int satunnainenKohta = 24;  // the cursor entry that stands for a random ship
+// The README's ship guide, which the choice screen shows under a ship's figures:
+// its strengths, its primary weapon and its special weapon.
+const int alusoppaanRiveja = 3;
+extern const char* const alusopas[alustyyppeja][alusoppaanRiveja];
+// The world step's ship draw for games without credits (0..23).
+int satunnainenAlusnumero();
+// One pass of player p's keys: palas/pleft move +1, pylos/pright -1 (wrapping over
+// 0..24), pfire or Enter confirm (true). Each flag it acts on is cleared.
+bool alusvalinnanSyote(Player& p, int& kursori);
+// The one rule of what a player can afford: its credits cover the ship's price.
+bool onVaraa(const Player& p, int alusnumero);
+double halvinAlus();  // the price of the cheapest ship
+// An affordable ship drawn at random, -1 when even the cheapest is too dear.
+int ostettavaSatunnainen(const Player& p);
+// The ship the entry under the cursor gives player `pelaaja` (the random entry draws
+// an affordable one); a ship the player cannot afford moves the cursor to ship 2
+// instead and gives -1.
+int valinnanAlus(int pelaaja, int& kursori);
+// Buys valinnanAlus's ship and returns true, or returns false with the cursor moved.
+bool ostaValinta(int pelaaja, int& kursori);
+// Forgets the keys a choice screen read, so that they act neither on it nor after it.
+void unohdaValintanapit(Player& p);
+// The computer pilot's target: a ship number, or -1 for the random entry. The
+// player must afford the cheapest ship (valitseAlus sees to that).
+int tietokoneenKohde(int pelaaja);
+
+// The computer pilot pressing its own keys on the choice screen.
+struct TietokoneenValinta {
+  int painalluksia;  // cursor steps still to make: +1 each, or -1 for one step back
+  int odotus;        // frame ticks until the next key
+  explicit TietokoneenValinta(int kohde);
+  // Presses at most one key of p once `kuluneet` ticks have passed; with `heti`
+  // it does not wait at all.
+  void paina(Player& p, int kuluneet, bool heti);
+};
 
 // A dead ship's timer stands at this value when its replacement is decided; a host
 // holds it there until the ship has been given.

@@ -61,5 +61,3 @@ void piirraSPisteet() {
   glColor4f(1, 1, 1, 1);
   for (int i = 0; i < spisteita; ++i) piirraKenttaMalli(23, spiste[i].x, spiste[i].y, 5);
 }
-
-void piirraSGraffat() { piirraPistetaulu("mushroom score"); }

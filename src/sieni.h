@@ -14,4 +14,3 @@ extern float skuolemapisteet;
 void alustaSPisteet();
 void laskeSPisteet();
 void piirraSPisteet();
-void piirraSGraffat();

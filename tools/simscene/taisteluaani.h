@@ -80,7 +80,7 @@ inline void asetaTaistelu(unsigned siemen) {
   sets.ai = aiTasoja - 1;
   aiAlusta();
   for (int i = 0; i < maxPlayers; ++i) {
-    const float kulma = i * 22.5f * 3.1415927f / 180;
+    const float kulma = i * 22.5f * saannot::pii / 180;
     simscene::laita(i, (i * 5) % alustyyppeja, std::cos(kulma) * 110, std::sin(kulma) * 90, i * 22.5f + 180)
         .ihmispelaaja = false;
   }
