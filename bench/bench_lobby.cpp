@@ -7,10 +7,10 @@
 #include <cstdio>
 #include <string>
 
+#include "../tests/verkkoapu.h"
 #include "Main.h"
 #include "chat.h"
 #include "net.h"
-#include "../tests/verkkoapu.h"
 
 namespace {
 
@@ -19,7 +19,6 @@ TCPsocket asiakas[asiakkaita];
 std::string saatu[asiakkaita];
 SDLNet_SocketSet asiakkaat = nullptr;
 std::chrono::steady_clock::time_point elossa;
-
 
 void aulaKierros() {
   paivitaPelaajat();

@@ -7,14 +7,14 @@
 #include <chrono>
 #include <vector>
 
-#include "simscene.h"
 #include "ai.h"
 #include "netpeli.h"
+#include "simscene.h"
 
 namespace {
 
-const int k = 2;                // a FRAME every second calculated frame
-const int sekunti = 100;        // calculated frames per second
+const int k = 2;          // a FRAME every second calculated frame
+const int sekunti = 100;  // calculated frames per second
 unsigned char puskuri[maxFrameViesti];
 
 void taistelu(int taso) {

@@ -15,6 +15,7 @@
 #include <string>
 #include <vector>
 
+#include "../tests/verkkoapu.h"
 #include "Main.h"
 #include "Sets.h"
 #include "ai.h"
@@ -24,7 +25,6 @@
 #include "peliloppu.h"
 #include "scene.h"
 #include "simscene.h"
-#include "../tests/verkkoapu.h"
 
 namespace {
 

@@ -3,8 +3,8 @@
 // its world step reached each frame. The difference, in calculated frames, is the
 // FRAME interval, the transport and the client's playout delay together. Also what the
 // client sends back per second, its player's keys as busy as a computer pilot's.
-#include <benchmark/benchmark.h>
 #include <SDL/SDL.h>
+#include <benchmark/benchmark.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -13,6 +13,7 @@
 #include <map>
 #include <vector>
 
+#include "../tests/verkkoapu.h"
 #include "Main.h"
 #include "Sets.h"
 #include "localgame.h"
@@ -20,7 +21,6 @@
 #include "netpeli.h"
 #include "peliloppu.h"
 #include "simscene.h"
-#include "../tests/verkkoapu.h"
 
 namespace {
 

@@ -4,9 +4,9 @@
 #include <cmath>
 #include <cstdlib>
 
-#include "simscene.h"
 #include "ai.h"
 #include "ctf.h"
+#include "simscene.h"
 
 namespace {
 
@@ -20,7 +20,8 @@ void tyhjaMaailma(int pelaajia) {
 void kehalle(int pelaajia, const int* tyypit, int tyyppeja) {
   for (int i = 0; i < pelaajia; ++i) {
     const float kulma = i * 2 * saannot::pii / pelaajia;
-    simscene::laita(i, tyypit[i % tyyppeja], std::cos(kulma) * 120, std::sin(kulma) * 90, i * 360.0f / pelaajia + 180);
+    simscene::laita(i, tyypit[i % tyyppeja], std::cos(kulma) * 120, std::sin(kulma) * 90,
+                    i * 360.0f / pelaajia + 180);
     player[i].ihmispelaaja = true;
   }
 }

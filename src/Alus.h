@@ -4,7 +4,7 @@
 class Sound;
 
 class Alus {
-public:
+ public:
   double patienergia;   // energy of one primary projectile
   double epatienergia;  // energy of one special projectile
   Sound* ampumisaani;   // primary fire

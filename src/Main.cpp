@@ -310,15 +310,28 @@ struct Nappain {
   const char* nimi;
 };
 const Nappain playerKeys[4][6] = {
-    {{SDLK_UP, "Up arrow"}, {SDLK_DOWN, "Down arrow"}, {SDLK_LEFT, "Left arrow"}, {SDLK_RIGHT, "Right arrow"},
-     {SDLK_RSHIFT, "right Shift"}, {SDLK_RCTRL, "right Ctrl"}},
-    {{SDLK_w, "W"}, {SDLK_s, "S"}, {SDLK_a, "A"}, {SDLK_d, "D"}, {SDLK_LSHIFT, "left Shift"}, {SDLK_LCTRL, "left Ctrl"}},
+    {{SDLK_UP, "Up arrow"},
+     {SDLK_DOWN, "Down arrow"},
+     {SDLK_LEFT, "Left arrow"},
+     {SDLK_RIGHT, "Right arrow"},
+     {SDLK_RSHIFT, "right Shift"},
+     {SDLK_RCTRL, "right Ctrl"}},
+    {{SDLK_w, "W"},
+     {SDLK_s, "S"},
+     {SDLK_a, "A"},
+     {SDLK_d, "D"},
+     {SDLK_LSHIFT, "left Shift"},
+     {SDLK_LCTRL, "left Ctrl"}},
     {{SDLK_i, "I"}, {SDLK_k, "K"}, {SDLK_j, "J"}, {SDLK_l, "L"}, {SDLK_b, "B"}, {SDLK_n, "N"}},
-    {{SDLK_KP8, "keypad 8"}, {SDLK_KP5, "keypad 5"}, {SDLK_KP4, "keypad 4"}, {SDLK_KP6, "keypad 6"},
-     {SDLK_KP0, "keypad 0"}, {SDLK_KP_PERIOD, "keypad period"}},
+    {{SDLK_KP8, "keypad 8"},
+     {SDLK_KP5, "keypad 5"},
+     {SDLK_KP4, "keypad 4"},
+     {SDLK_KP6, "keypad 6"},
+     {SDLK_KP0, "keypad 0"},
+     {SDLK_KP_PERIOD, "keypad period"}},
 };
-bool Player::* const controls[6] = {&Player::pylos, &Player::palas, &Player::pleft,
-                                    &Player::pright, &Player::pfire, &Player::pease};
+bool Player::*const controls[6] = {&Player::pylos,  &Player::palas, &Player::pleft,
+                                   &Player::pright, &Player::pfire, &Player::pease};
 
 // A player's key works only while that player exists; player 1's keys need no
 // count, and neither do the releases of left Shift and left Ctrl (harmless: releasing

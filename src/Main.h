@@ -27,8 +27,8 @@ extern int framecounter, oldframecounter, skipframes;
 extern int calculatedframes, drawedframes, framesdrawn;
 
 // Music.
-extern int count;       // music files found
-extern char** names;    // their paths
+extern int count;     // music files found
+extern char** names;  // their paths
 extern Sound* backgroundsong;
 extern int nykymusa;
 extern bool musiikkipaalla, efektitpaalla;

@@ -27,8 +27,8 @@ bool debugmode = false;
 namespace {
 
 // The title is kept with the entries but never drawn.
-const char* const otsikot[6] = {"main menu", "Local Game", "Host Multiplayer", "Join Multiplayer", "Settings",
-                                "Quit"};
+const char* const otsikot[6] = {"main menu",        "Local Game", "Host Multiplayer",
+                                "Join Multiplayer", "Settings",   "Quit"};
 const int kohtia = 5;
 
 // Where the cursor arrows sit: the right one just after each label.
@@ -222,8 +222,10 @@ void drawmenu(int item) {
 namespace {
 
 const int ohjaimia = 6;
-const char* const ohjaintenNimet[ohjaimia] = {"thrust", "reverse", "turn left", "turn right", "fire", "special"};
-const char* const yleisetNappaimet = "Enter: choose    Escape: back, or pause a match    Tab: standings    F1: keys";
+const char* const ohjaintenNimet[ohjaimia] = {"thrust",     "reverse", "turn left",
+                                              "turn right", "fire",    "special"};
+const char* const yleisetNappaimet =
+    "Enter: choose    Escape: back, or pause a match    Tab: standings    F1: keys";
 
 // The first four slots in use that a person plays, or player 1 alone (the menus
 // read its keys) when a person plays none of them.
@@ -344,16 +346,26 @@ const char* paalla(bool arvo) { return arvo ? "on" : "off"; }
 
 // --- The settings menu.
 
-const char* const asetustenNimet[asetuskohtia + 1] = {
-    "Resolution:", "Full Screen:",    "Players:", "Music:",       "Effects:",
-    "Credits:",    "Music Volume:",   "Effects Volume:", "Camera:", "Detail:",
-    "Player Setup", "Apply and Save Settings", "Apply, Save and Exit Menu", "Back to the Match"};
+const char* const asetustenNimet[asetuskohtia + 1] = {"Resolution:",
+                                                      "Full Screen:",
+                                                      "Players:",
+                                                      "Music:",
+                                                      "Effects:",
+                                                      "Credits:",
+                                                      "Music Volume:",
+                                                      "Effects Volume:",
+                                                      "Camera:",
+                                                      "Detail:",
+                                                      "Player Setup",
+                                                      "Apply and Save Settings",
+                                                      "Apply, Save and Exit Menu",
+                                                      "Back to the Match"};
 const char* const kameranNimet[2] = {"tilting", "top-down"};
 
-const Resoluutio tavallisetTilat[] = {{640, 480},   {800, 600},   {1024, 768},  {1152, 864},  {1280, 720},
-                                      {1280, 800},  {1280, 960},  {1280, 1024}, {1366, 768},  {1440, 900},
-                                      {1600, 900},  {1600, 1200}, {1680, 1050}, {1920, 1080}, {1920, 1200},
-                                      {2560, 1440}};
+const Resoluutio tavallisetTilat[] = {{640, 480},   {800, 600},   {1024, 768},  {1152, 864},
+                                      {1280, 720},  {1280, 800},  {1280, 960},  {1280, 1024},
+                                      {1366, 768},  {1440, 900},  {1600, 900},  {1600, 1200},
+                                      {1680, 1050}, {1920, 1080}, {1920, 1200}, {2560, 1440}};
 
 // The usual sizes, those the display offers for full screen (none larger than
 // its biggest), and the current one, in order.
@@ -484,7 +496,8 @@ void muutaPelaajaa(const Pelaajarivit& r, int kohta, int suunta) {
     if (suunta == 0)
       sets.ihminen[kohta] = !sets.ihminen[kohta];
     else
-      sets.team[kohta] = (std::clamp(sets.team[kohta], 0, joukkueita() - 1) + suunta + joukkueita()) % joukkueita();
+      sets.team[kohta] =
+          (std::clamp(sets.team[kohta], 0, joukkueita() - 1) + suunta + joukkueita()) % joukkueita();
   } else if (kohta == r.aiKohde()) {
     sets.aikohteet = !sets.aikohteet;
   } else if (kohta == r.aiTaso()) {
@@ -526,7 +539,8 @@ void piirraPelaajaMenu(const Pelaajarivit& r, int valittu) {
   for (int k = 0; k < 3; ++k) {
     const int kohta = r.pelaajia + k;
     piirraRivi(riviX, r.lisaY(kohta), nimet[k], arvot[k], arvoX);
-    if (kohta == valittu) loppu = arvot[k] ? tekstinLoppu(arvoX, arvot[k], riviKoko) : tekstinLoppu(riviX, nimet[k], riviKoko);
+    if (kohta == valittu)
+      loppu = arvot[k] ? tekstinLoppu(arvoX, arvot[k], riviKoko) : tekstinLoppu(riviX, nimet[k], riviKoko);
   }
   piirraAlarivi("Enter: human or computer     left, right: team or skill");
   const bool rivilla = valittu < r.pelaajia;
@@ -589,7 +603,8 @@ void piirraAsetukset(const char* otsikko, const int* rivit, int n, int valittu, 
     asetuksenArvo(a, rivit[i], arvo, sizeof arvo);
     const bool onArvo = arvo[0] != 0;
     piirraRivi(riviX, riviY(i), nimi, onArvo ? arvo : nullptr, arvoX);
-    if (i == valittu) valitunLoppu = onArvo ? tekstinLoppu(arvoX, arvo, riviKoko) : tekstinLoppu(riviX, nimi, riviKoko);
+    if (i == valittu)
+      valitunLoppu = onArvo ? tekstinLoppu(arvoX, arvo, riviKoko) : tekstinLoppu(riviX, nimi, riviKoko);
   }
   piirraAlarivi(ohje);
   piirraKursori(riviX, valitunLoppu, riviY(valittu));
@@ -629,7 +644,8 @@ void asetusmenu() {
     if (const int suunta = sivusuunta()) muutaAsetusta(luonnos, kohta, suunta);
     if (valikonSyote(kohta, aTallennaJaPoistu)) {
       if (kohta == aPelaajaAsetukset) {
-        ilmoitus = playerMenu(luonnos.pelaajia) ? "player setup saved" : "could not save the settings to sets.txt";
+        ilmoitus =
+            playerMenu(luonnos.pelaajia) ? "player setup saved" : "could not save the settings to sets.txt";
       } else if (kohta >= aTallenna) {
         ilmoitus = otaKayttoon(luonnos);
         if (kohta == aTallennaJaPoistu) break;

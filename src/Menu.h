@@ -1,8 +1,8 @@
 // The main menu, the settings menu and the player set-up screen.
 #pragma once
 
-extern float nuolirot;   // spin of the cursor arrows, shared by the menus
-extern bool saavalita;   // players may choose their ship
+extern float nuolirot;  // spin of the cursor arrows, shared by the menus
+extern bool saavalita;  // players may choose their ship
 extern bool debugmode;
 
 void mainmenu();
@@ -48,19 +48,21 @@ void lopetaValikonKuva();
 
 // Holding left or right keeps changing a value while a settings screen is open.
 class NappainToisto {
-public:
+ public:
   NappainToisto();
   ~NappainToisto();
   NappainToisto(const NappainToisto&) = delete;
   NappainToisto& operator=(const NappainToisto&) = delete;
 
-private:
+ private:
   int viive_ = 0, vali_ = 0;
 };
 
 struct Resoluutio {
   int leveys, korkeus;
-  bool operator<(const Resoluutio& o) const { return leveys != o.leveys ? leveys < o.leveys : korkeus < o.korkeus; }
+  bool operator<(const Resoluutio& o) const {
+    return leveys != o.leveys ? leveys < o.leveys : korkeus < o.korkeus;
+  }
   bool operator==(const Resoluutio& o) const { return leveys == o.leveys && korkeus == o.korkeus; }
 };
 
@@ -78,8 +80,20 @@ struct Asetusluonnos {
 
 // The rows in the settings menu's order; the last one only a running match shows.
 enum Asetuskohta {
-  aResoluutio, aKokoruutu, aPelaajat, aMusiikki, aEfektit, aKrediitit, aMusiikkivoimakkuus,
-  aEfektivoimakkuus, aKamera, aTarkkuus, aPelaajaAsetukset, aTallenna, aTallennaJaPoistu, asetuskohtia,
+  aResoluutio,
+  aKokoruutu,
+  aPelaajat,
+  aMusiikki,
+  aEfektit,
+  aKrediitit,
+  aMusiikkivoimakkuus,
+  aEfektivoimakkuus,
+  aKamera,
+  aTarkkuus,
+  aPelaajaAsetukset,
+  aTallenna,
+  aTallennaJaPoistu,
+  asetuskohtia,
   aOtteluun = asetuskohtia  // "Back to the Match"
 };
 

@@ -174,17 +174,60 @@ void varaaRuudukot();
 // ==== Life cycle ===================================================================
 
 Player::Player()
-    : ampumisaani(nullptr), osumisaani(nullptr), eampumisaani(nullptr), eosumisaani(nullptr),
-      uusx(0), uusy(0), teleportattu(false), propelli(0), ampumispuoli(0), viivat(nullptr),
-      pisteet(0), x(0), y(0), kulma(0), xvauhti(0), yvauhti(0), alpha(1), asekulma(0),
-      energia(0), fuel(0), kaasujalkiaika(0), pylos(false), palas(false), pleft(false),
-      pright(false), pfire(false), pease(false), numero(0), ampumisviive(0), limacount(0),
-      pati(nullptr), epati(nullptr), lima(nullptr), alkusirpale(nullptr),
-      kaasujalki(new Kaasujalki[kaasujalkia]()), kaasujalki2(new Kaasujalki[kaasujalkia]()),
-      suojapaalla(false), easekesto(0), easeviive(0), laseraani(false), kuolema(0),
-      ampumisjuttu(0), fcounter(0), xhanta{}, yhanta{}, kulmahanta{}, ihmispelaaja(false),
-      tiimi(0), kaasu(false), joinease(false), joinase(false), joinleft(false),
-      joinright(false), alkusirpaleMaara(0) {
+    : ampumisaani(nullptr),
+      osumisaani(nullptr),
+      eampumisaani(nullptr),
+      eosumisaani(nullptr),
+      uusx(0),
+      uusy(0),
+      teleportattu(false),
+      propelli(0),
+      ampumispuoli(0),
+      viivat(nullptr),
+      pisteet(0),
+      x(0),
+      y(0),
+      kulma(0),
+      xvauhti(0),
+      yvauhti(0),
+      alpha(1),
+      asekulma(0),
+      energia(0),
+      fuel(0),
+      kaasujalkiaika(0),
+      pylos(false),
+      palas(false),
+      pleft(false),
+      pright(false),
+      pfire(false),
+      pease(false),
+      numero(0),
+      ampumisviive(0),
+      limacount(0),
+      pati(nullptr),
+      epati(nullptr),
+      lima(nullptr),
+      alkusirpale(nullptr),
+      kaasujalki(new Kaasujalki[kaasujalkia]()),
+      kaasujalki2(new Kaasujalki[kaasujalkia]()),
+      suojapaalla(false),
+      easekesto(0),
+      easeviive(0),
+      laseraani(false),
+      kuolema(0),
+      ampumisjuttu(0),
+      fcounter(0),
+      xhanta{},
+      yhanta{},
+      kulmahanta{},
+      ihmispelaaja(false),
+      tiimi(0),
+      kaasu(false),
+      joinease(false),
+      joinase(false),
+      joinleft(false),
+      joinright(false),
+      alkusirpaleMaara(0) {
   numero = std::max(0, indeksi(this));
   while (std::sqrt(x * x + y * y) < 15) {
     x = (float)(random(320) - 160);
@@ -250,7 +293,6 @@ void Player::unohdaOttelu() {
   ampumisjuttu = 0;
   kaasu = joinease = joinase = joinleft = joinright = false;
 }
-
 
 // ==== Flight =======================================================================
 
@@ -348,8 +390,7 @@ void savua(Player& p) {
 }
 
 bool kaasuttaa(const Player& p) {
-  return napit(p).kaasu || (p.alus.numero == 15 && p.suojapaalla) ||
-         p.alus.numero == 18;
+  return napit(p).kaasu || (p.alus.numero == 15 && p.suojapaalla) || p.alus.numero == 18;
 }
 
 void pakokaasua(Player& p) {
@@ -465,8 +506,7 @@ void kaanny(Player& p, double s) {
 void tankkaa(Player& p) {
   if (p.fuel >= p.alus.fuel) return;
   if (p.alus.aselaji == 13 && patiRaja(p) > 0 && p.pati[0].aika >= 1) return;
-  const double lisa = (p.alus.aselaji == 11 && p.suojapaalla) ? p.alus.tankkaus / 8
-                                                              : p.alus.tankkaus;
+  const double lisa = (p.alus.aselaji == 11 && p.suojapaalla) ? p.alus.tankkaus / 8 : p.alus.tankkaus;
   p.fuel = (float)(p.fuel + lisa);  // may overshoot the tank by less than one step
 }
 
@@ -517,8 +557,8 @@ void renkaanLaukaus(Player& p) {
 // and the ship was balanced with that.
 void terasisku(Player& p) {
   if (p.alus.numero != 19 || !(p.easeviive > 0) || p.ampumispuoli < 2) return;
-  const double d = p.easeviive < p.alus.easenopeus * 0.5 ? p.easeviive / 20.0
-                                                         : (p.alus.easenopeus - p.easeviive) / 20.0;
+  const double d =
+      p.easeviive < p.alus.easenopeus * 0.5 ? p.easeviive / 20.0 : (p.alus.easenopeus - p.easeviive) / 20.0;
   const double pituus = 2 * d + p.alus.sade;
   const double kx = p.x + std::cos((double)p.kulma) * pituus;
   const double ky = p.y + std::sin((double)p.kulma) * pituus;
@@ -610,7 +650,6 @@ void tonaise(Player& p, const Player& toinen, double kx, double ky, double impul
     p.yvauhti = (float)(p.yvauhti + ky * impulssi / p.alus.paino);
   }
 }
-
 
 }  // namespace
 
@@ -734,8 +773,7 @@ void kaksoistykki(Player& p) {  // type 0
 
 void vuorottelija(Player& p) {  // types 3 and 16
   const Tykki& t = tykki(p);
-  if (laukaisu(p))
-    laukaise(p, p.kulma + t.sivukulma * p.ampumispuoli, t.d, p.kulma, p.alus.patinopeus);
+  if (laukaisu(p)) laukaise(p, p.kulma + t.sivukulma * p.ampumispuoli, t.d, p.kulma, p.alus.patinopeus);
   p.ampumispuoli = -p.ampumispuoli;
 }
 
@@ -897,8 +935,7 @@ void sateenOsumat(Player& p, Piste alku, Piste loppu, double pituus, double vahi
     for (int j = 0; j < pelaajia(); ++j) {
       Player& t = player[j];
       if (&t == &p || !pelissa(t)) continue;
-      if (lahella(t.x, t.y, px, py, t.alus.sade * kosketus + 0.2))
-        t.energia = (float)(t.energia - vahinko);
+      if (lahella(t.x, t.y, px, py, t.alus.sade * kosketus + 0.2)) t.energia = (float)(t.energia - vahinko);
       const double rp = t.alus.patisade * kosketus + 0.2, re = t.alus.epatisade * kosketus + 0.2;
       for (int i = 0, n = patiRaja(t); i < n; ++i)
         if (t.pati[i].aika > 0 && lahella(t.pati[i].x, t.pati[i].y, px, py, rp))
@@ -1006,10 +1043,9 @@ void lataus(Player& p) {
 
 using Ase = void (*)(Player&);
 const Ase aseet[alustyyppeja] = {
-    kaksoistykki, tavallinen, tavallinen, vuorottelija, pommi,     tavallinen,
-    zap,          ohjus,      hajonta,    laser,        tavallinen, pari,
-    sivulaidat,   lataus,     ohjus,      miina,        vuorottelija, tavallinen,
-    zap,          kuumatykki, tavallinen, viuhka,       tavallinen, pomppija,
+    kaksoistykki, tavallinen, tavallinen, vuorottelija, pommi,      tavallinen, zap,        ohjus,
+    hajonta,      laser,      tavallinen, pari,         sivulaidat, lataus,     ohjus,      miina,
+    vuorottelija, tavallinen, zap,        kuumatykki,   tavallinen, viuhka,     tavallinen, pomppija,
 };
 
 }  // namespace
@@ -1028,12 +1064,10 @@ void liikuta(Pati& s) {
   s.y += s.yv;
 }
 
-
 void tyrkkaa(Player& k, const Pati& s, double potkasu) {
   k.xvauhti = (float)(k.xvauhti + s.xv * potkasu);
   k.yvauhti = (float)(k.yvauhti + s.yv * potkasu);
 }
-
 
 // Calls `osuma` for each ship in play that the shot touches, in index order.
 template <class Osuma>
@@ -1186,8 +1220,7 @@ void vaeltavaHaara(Player& o, int, Pati& s) {
   perusAskel(s, true);
   osumat(o, s, false, [&](Player& k) { tuplaOsuma(o, s, k, false); });
   const double vauhti = std::hypot(s.xv, s.yv);
-  const double suunta =
-      std::atan2(s.yv, s.xv) + ((int)random(2.0) == 1 ? 0.0349066 : -0.0349066);
+  const double suunta = std::atan2(s.yv, s.xv) + ((int)random(2.0) == 1 ? 0.0349066 : -0.0349066);
   s.xv = (float)(std::cos(suunta) * vauhti);
   s.yv = (float)(std::sin(suunta) * vauhti);
   s.kulma = (float)aste(suunta);
@@ -1333,10 +1366,9 @@ struct Laji {
 
 Laji laji(const Player& p, bool erikoiset) {
   if (erikoiset)
-    return {p.epati, epatiRaja(p), p.alus.epatisade, p.alus.epatihajottaa, p.alus.epatiVoiHajota,
+    return {p.epati,       epatiRaja(p), p.alus.epatisade, p.alus.epatihajottaa, p.alus.epatiVoiHajota,
             p.alus.edamage};
-  return {p.pati, patiRaja(p), p.alus.patisade, p.alus.patihajottaa, p.alus.patiVoiHajota,
-          p.alus.damage};
+  return {p.pati, patiRaja(p), p.alus.patisade, p.alus.patihajottaa, p.alus.patiVoiHajota, p.alus.damage};
 }
 
 bool koskevat(const Pati& p, const Pati& q, double r) {
@@ -1402,8 +1434,8 @@ void Player::tarkistaHajosikoPadit() {
     if (!pelissa(toinen)) continue;
     for (bool omaErikois : {false, true})
       for (bool toisenErikois : {false, true})
-        ratkaisePari(laji(*this, omaErikois), laji(toinen, toisenErikois),
-                     ruudukot[b][toisenErikois], b == a && omaErikois == toisenErikois);
+        ratkaisePari(laji(*this, omaErikois), laji(toinen, toisenErikois), ruudukot[b][toisenErikois],
+                     b == a && omaErikois == toisenErikois);
   }
 }
 
@@ -1432,12 +1464,12 @@ const Savy puna = {0.7f, 0.3f, 0.05f, 0.2f, 0.05f, 0.2f};
 const Savy valko = {0.8f, 0.2f, 0.8f, 0.2f, 0.8f, 0.2f};
 
 const Paletti paletit[alustyyppeja] = {
-    {60, teras, tuli},     {40, puna, teras},    {120, kulta, kulta},   {60, sini, teras},
-    {80, teras, tuli},     {80, teras, puna},    {60, syaani, valko},   {60, kulta, tuli},
-    {60, vihrea, teras},   {40, vihrea, valko},  {60, violetti, sini},  {60, sini, valko},
-    {60, vihrea, kulta},   {80, vihrea, puna},   {60, teras, kulta},    {60, violetti, teras},
-    {80, teras, kulta},    {120, sini, sini},    {60, syaani, teras},   {60, puna, kulta},
-    {80, violetti, valko}, {60, kulta, vihrea},  {40, syaani, violetti}, {60, puna, teras},
+    {60, teras, tuli},     {40, puna, teras},   {120, kulta, kulta},    {60, sini, teras},
+    {80, teras, tuli},     {80, teras, puna},   {60, syaani, valko},    {60, kulta, tuli},
+    {60, vihrea, teras},   {40, vihrea, valko}, {60, violetti, sini},   {60, sini, valko},
+    {60, vihrea, kulta},   {80, vihrea, puna},  {60, teras, kulta},     {60, violetti, teras},
+    {80, teras, kulta},    {120, sini, sini},   {60, syaani, teras},    {60, puna, kulta},
+    {80, violetti, valko}, {60, kulta, vihrea}, {40, syaani, violetti}, {60, puna, teras},
 };
 
 void varita(Sirpale& s, const Savy& v) {

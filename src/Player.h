@@ -16,7 +16,7 @@ struct Pati {
   float r, g, b;
   float alku;
   float koko;
-  short aika;          // live while > 0
+  short aika;  // live while > 0
   short ampumisviive;
 };
 
@@ -55,7 +55,7 @@ const int hantaa = 12;
 // computer pilot in ai.cpp; the ship model in aluspiirto.cpp; the drawing of shots, effects
 // and the panel in scene.cpp.
 class Player {
-public:
+ public:
   Sound* ampumisaani;
   Sound* osumisaani;
   Sound* eampumisaani;

@@ -42,10 +42,28 @@ void mitoitaSirpaleet(int detail) {
 }
 
 Sets::Sets()
-    : width(640), height(480), fps(100), filee(nullptr), nick{"Player 1", "Player 2", "Player 3", "Player 4"},
-      fileluettu(false), ai(0), ini(nullptr), efects(0), musics(0), fullscreen(0), credits(200),
-      musicvolume(100), soundvolume(100), playermaara(2), ihminen{true, true, true, true}, aikohteet(false),
-      team{}, cammode(0), detail(suurinTarkkuus), maxdetail(suurinTarkkuus), mode256(false) {}
+    : width(640),
+      height(480),
+      fps(100),
+      filee(nullptr),
+      nick{"Player 1", "Player 2", "Player 3", "Player 4"},
+      fileluettu(false),
+      ai(0),
+      ini(nullptr),
+      efects(0),
+      musics(0),
+      fullscreen(0),
+      credits(200),
+      musicvolume(100),
+      soundvolume(100),
+      playermaara(2),
+      ihminen{true, true, true, true},
+      aikohteet(false),
+      team{},
+      cammode(0),
+      detail(suurinTarkkuus),
+      maxdetail(suurinTarkkuus),
+      mode256(false) {}
 
 bool Sets::sisaltaa(const char* line, const char* key, int n) {
   int matched = 0;
@@ -189,7 +207,8 @@ bool Sets::saveFile() {
   kirjotaLuku(ini, "cammode=", cammode);
   kirjotaLuku(ini, "detail=", detail);
   kirjotaLuku(ini, "mode256=", mode256 ? 1 : 0);
-  for (int slot = 0; slot < 16; slot++) fprintf(ini, "player%iihmispelaaja=%i;\r\n", slot + 1, ihminen[slot] ? 1 : 0);
+  for (int slot = 0; slot < 16; slot++)
+    fprintf(ini, "player%iihmispelaaja=%i;\r\n", slot + 1, ihminen[slot] ? 1 : 0);
   for (int slot = 0; slot < 16; slot++) fprintf(ini, "player%iteam=%i;\r\n", slot + 1, team[slot] + 1);
   fprintf(ini, "[]\r\n");
   const bool written = !ferror(ini);

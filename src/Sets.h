@@ -12,7 +12,7 @@ constexpr int sirpaleitaTarkkuudella(int detail) { return detail * 500 + 1000; }
 void mitoitaSirpaleet(int detail);
 
 class Sets {
-public:
+ public:
   int width;
   int height;
   int fps;

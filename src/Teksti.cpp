@@ -13,7 +13,8 @@ float letterwidth[256];
 
 namespace {
 // letterwidth is plain data that the game may change; it starts as the shared table.
-const bool leveydetAlussa = (std::copy(std::begin(kirjainleveys), std::end(kirjainleveys), letterwidth), true);
+const bool leveydetAlussa =
+    (std::copy(std::begin(kirjainleveys), std::end(kirjainleveys), letterwidth), true);
 
 const size_t maksimiPituus = 1000;  // a line without a zero byte stops here
 const float soluPx = 64, kuvaPx = 1024;
@@ -160,10 +161,11 @@ void piirraTaulukko(const Taulukko& t) {
   const float rivi = 3.2f * koko;
   const float vasen = (nakyma[2] - 2 * koko * kokoLeveys) / 2, yla = (nakyma[3] + riveja * rivi) / 2;
   aloitaRuutupiirto();
-  ruudunVerho(vasen - 3 * koko, yla + rivi * 0.6f, nakyma[2] - vasen + 3 * koko, yla - riveja * rivi + rivi * 0.2f,
-              0.85f);
+  ruudunVerho(vasen - 3 * koko, yla + rivi * 0.6f, nakyma[2] - vasen + 3 * koko,
+              yla - riveja * rivi + rivi * 0.2f, 0.85f);
   glColor4f(1, 0.75f, 0.15f, 1);
-  taulukonRivi(keskitettyX(t.otsikko, koko * 1.4f, nakyma[2] / 2.0f), yla - rivi * 0.3f, t.otsikko, koko * 1.4f);
+  taulukonRivi(keskitettyX(t.otsikko, koko * 1.4f, nakyma[2] / 2.0f), yla - rivi * 0.3f, t.otsikko,
+               koko * 1.4f);
   for (int r = -1; r < t.riveja; ++r) {
     float x = vasen + koko;  // a glyph is centred on the pen
     for (int c = 0; c < sarakkeita; ++c) {

@@ -46,12 +46,12 @@ V vauhti(const Player& p) { return {p.xvauhti, p.yvauhti}; }
 
 // What a skill level changes. Level 0 is the gentlest opponent.
 struct Taso {
-  int reaktio;      // frames between two looks at the target
-  float virhe;      // largest aim error, degrees
-  float ennakko;    // share of the target's motion it allows for when aiming
-  bool vaistaa;     // dodges incoming shots
-  bool erikoinen;   // uses its special weapon
-  float parannus;   // goes for little men below this share of its hull
+  int reaktio;     // frames between two looks at the target
+  float virhe;     // largest aim error, degrees
+  float ennakko;   // share of the target's motion it allows for when aiming
+  bool vaistaa;    // dodges incoming shots
+  bool erikoinen;  // uses its special weapon
+  float parannus;  // goes for little men below this share of its hull
 };
 const Taso tasot[aiTasoja] = {
     {32, 10.0f, 0.0f, false, false, 0.3f},
@@ -62,19 +62,19 @@ const Taso tasot[aiTasoja] = {
 const Taso& taso() { return tasot[std::clamp(sets.ai, 0, aiTasoja - 1)]; }
 
 struct Muisti {
-  int alus = -1;           // ship type the rest was worked out for
-  float matka = 0;         // cruising speed
-  float turva = 0;         // distance it keeps from the planet's centre
-  int kohde = -1;          // slot it is after
-  int nakoIka = 0;         // frames since it last looked
-  V nahty{0, 0};           // where the target was then
-  V nahtyV{0, 0};          // and how it moved
-  float virhe = 0;         // aim error of this look
-  float pommiMatka = 1e9f; // type 4: last distance from the bomb to the target
+  int alus = -1;            // ship type the rest was worked out for
+  float matka = 0;          // cruising speed
+  float turva = 0;          // distance it keeps from the planet's centre
+  int kohde = -1;           // slot it is after
+  int nakoIka = 0;          // frames since it last looked
+  V nahty{0, 0};            // where the target was then
+  V nahtyV{0, 0};           // and how it moved
+  float virhe = 0;          // aim error of this look
+  float pommiMatka = 1e9f;  // type 4: last distance from the bomb to the target
   bool pommiMatkalla = false;
-  int kaannosTauko = 0;    // type 18: frames until it may flip again
-  V vaistoVektori{0, 0};   // last dodge worked out from incoming shots
-  bool uhka = false;       // a shot is about to hit
+  int kaannosTauko = 0;   // type 18: frames until it may flip again
+  V vaistoVektori{0, 0};  // last dodge worked out from incoming shots
+  bool uhka = false;      // a shot is about to hit
 };
 Muisti muisti[maxPlayers];
 
@@ -170,10 +170,10 @@ struct Lento {
   V P, vel;
   V kohdeP{0, 0}, kohdeV{0, 0};
   float etaisyys = 1e9f;
-  float tahtays = 0;   // heading that would hit the target
-  float kantama = 0;   // reach of the primary weapon
-  float mieluisin = 0; // range it likes to fight at
-  float syoksyKulma = 0; // heading on which a lunge meets the target
+  float tahtays = 0;        // heading that would hit the target
+  float kantama = 0;        // reach of the primary weapon
+  float mieluisin = 0;      // range it likes to fight at
+  float syoksyKulma = 0;    // heading on which a lunge meets the target
   bool lentoEnsin = false;  // a rock, wall, planet or task comes before aiming
 };
 
@@ -212,7 +212,8 @@ float mieluisinEtaisyys(const Lento& l) {
   const ErikoisKaytto k = erikoisenKaytto(a.easelaji);
   const bool valmis = erikoinenValmis(l.p);
   if (l.t.erikoinen && rammaa(l.p) && (valmis || l.p.suojapaalla)) return 0;  // straight into it
-  if (l.t.erikoinen && k == ErikoisKaytto::Lahella && valmis) d = std::min(d, (float)erikoisenKantama(a.easelaji) * 0.6f);
+  if (l.t.erikoinen && k == ErikoisKaytto::Lahella && valmis)
+    d = std::min(d, (float)erikoisenKantama(a.easelaji) * 0.6f);
   return std::max(d, (float)a.sade * 3);
 }
 
@@ -398,7 +399,8 @@ V planeetanVaisto(const Lento& l) {
     V kierto = kohtisuora(oikaisu);
     if (risti(l.P, l.vel) < 0) kierto = kierto * -1;
     const Alus& a = l.p.alus;
-    const bool nousee = ilmanInertiaa(a) || 20 / ((float)a.paino * std::pow(r, 1.3f)) < 0.85f * (float)a.nopeus;
+    const bool nousee =
+        ilmanInertiaa(a) || 20 / ((float)a.paino * std::pow(r, 1.3f)) < 0.85f * (float)a.nopeus;
     const V nosto = nousee ? oikaisu + kierto * 0.15f : oikaisu * 0.6f + kierto * 0.8f;
     ulos = nosto * ((1 + 2 * (turva - r) / turva) * l.m.matka);
   }
@@ -486,7 +488,9 @@ void kaanny(Player& p, float haluttu) {
   p.pright = oikea;
 }
 
-bool taisteluun(const Lento& l) { return l.m.kohde >= 0 && !l.lentoEnsin && l.etaisyys < l.kantama * 1.3f + 10; }
+bool taisteluun(const Lento& l) {
+  return l.m.kohde >= 0 && !l.lentoEnsin && l.etaisyys < l.kantama * 1.3f + 10;
+}
 
 // Type 18 always flies forward; a press of thrust turns it about at once, which
 // it uses when the way it wants lies behind it.
@@ -509,7 +513,8 @@ void lennaIlmanInertiaa(Lento& l, V halu) {
   const bool taistelu = taisteluun(l);
   const bool sateella = sadeAse(p.alus);
   float haluttu = kulmaAsteina(halu);
-  if (taistelu && (!sateella || pituus(halu) < 0.3f * l.m.matka)) haluttu = sateella ? kulmaAsteina(l.kohdeP - l.P) : l.tahtays;
+  if (taistelu && (!sateella || pituus(halu) < 0.3f * l.m.matka))
+    haluttu = sateella ? kulmaAsteina(l.kohdeP - l.P) : l.tahtays;
   kaanny(p, haluttu);
   p.pylos = pituus(halu) > 0.3f * l.m.matka && std::fabs(kulmaEro(kulmaAsteina(halu), p.kulma)) < 40;
 }
@@ -543,7 +548,8 @@ bool ystavaTiella(const Lento& l, float kulma, float matka) {
     if (j == l.i || j == l.m.kohde || !elossa(j) || kelpaaKohteeksi(l.i, j)) continue;
     const V rel = paikka(player[j]) - l.P;
     const float pitkin = piste(rel, dir);
-    if (pitkin > 0 && pitkin < matka + 6 && std::fabs(risti(dir, rel)) < (float)player[j].alus.sade + 3) return true;
+    if (pitkin > 0 && pitkin < matka + 6 && std::fabs(risti(dir, rel)) < (float)player[j].alus.sade + 3)
+      return true;
   }
   return false;
 }
@@ -551,7 +557,8 @@ bool ystavaTiella(const Lento& l, float kulma, float matka) {
 float tahtaysVirhe(const Lento& l) {
   float e = std::fabs(kulmaEro(l.tahtays, l.p.kulma));
   if (l.p.alus.numero == 12)  // broadside: any of its three guns will do
-    e = std::min({e, std::fabs(kulmaEro(l.tahtays, l.p.kulma + 90)), std::fabs(kulmaEro(l.tahtays, l.p.kulma - 90))});
+    e = std::min(
+        {e, std::fabs(kulmaEro(l.tahtays, l.p.kulma + 90)), std::fabs(kulmaEro(l.tahtays, l.p.kulma - 90))});
   return e;
 }
 
@@ -629,7 +636,8 @@ bool pommita(Lento& l, bool tahdatty) {
 bool lataa(const Lento& l, bool tahdatty) {
   const Pati& pallo = l.p.pati[0];
   if (pallo.aika <= 0) return l.p.ampumisviive < 1;
-  const float tarve = std::clamp((float)player[l.m.kohde].energia / (float)l.p.alus.damage * 2000 * 1.1f, 300.0f, 2000.0f);
+  const float tarve =
+      std::clamp((float)player[l.m.kohde].energia / (float)l.p.alus.damage * 2000 * 1.1f, 300.0f, 2000.0f);
   const bool valmis = pallo.energia >= tarve || pallo.energia >= 2000;
   return !(valmis && tahdatty && l.etaisyys < l.kantama);
 }
@@ -670,7 +678,8 @@ bool laukaise(Lento& l) {
     case 4: return pommita(l, tahdatty);
     case 13: return lataa(l, tahdatty);
     case 15: return miinoita(l);
-    case 9: return p.fuel >= p.alus.patifuel && sateellaKohde(l, 1.6f * (float)p.alus.sade, (float)p.alus.patisade);
+    case 9:
+      return p.fuel >= p.alus.patifuel && sateellaKohde(l, 1.6f * (float)p.alus.sade, (float)p.alus.patisade);
     case 11:
       if (p.suojapaalla) return p.fuel >= p.alus.patifuel && sateellaKohde(l, (float)p.alus.sade, l.kantama);
       break;
@@ -695,13 +704,15 @@ bool erikoinen(const Lento& l) {
   const float kantama = (float)erikoisenKantama(p.alus.easelaji);
   const bool kohde = l.m.kohde >= 0;
   if (p.alus.easelaji == 15)  // the boost goes on and off a press at a time
-    return l.t.erikoinen && p.suojapaalla != (kohde && l.etaisyys < kantama && p.fuel > 0.2f * (float)p.alus.fuel);
+    return l.t.erikoinen &&
+           p.suojapaalla != (kohde && l.etaisyys < kantama && p.fuel > 0.2f * (float)p.alus.fuel);
   if (!l.t.erikoinen || !erikoinenValmis(p)) return false;
   const float terveys = p.energia / (float)p.alus.energia;
   switch (erikoisenKaytto(p.alus.easelaji)) {
     case ErikoisKaytto::Suoja: return l.m.uhka;
     case ErikoisKaytto::Lahella:
-      if (p.alus.easelaji == 14) return kohde && l.etaisyys < kantama && std::fabs(kulmaEro(l.syoksyKulma, p.kulma)) < 12;
+      if (p.alus.easelaji == 14)
+        return kohde && l.etaisyys < kantama && std::fabs(kulmaEro(l.syoksyKulma, p.kulma)) < 12;
       return kohde && l.etaisyys < kantama;
     case ErikoisKaytto::Kaukaa: return kohde && l.etaisyys < kantama && tahtaysVirhe(l) < 15;
     case ErikoisKaytto::Pako: return terveys < 0.35f && (l.m.uhka || (kohde && l.etaisyys < 30));

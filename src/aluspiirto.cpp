@@ -73,9 +73,9 @@ struct Malli {
 };
 
 Malli mallit[alustyyppeja];
-GLuint kupla = 0;              // unit sphere of the shield
-GLuint listaPohja = 0;         // first name of the block recorded by the last call
-GLsizei listaMaara = 0;        // size of that block
+GLuint kupla = 0;        // unit sphere of the shield
+GLuint listaPohja = 0;   // first name of the block recorded by the last call
+GLsizei listaMaara = 0;  // size of that block
 
 Osa tallennettava = Osa::runko;
 Osa kuvattava = Osa::runko;
@@ -158,9 +158,8 @@ void kuusitahokas(const V3 a[4], const V3 b[4]) {
   V3 keski = {0, 0, 0};
   for (int i = 0; i < 4; i++) keski = keski + a[i] + b[i];
   keski = keski * 0.125f;
-  const V3 sivut[6][4] = {{a[0], a[1], a[2], a[3]}, {b[0], b[1], b[2], b[3]},
-                          {a[0], a[1], b[1], b[0]}, {a[1], a[2], b[2], b[1]},
-                          {a[2], a[3], b[3], b[2]}, {a[3], a[0], b[0], b[3]}};
+  const V3 sivut[6][4] = {{a[0], a[1], a[2], a[3]}, {b[0], b[1], b[2], b[3]}, {a[0], a[1], b[1], b[0]},
+                          {a[1], a[2], b[2], b[1]}, {a[2], a[3], b[3], b[2]}, {a[3], a[0], b[0], b[3]}};
   glBegin(GL_QUADS);
   for (const auto& s : sivut) {
     V3 n = yksikko(risti(s[2] - s[0], s[3] - s[1]));
@@ -221,7 +220,9 @@ void putki(V3 alku, V3 loppu, float r0, float r1) {
 }
 
 // Tube along x, the commonest case (barrels, engines).
-void putkiX(float x0, float x1, float y, float z, float r0, float r1) { putki({x0, y, z}, {x1, y, z}, r0, r1); }
+void putkiX(float x0, float x1, float y, float z, float r0, float r1) {
+  putki({x0, y, z}, {x1, y, z}, r0, r1);
+}
 
 void pallo(V3 c, float rx, float ry, float rz, int viip = viipaleet) {
   if (!tallennetaan()) return;
@@ -256,7 +257,10 @@ void kupu(V3 c, float rx, float ry, float rz) {
 // Small rings get fewer segments: they cover a few pixels in play.
 void kaari(float sade, float paksuus, float alku, float loppu) {
   if (!tallennetaan()) return;
-  const int osia = static_cast<int>(std::ceil((sade < 0.2f ? 8 : sade < 0.5f ? 12 : 18) * (loppu - alku) / 360));
+  const int osia = static_cast<int>(std::ceil((sade < 0.2f   ? 8
+                                               : sade < 0.5f ? 12
+                                                             : 18) *
+                                              (loppu - alku) / 360));
   const int kehat = paksuus < 0.05f ? 4 : 6;
   for (int i = 0; i < osia; i++) {
     glBegin(GL_QUAD_STRIP);
@@ -295,8 +299,8 @@ void lavat(int maara, float pituus, float leveys, bool xAkselilla) {
       glRotatef(360.f * i / maara, 0, 0, 1);
     }
     glRotatef(20, 1, 0, 0);  // pitch
-    levy({{0.02f, -leveys * 0.5f}, {pituus, -leveys * 0.6f}, {pituus, leveys * 0.3f}, {0.02f, leveys * 0.5f}}, 0,
-         0.02f);
+    levy({{0.02f, -leveys * 0.5f}, {pituus, -leveys * 0.6f}, {pituus, leveys * 0.3f}, {0.02f, leveys * 0.5f}},
+         0, 0.02f);
     glPopMatrix();
   }
 }
@@ -327,7 +331,9 @@ void alus0() {
   runko();
   vari(0.55f, 0.6f, 0.68f);
   lohko(-0.8f, 0.95f, 0, 0, 0.2f, 0.15f, 0.04f, 0.05f);
-  peilaten([](float s) { levy({{-0.6f, 0.12f * s}, {0.25f, 0.12f * s}, {-0.35f, 0.8f * s}, {-0.72f, 0.8f * s}}, -0.02f, 0.06f); });
+  peilaten([](float s) {
+    levy({{-0.6f, 0.12f * s}, {0.25f, 0.12f * s}, {-0.35f, 0.8f * s}, {-0.72f, 0.8f * s}}, -0.02f, 0.06f);
+  });
   vari(0.3f, 0.32f, 0.36f);
   peilaten([](float s) {
     putkiX(-0.35f, 0.3f, 0.64f * s, 0, 0.09f, 0.08f);
@@ -336,7 +342,9 @@ void alus0() {
   ohjaamo({0.3f, 0, 0.1f}, 0.25f, 0.09f, 0.1f);
   moottori(-0.9f, -0.7f, 0, 0, 0.13f);
   trimmi();
-  peilaten([](float s) { levy({{-0.58f, 0.5f * s}, {-0.22f, 0.5f * s}, {-0.3f, 0.62f * s}, {-0.62f, 0.62f * s}}, 0.02f, 0.03f); });
+  peilaten([](float s) {
+    levy({{-0.58f, 0.5f * s}, {-0.22f, 0.5f * s}, {-0.3f, 0.62f * s}, {-0.62f, 0.62f * s}}, 0.02f, 0.03f);
+  });
   lohko(-0.75f, -0.35f, 0, 0.16f, 0.03f, 0.05f, 0.02f, 0.02f);
 }
 
@@ -383,7 +391,9 @@ void alus3() {
   runko();
   vari(0.35f, 0.6f, 0.6f);
   lohko(-0.7f, 0.8f, 0, 0, 0.3f, 0.17f, 0.05f, 0.06f);
-  peilaten([](float s) { levy({{-0.35f, 0.2f * s}, {0.1f, 0.2f * s}, {0.25f, 0.66f * s}, {-0.1f, 0.66f * s}}, 0, 0.08f); });
+  peilaten([](float s) {
+    levy({{-0.35f, 0.2f * s}, {0.1f, 0.2f * s}, {0.25f, 0.66f * s}, {-0.1f, 0.66f * s}}, 0, 0.08f);
+  });
   vari(0.25f, 0.3f, 0.32f);
   peilaten([](float s) {
     putkiX(-0.2f, 0.42f, 0.66f * s, 0, 0.1f, 0.08f);
@@ -404,9 +414,13 @@ void alus4() {
   vari(0.45f, 0.5f, 0.35f);
   lohko(-0.78f, 0.78f, 0, 0, 0.2f, 0.2f, 0.14f, 0.14f);
   pallo({0.78f, 0, 0}, 0.14f, 0.14f, 0.14f);
-  peilaten([](float s) { levy({{-0.78f, 0.1f * s}, {-0.58f, 0.1f * s}, {-0.72f, 0.38f * s}, {-0.82f, 0.38f * s}}, 0.05f, 0.05f); });
+  peilaten([](float s) {
+    levy({{-0.78f, 0.1f * s}, {-0.58f, 0.1f * s}, {-0.72f, 0.38f * s}, {-0.82f, 0.38f * s}}, 0.05f, 0.05f);
+  });
   pinta(siipi, 0.42f, 0.47f, 0.32f);
-  peilaten([](float s) { levy({{-0.22f, 0.15f * s}, {0.25f, 0.15f * s}, {0.1f, 0.98f * s}, {-0.15f, 0.98f * s}}, 0, 0.07f); });
+  peilaten([](float s) {
+    levy({{-0.22f, 0.15f * s}, {0.25f, 0.15f * s}, {0.1f, 0.98f * s}, {-0.15f, 0.98f * s}}, 0, 0.07f);
+  });
   pintaPois();
   vari(0.3f, 0.32f, 0.26f);
   peilaten([](float s) { putkiX(-0.72f, 0.28f, 0.57f * s, 0, 0.12f, 0.09f); });
@@ -424,7 +438,9 @@ void alus4() {
   vari(0.7f, 0.7f, 0.65f);
   lavat(3, 0.38f, 0.09f, true);
   trimmi();
-  peilaten([](float s) { levy({{-0.12f, 0.82f * s}, {0.14f, 0.82f * s}, {0.1f, 0.98f * s}, {-0.15f, 0.98f * s}}, 0.02f, 0.08f); });
+  peilaten([](float s) {
+    levy({{-0.12f, 0.82f * s}, {0.14f, 0.82f * s}, {0.1f, 0.98f * s}, {-0.15f, 0.98f * s}}, 0.02f, 0.08f);
+  });
   lohko(-0.82f, -0.58f, 0, 0.22f, 0.05f, 0.03f, 0.03f, 0.02f);
 }
 
@@ -480,7 +496,9 @@ void alus7() {
   lohko(-0.6f, -0.2f, 0, 0.16f, 0.12f, 0.08f, 0.1f, 0.06f);
   vari(0.75f, 0.75f, 0.7f);
   putkiX(-0.3f, 0.82f, 0, -0.02f, 0.09f, 0.09f);
-  peilaten([](float s) { levy({{-0.3f, 0.02f * s}, {-0.15f, 0.02f * s}, {-0.3f, 0.17f * s}, {-0.36f, 0.17f * s}}, -0.02f, 0.02f); });
+  peilaten([](float s) {
+    levy({{-0.3f, 0.02f * s}, {-0.15f, 0.02f * s}, {-0.3f, 0.17f * s}, {-0.36f, 0.17f * s}}, -0.02f, 0.02f);
+  });
   vari(0.8f, 0.2f, 0.15f);
   pallo({0.82f, 0, -0.02f}, 0.14f, 0.09f, 0.09f, 10);
   moottori(-1.0f, -0.88f, 0, 0.06f, 0.1f);
@@ -510,7 +528,9 @@ void alus9() {
   runko();
   vari(0.85f, 0.88f, 0.9f);
   lohko(-0.85f, 0.5f, 0, 0, 0.22f, 0.14f, 0.12f, 0.1f);
-  peilaten([](float s) { levy({{-0.72f, 0.2f * s}, {-0.2f, 0.2f * s}, {-0.38f, 0.72f * s}, {-0.62f, 0.72f * s}}, 0, 0.04f); });
+  peilaten([](float s) {
+    levy({{-0.72f, 0.2f * s}, {-0.2f, 0.2f * s}, {-0.38f, 0.72f * s}, {-0.62f, 0.72f * s}}, 0, 0.04f);
+  });
   vari(0.5f, 0.52f, 0.55f);
   putkiX(0.3f, 1.0f, 0, 0.05f, 0.07f, 0.07f);
   for (float x : {0.5f, 0.7f, 0.9f}) rengas({x, 0, 0.05f}, 0.09f, 0.025f, true);
@@ -521,7 +541,9 @@ void alus9() {
   ohjaamo({0.05f, 0, 0.1f}, 0.2f, 0.08f, 0.08f);
   moottori(-0.97f, -0.8f, 0, 0, 0.11f);
   trimmi();
-  peilaten([](float s) { levy({{-0.62f, 0.6f * s}, {-0.46f, 0.6f * s}, {-0.38f, 0.72f * s}, {-0.62f, 0.72f * s}}, 0.02f, 0.03f); });
+  peilaten([](float s) {
+    levy({{-0.62f, 0.6f * s}, {-0.46f, 0.6f * s}, {-0.38f, 0.72f * s}, {-0.62f, 0.72f * s}}, 0.02f, 0.03f);
+  });
 }
 
 // Pulse ship: an orb core between two forward prongs.
@@ -533,9 +555,7 @@ void alus10() {
     lohko(-0.15f, 0.92f, 0.3f * s, 0, 0.11f, 0.1f, 0.03f, 0.04f);
     levy({{-0.8f, 0.1f * s}, {-0.4f, 0.1f * s}, {-0.72f, 0.58f * s}, {-0.92f, 0.58f * s}}, 0, 0.05f);
   });
-  hehkuen(1.0f, 0.4f, 1.0f, [] {
-    pallo({0.55f, 0, 0}, 0.1f, 0.1f, 0.1f, 8);
-  });
+  hehkuen(1.0f, 0.4f, 1.0f, [] { pallo({0.55f, 0, 0}, 0.1f, 0.1f, 0.1f, 8); });
   vari(0.3f, 0.2f, 0.4f);
   lohko(0.1f, 0.5f, 0, 0, 0.05f, 0.04f, 0.03f, 0.03f);
   moottori(-0.95f, -0.5f, 0, 0, 0.12f);
@@ -555,9 +575,7 @@ void alus11() {
   });
   vari(0.3f, 0.32f, 0.4f);
   putkiX(0.3f, 0.7f, 0, 0, 0.08f, 0.05f);
-  hehkuen(0.4f, 0.5f, 1.0f, [] {
-    pallo({0.72f, 0, 0}, 0.06f, 0.06f, 0.06f, 8);
-  });
+  hehkuen(0.4f, 0.5f, 1.0f, [] { pallo({0.72f, 0, 0}, 0.06f, 0.06f, 0.06f, 8); });
   ohjaamo({-0.1f, 0, 0.14f}, 0.22f, 0.1f, 0.08f);
   moottori(-0.97f, -0.8f, 0, 0, 0.13f);
   trimmi();
@@ -642,14 +660,18 @@ void alus16() {
     putkiX(0.55f, 0.95f, 0.5f * s, 0, 0.035f, 0.035f);
   });
   vari(0.5f, 0.42f, 0.3f);
-  peilaten([](float s) { levy({{-0.85f, 0.1f * s}, {-0.55f, 0.1f * s}, {-0.85f, 0.56f * s}, {-1.0f, 0.56f * s}}, 0, 0.05f); });
+  peilaten([](float s) {
+    levy({{-0.85f, 0.1f * s}, {-0.55f, 0.1f * s}, {-0.85f, 0.56f * s}, {-1.0f, 0.56f * s}}, 0, 0.05f);
+  });
   liikkuva(Liike::potkuriZ, {-0.1f, 0, 0.34f});
   vari(0.2f, 0.2f, 0.22f);
   putki({0, 0, -0.06f}, {0, 0, 0.03f}, 0.06f, 0.05f);
   vari(0.75f, 0.72f, 0.65f);
   lavat(2, 0.85f, 0.12f, false);
   trimmi();
-  peilaten([](float s) { levy({{-0.92f, 0.4f * s}, {-0.82f, 0.4f * s}, {-0.85f, 0.56f * s}, {-1.0f, 0.56f * s}}, 0.02f, 0.06f); });
+  peilaten([](float s) {
+    levy({{-0.92f, 0.4f * s}, {-0.82f, 0.4f * s}, {-0.85f, 0.56f * s}, {-1.0f, 0.56f * s}}, 0.02f, 0.06f);
+  });
   rengas({-0.05f, 0, 0}, 0.6f, 0.04f, true);
 }
 
@@ -668,7 +690,9 @@ void alus17() {
   ohjaamo({0.25f, 0, 0.09f}, 0.2f, 0.08f, 0.08f);
   moottori(-0.9f, -0.7f, 0, 0, 0.11f);
   trimmi();
-  peilaten([](float s) { levy({{0.13f, 0.65f * s}, {0.24f, 0.65f * s}, {0.3f, 0.85f * s}, {0.15f, 0.85f * s}}, 0.02f, 0.04f); });
+  peilaten([](float s) {
+    levy({{0.13f, 0.65f * s}, {0.24f, 0.65f * s}, {0.3f, 0.85f * s}, {0.15f, 0.85f * s}}, 0.02f, 0.04f);
+  });
 }
 
 // Electric zapper: tesla coils and a shrouded pusher propeller.
@@ -751,7 +775,9 @@ void alus21() {
   runko();
   vari(0.6f, 0.8f, 0.85f);
   lohko(-0.85f, 0.25f, 0, 0, 0.25f, 0.15f, 0.2f, 0.12f);
-  peilaten([](float s) { levy({{0.05f, 0.1f * s}, {0.2f, 0.1f * s}, {0.42f, 0.62f * s}, {0.3f, 0.62f * s}}, 0, 0.06f); });
+  peilaten([](float s) {
+    levy({{0.05f, 0.1f * s}, {0.2f, 0.1f * s}, {0.42f, 0.62f * s}, {0.3f, 0.62f * s}}, 0, 0.06f);
+  });
   vari(0.35f, 0.45f, 0.5f);
   if (tallennetaan()) {
     glPushMatrix();
@@ -768,7 +794,9 @@ void alus21() {
   ohjaamo({-0.2f, 0, 0.12f}, 0.22f, 0.1f, 0.08f);
   moottori(-0.97f, -0.8f, 0, 0, 0.13f);
   trimmi();
-  peilaten([](float s) { levy({{-0.8f, 0.2f * s}, {-0.45f, 0.2f * s}, {-0.6f, 0.45f * s}, {-0.85f, 0.45f * s}}, 0, 0.05f); });
+  peilaten([](float s) {
+    levy({{-0.8f, 0.2f * s}, {-0.45f, 0.2f * s}, {-0.6f, 0.45f * s}, {-0.85f, 0.45f * s}}, 0, 0.05f);
+  });
 }
 
 // Spinner: a domed core inside a bladed ring that never stops turning.
@@ -822,8 +850,8 @@ void alus23() {
 }
 
 void (*const alusMallit[alustyyppeja])() = {alus0,  alus1,  alus2,  alus3,  alus4,  alus5,  alus6,  alus7,
-                                             alus8,  alus9,  alus10, alus11, alus12, alus13, alus14, alus15,
-                                             alus16, alus17, alus18, alus19, alus20, alus21, alus22, alus23};
+                                            alus8,  alus9,  alus10, alus11, alus12, alus13, alus14, alus15,
+                                            alus16, alus17, alus18, alus19, alus20, alus21, alus22, alus23};
 
 // ---------------------------------------------------------------------------
 // The other models, y up: they are drawn turned 90 degrees about x, so that
@@ -909,10 +937,12 @@ void sieni() {
     vari(0.8f, 0.12f, 0.08f);
     kupu({0, 0, 0.02f}, 0.46f, 0.46f, 0.32f);
     vari(1, 1, 1);
-    const float pilkut[7][2] = {{0.6f, 0.3f}, {0.6f, 1.5f}, {0.6f, 2.8f}, {0.6f, 4.2f}, {0.6f, 5.4f}, {1.2f, 1.0f}, {1.2f, 3.6f}};
+    const float pilkut[7][2] = {{0.6f, 0.3f}, {0.6f, 1.5f}, {0.6f, 2.8f}, {0.6f, 4.2f},
+                                {0.6f, 5.4f}, {1.2f, 1.0f}, {1.2f, 3.6f}};
     for (const auto& p : pilkut) {
       float a = p[0], b = p[1];
-      V3 kohta = {0.46f * std::cos(a) * std::cos(b), 0.46f * std::cos(a) * std::sin(b), 0.02f + 0.32f * std::sin(a)};
+      V3 kohta = {0.46f * std::cos(a) * std::cos(b), 0.46f * std::cos(a) * std::sin(b),
+                  0.02f + 0.32f * std::sin(a)};
       pallo(kohta, 0.07f, 0.07f, 0.05f, 6);
     }
     glPopMatrix();
@@ -928,7 +958,8 @@ float hajautus(int x, int y, int z) {
 }
 
 float arvokohina(V3 p) {
-  int ix = static_cast<int>(std::floor(p.x)), iy = static_cast<int>(std::floor(p.y)), iz = static_cast<int>(std::floor(p.z));
+  int ix = static_cast<int>(std::floor(p.x)), iy = static_cast<int>(std::floor(p.y)),
+      iz = static_cast<int>(std::floor(p.z));
   auto pehmea = [](float t) { return t * t * (3 - 2 * t); };
   float fx = pehmea(p.x - ix), fy = pehmea(p.y - iy), fz = pehmea(p.z - iz);
   float tulos = 0;
@@ -943,8 +974,8 @@ float arvokohina(V3 p) {
 // Unit-size lumpy rock: a twice subdivided icosahedron pushed in and out by noise.
 void lohkare() {
   const float t = (1 + std::sqrt(5.f)) / 2;
-  std::vector<V3> p = {{-1, t, 0}, {1, t, 0}, {-1, -t, 0}, {1, -t, 0}, {0, -1, t}, {0, 1, t},
-                       {0, -1, -t}, {0, 1, -t}, {t, 0, -1}, {t, 0, 1}, {-t, 0, -1}, {-t, 0, 1}};
+  std::vector<V3> p = {{-1, t, 0},  {1, t, 0},  {-1, -t, 0}, {1, -t, 0}, {0, -1, t},  {0, 1, t},
+                       {0, -1, -t}, {0, 1, -t}, {t, 0, -1},  {t, 0, 1},  {-t, 0, -1}, {-t, 0, 1}};
   std::vector<std::array<int, 3>> kolmiot = {{0, 11, 5}, {0, 5, 1},  {0, 1, 7},   {0, 7, 10}, {0, 10, 11},
                                              {1, 5, 9},  {5, 11, 4}, {11, 10, 2}, {10, 7, 6}, {7, 1, 8},
                                              {3, 9, 4},  {3, 4, 2},  {3, 2, 6},   {3, 6, 8},  {3, 8, 9},
@@ -971,7 +1002,8 @@ void lohkare() {
   }
   std::vector<V3> suunta = p;
   for (auto& q : p) {
-    float r = 0.8f + 0.45f * arvokohina(q * 1.6f + V3{3.1f, 7.3f, 1.7f}) + 0.15f * arvokohina(q * 4.1f + V3{9, 2, 5});
+    float r = 0.8f + 0.45f * arvokohina(q * 1.6f + V3{3.1f, 7.3f, 1.7f}) +
+              0.15f * arvokohina(q * 4.1f + V3{9, 2, 5});
     q = q * r;
   }
   std::vector<V3> n(p.size(), V3{0, 0, 0});

@@ -45,7 +45,7 @@ void musicEnded() {
 }
 
 class AudioLock {
-public:
+ public:
   AudioLock() { SDL_LockAudio(); }
   ~AudioLock() { SDL_UnlockAudio(); }
   AudioLock(const AudioLock&) = delete;
@@ -58,7 +58,9 @@ int mixerVolume(float factor) {
 }
 
 // The music's level in the mixer: its volume within the mix's headroom.
-int musicMixerVolume(float factor) { return static_cast<int>(std::lround(mixerVolume(factor) * mixHeadroom)); }
+int musicMixerVolume(float factor) {
+  return static_cast<int>(std::lround(mixerVolume(factor) * mixHeadroom));
+}
 
 // A sample's share of the headroom, taken once when it is loaded (in the mixer's format).
 void leaveHeadroom(Mix_Chunk* chunk) {
@@ -74,7 +76,7 @@ void leaveHeadroom(Mix_Chunk* chunk) {
 // glides down in time to meet a peak and never lets one through above `ceiling`. It then
 // recovers over `recovery` seconds.
 class Limiter {
-public:
+ public:
   void reset(int rate) {
     *this = Limiter();
     std::fill(std::begin(held), std::end(held), 1.0f);
@@ -104,7 +106,7 @@ public:
 
   long clippedInput = 0;
 
-private:
+ private:
   static constexpr int lookahead = 64;  // 1.5 ms
   static constexpr float makeup = 1.0f / headroom;
   static constexpr float ceiling = 0.9f * 32767;
@@ -244,7 +246,9 @@ void startSample(Sound& s) {
   if (s.channel >= 0) Mix_Volume(s.channel, mixerVolume(s.volume));
 }
 
-void reportLoadFailure(const char* file) { printf("Could not load sound \"%s\": %s\n", file, Mix_GetError()); }
+void reportLoadFailure(const char* file) {
+  printf("Could not load sound \"%s\": %s\n", file, Mix_GetError());
+}
 
 }  // namespace
 

@@ -8,15 +8,15 @@ class Sound;
 typedef void (*SoundCallback)(Sound*);
 
 class Sound {
-public:
-  int type;            // 1 module, 2 stream, 3 sample, 0 nothing loaded
-  Mix_Music* module;   // type 1
-  Mix_Music* stream;   // type 2
-  Mix_Chunk* sample;   // type 3
-  int channel;         // channel of the last play (types 2 and 3)
+ public:
+  int type;           // 1 module, 2 stream, 3 sample, 0 nothing loaded
+  Mix_Music* module;  // type 1
+  Mix_Music* stream;  // type 2
+  Mix_Chunk* sample;  // type 3
+  int channel;        // channel of the last play (types 2 and 3)
   bool loops;
-  bool finished;       // a stream or module has reached its end
-  bool running;        // playing and watched by updateAudio
+  bool finished;  // a stream or module has reached its end
+  bool running;   // playing and watched by updateAudio
   float volume;
   SoundCallback stopcallback;
 

@@ -27,8 +27,8 @@ int ruudunleveys = 85;
 
 namespace {
 
-const int etuliite = 11;     // the sender's name in 10 bytes and ':'
-const int rivinTeksti = 73;  // text characters on one chat line
+const int etuliite = 11;                      // the sender's name in 10 bytes and ':'
+const int rivinTeksti = 73;                   // text characters on one chat line
 const int viimeinenKohta = kirjotusKoko - 2;  // the cursor stops here; the zero follows
 const int nakyvaMarginaali = 10;              // characters kept visible before the cursor
 

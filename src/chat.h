@@ -6,11 +6,11 @@ const int chatRivinKoko = 85;  // 11-byte sender prefix, at most 73 characters, 
 const int kirjotusKoko = 500;
 
 extern char chatbuffer[chatRiveja][chatRivinKoko];  // line 0 is the newest
-extern char kirjotusbuffer[kirjotusKoko];            // the line being typed
-extern int kirjotettavakirjain;  // cursor: where the next character goes
-extern int vasenkirjain;         // first character shown
-extern int vikakirjain;          // last character, kept with the cursor
-extern int ruudunleveys;         // characters that fit on the input line
+extern char kirjotusbuffer[kirjotusKoko];           // the line being typed
+extern int kirjotettavakirjain;                     // cursor: where the next character goes
+extern int vasenkirjain;                            // first character shown
+extern int vikakirjain;                             // last character, kept with the cursor
+extern int ruudunleveys;                            // characters that fit on the input line
 
 // Runs the chat screen until the user leaves it or the game starts; the lobby keeps
 // running underneath.

@@ -133,7 +133,9 @@ void piirraCPisteet() {
     const CPiste& kukka = cpiste[i];
     if (!kukka.enabled) continue;
     piirraKoti(alkupiste[i], i);
-    if (kukka.player == kukkaKotona) piirraKenttaMalli(22, alkupiste[i].x, alkupiste[i].y, 5);
-    else if (kukka.player == kukkaPudonnut) piirraKenttaMalli(22, kukka.x, kukka.y, 5);
+    if (kukka.player == kukkaKotona)
+      piirraKenttaMalli(22, alkupiste[i].x, alkupiste[i].y, 5);
+    else if (kukka.player == kukkaPudonnut)
+      piirraKenttaMalli(22, kukka.x, kukka.y, 5);
   }
 }

@@ -63,8 +63,10 @@ void piirraDPisteet() {
   valmisteleMallit();
   for (int i = 0; i < dpisteita; ++i) {
     const DPiste& p = dpiste[i];
-    if (p.tiimi >= 0) valitseVari(p.tiimi);
-    else glColor4f(1, 1, 1, 1);
+    if (p.tiimi >= 0)
+      valitseVari(p.tiimi);
+    else
+      glColor4f(1, 1, 1, 1);
     piirraKenttaMalli(22, p.x, p.y, 8);
   }
 }

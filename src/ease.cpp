@@ -103,8 +103,8 @@ void rajahdys(double x, double y, double sade, double vahinko, const Player* suo
 }
 
 // A line effect in the player's own entries (entry 0 belongs to the primary beams).
-void viiva(Player& p, int kohta, double x1, double y1, double x2, double y2, double r, double g,
-           double b, double aika) {
+void viiva(Player& p, int kohta, double x1, double y1, double x2, double y2, double r, double g, double b,
+           double aika) {
   if (!p.viivat || kohta < 1 || kohta >= viivoja) return;
   Viivakasa& v = p.viivat[kohta];
   v = Viivakasa{};
@@ -124,8 +124,7 @@ struct Vari {
 
 // A jagged arc of `osia` segments from (x1, y1) to (x2, y2), written into line
 // entries from `kohta` on; returns the next free entry.
-int salama(Player& p, int kohta, double x1, double y1, double x2, double y2, int osia, Vari v,
-           double aika) {
+int salama(Player& p, int kohta, double x1, double y1, double x2, double y2, int osia, Vari v, double aika) {
   const double dx = x2 - x1, dy = y2 - y1, pituus = std::hypot(dx, dy);
   const double nx = pituus > 0 ? -dy / pituus : 0, ny = pituus > 0 ? dx / pituus : 0;
   const double heilahdus = std::min(3.0, pituus * 0.12);
@@ -281,7 +280,8 @@ void pulssi(Player& p) {  // 10: a shock wave that throws back and hurts, and br
   for (int j = 0; j < pelaajia(); ++j) {
     Player& k = player[j];
     if (!vihollinen(p, k)) continue;
-    if (k.alus.patiVoiHajota) rikoLahella(k.pati, kaytossa(k.alus.maxpadit, maksimipadit), p.x, p.y, ulottuma);
+    if (k.alus.patiVoiHajota)
+      rikoLahella(k.pati, kaytossa(k.alus.maxpadit, maksimipadit), p.x, p.y, ulottuma);
     if (k.alus.epatiVoiHajota) rikoLahella(k.epati, paikat(k), p.x, p.y, ulottuma);
     const double d = etaisyys(p.x, p.y, k.x, k.y);
     if (suojattu(k) || d >= ulottuma + k.alus.sade * kosketus || d <= 0) continue;
@@ -320,7 +320,8 @@ void ohjaaSyoksya(Player& p) {
   for (int j = 0; j < pelaajia(); ++j) {
     const Player& k = player[j];
     if (!vihollinen(p, k)) continue;
-    const double d = etaisyys(p.x, p.y, k.x, k.y), ero = kulmaero(aste(std::atan2(k.y - p.y, k.x - p.x)), suunta);
+    const double d = etaisyys(p.x, p.y, k.x, k.y),
+                 ero = kulmaero(aste(std::atan2(k.y - p.y, k.x - p.x)), suunta);
     if (d < paras && std::fabs(ero) < syoksynKeila) {
       paras = d;
       kaanto = std::clamp(ero, -syoksynKaanto, syoksynKaanto);
@@ -331,8 +332,8 @@ void ohjaaSyoksya(Player& p) {
   p.yvauhti = (float)(std::sin(a) * vauhti);
 }
 
-void tera(Player& p) { p.ampumispuoli = 2; }       // 19: the blade runs in liiku
-void rengas(Player& p) { p.ampumispuoli = 3; }     // 20: the ring leaves from liiku
+void tera(Player& p) { p.ampumispuoli = 2; }    // 19: the blade runs in liiku
+void rengas(Player& p) { p.ampumispuoli = 3; }  // 20: the ring leaves from liiku
 
 // 16: a cone of pellets. They start apart and fly at speeds in proportion to their
 // distance from the ship, so the cloud only spreads and never wears itself down.
@@ -396,7 +397,6 @@ bool erikoisnappi(const Player& p) { return napit(p).erikois; }
 
 void tehostin(Player& p) { p.suojapaalla = !p.suojapaalla; }
 
-
 const int jakautumisVali = 25;
 
 void jakautuja(Player& p) {  // 21: a shot that splits in two every quarter of its life
@@ -418,9 +418,9 @@ void panos(Player& p) {  // 23: a charge left in place that blows up when touche
 }
 
 const Laukaisu laukaisut[alustyyppeja] = {
-    suoja,      ilmatorjunta, itsetuho,   muuri,    painokaivo, imukapseli, teleportti, salamakaari,
-    jarkale,    satelliitit,  pulssi,     suoja,    eiMitaan,   hakeutuja,  syoksy,     tehostin,
-    haulikko,   limapallo,    purkaus,    tera,     rengas,     jakautuja,  takasarja,  panos,
+    suoja,    ilmatorjunta, itsetuho, muuri, painokaivo, imukapseli, teleportti, salamakaari,
+    jarkale,  satelliitit,  pulssi,   suoja, eiMitaan,   hakeutuja,  syoksy,     tehostin,
+    haulikko, limapallo,    purkaus,  tera,  rengas,     jakautuja,  takasarja,  panos,
 };
 
 // ---- Shot flight, one per kind -------------------------------------------------
@@ -510,7 +510,7 @@ bool kiertava(Player& o, Pati& s) {  // 9: circles the owner at a fixed radius
   return true;
 }
 
-const double hakeutujanKaanto = 3;  // degrees per frame
+const double hakeutujanKaanto = 3;    // degrees per frame
 bool hakeutuva(Player& o, Pati& s) {  // 13
   const double vauhti = std::min(std::hypot(s.xv, s.yv) + 0.004, 3 * o.alus.easevauhti);
   double suunta = aste(std::atan2(s.yv, s.xv));
@@ -544,7 +544,8 @@ bool jakautuva(Player& o, Pati& s) {  // 21
   s.y = (float)(vanha.y + sy);
   s.xv = (float)(std::cos(rad(suunta + jakautumisKulma)) * vauhti);
   s.yv = (float)(std::sin(rad(suunta + jakautumisKulma)) * vauhti);
-  Pati* kaksonen = laukaise(o, vanha.x - sx, vanha.y - sy, suunta - jakautumisKulma, vauhti, vanha.aika, false);
+  Pati* kaksonen =
+      laukaise(o, vanha.x - sx, vanha.y - sy, suunta - jakautumisKulma, vauhti, vanha.aika, false);
   if (kaksonen) {
     kaksonen->energia = vanha.energia;
     kaksonen->alku = vanha.alku;
@@ -601,15 +602,12 @@ void osumaVaikutus(Player& o, Pati& s, Player& k) {
       k.yvauhti = (float)(k.yvauhti + s.yv * o.alus.epatipotkasu);
       kimpoaRungosta(s, k, o.alus.epatisade);
       return;
-    case 17:
-      k.lisaalima();
-      break;
+    case 17: k.lisaalima(); break;
     case 23:
       rajahdys(s.x, s.y, panoksenSade, o.alus.edamage, nullptr);
       s.aika = 0;
       return;
-    default:
-      break;
+    default: break;
   }
   vahingoita(k, o.alus.edamage);
   k.xvauhti = (float)(k.xvauhti + s.xv * o.alus.epatipotkasu);
@@ -702,9 +700,9 @@ void Player::liikutaePadit() {
 ErikoisKaytto erikoisenKaytto(int easelaji) {
   using K = ErikoisKaytto;
   static const K kaytot[alustyyppeja] = {
-      K::Suoja,   K::Lahella, K::Lahella, K::Suoja,   K::Takaa,   K::Kaukaa,  K::Pako,    K::Lahella,
-      K::Kaukaa,  K::Lahella, K::Lahella, K::Lahella, K::Ei,      K::Kaukaa,  K::Lahella, K::Lahella,
-      K::Lahella, K::Kaukaa,  K::Lahella, K::Lahella, K::Lahella, K::Kaukaa,  K::Takaa,   K::Takaa,
+      K::Suoja,   K::Lahella, K::Lahella, K::Suoja,   K::Takaa,   K::Kaukaa, K::Pako,    K::Lahella,
+      K::Kaukaa,  K::Lahella, K::Lahella, K::Lahella, K::Ei,      K::Kaukaa, K::Lahella, K::Lahella,
+      K::Lahella, K::Kaukaa,  K::Lahella, K::Lahella, K::Lahella, K::Kaukaa, K::Takaa,   K::Takaa,
   };
   return easelaji >= 0 && easelaji < alustyyppeja ? kaytot[easelaji] : K::Ei;
 }
@@ -713,22 +711,25 @@ double erikoisenKantama(int easelaji) {
   if (easelaji < 0 || easelaji >= alustyyppeja) return 0;
   const Alus& a = alus[easelaji];
   switch (easelaji) {
-    case 0: return 15;                                   // shots this close call for the shield
-    case 1: case 16: return a.easevauhti * a.easekesto * 0.6;
-    case 2: return itsetuhonSade * 0.5;                  // the blast is strongest close in
+    case 0: return 15;  // shots this close call for the shield
+    case 1:
+    case 16: return a.easevauhti * a.easekesto * 0.6;
+    case 2: return itsetuhonSade * 0.5;  // the blast is strongest close in
     case 3: return a.easevauhti * a.easekesto * 0.5;
     case 4: return planeetanVeto;
-    case 5: case 13: case 17: return std::min(90.0, a.easevauhti * a.easekesto * 0.5);
+    case 5:
+    case 13:
+    case 17: return std::min(90.0, a.easevauhti * a.easekesto * 0.5);
     case 8: return std::max(20.0, a.easevauhti * 60);  // the boulder is slow: any farther and it is dodged
     case 21: return a.easevauhti * a.easekesto * 0.8;  // the splits find their way
     case 7: return a.epatisade * salamanUlottuma;
     case 9: return 12;
     case 10: return a.epatisade;
-    case 11: return a.epatisade;                         // the blue beam's length
+    case 11: return a.epatisade;  // the blue beam's length
     case 14: return 25;
     case 15: return 40;
     case 18: return a.epatisade * purkauksenUlottuma;
-    case 19: return a.sade + a.easenopeus / 20;          // the blade's full reach
+    case 19: return a.sade + a.easenopeus / 20;  // the blade's full reach
     case 20: return 30;
     case 22: return a.easevauhti * a.easekesto * 0.6;
     case 23: return panoksenSade;

@@ -123,10 +123,9 @@ void lataaSlottiin(tx::Slotti slotti) {
 const tx::Slotti ekatKuvat[] = {tx::greyPlating, tx::plasmaBolt,   tx::energyBomb, tx::exhaustPuff,
                                 tx::rustPlating, tx::suckerVortex, tx::littleMan,  tx::sunFlare};
 const tx::Slotti tokatKuvat[] = {
-    tx::crackleOrb, tx::missile,   tx::spark,        tx::glowingEgg,    tx::blueGalaxy,
-    tx::blackHole,  tx::pinkGalaxy, tx::ringOrb,     tx::bluePlating,   tx::toxicBlob,
-    tx::asteroidSkin, tx::lightningSkin, tx::fireball, tx::starShot,    tx::blueNebula,
-    tx::redNebula,  tx::titlePicture,
+    tx::crackleOrb, tx::missile,  tx::spark,       tx::glowingEgg, tx::blueGalaxy,   tx::blackHole,
+    tx::pinkGalaxy, tx::ringOrb,  tx::bluePlating, tx::toxicBlob,  tx::asteroidSkin, tx::lightningSkin,
+    tx::fireball,   tx::starShot, tx::blueNebula,  tx::redNebula,  tx::titlePicture,
 };
 
 template <size_t N>
@@ -371,11 +370,22 @@ void piirraKenttaMalli(int lista, float x, float y, float koko) {
 
 void valitseVari(int colour) {
   // Alpha 2.0 in the first three is clamped by the GL.
-  static const GLfloat varit[16][4] = {
-      {1, 0.25f, 0.25f, 2.0f}, {0.25f, 0.25f, 1, 2.0f}, {0.25f, 1, 0.25f, 2.0f}, {0, 1, 1, 1},
-      {1, 1, 1, 1},            {1, 0, 1, 1},            {1, 1, 0, 1},            {1, 0.6f, 0.6f, 1},
-      {0.6f, 1, 0.6f, 1},      {0.6f, 0.6f, 1, 1},      {1, 0.6f, 1, 1},         {1, 1, 0.6f, 1},
-      {0.6f, 1, 1, 1},         {1, 0, 0, 1},            {0, 1, 0, 1},            {0, 0, 1, 1}};
+  static const GLfloat varit[16][4] = {{1, 0.25f, 0.25f, 2.0f},
+                                       {0.25f, 0.25f, 1, 2.0f},
+                                       {0.25f, 1, 0.25f, 2.0f},
+                                       {0, 1, 1, 1},
+                                       {1, 1, 1, 1},
+                                       {1, 0, 1, 1},
+                                       {1, 1, 0, 1},
+                                       {1, 0.6f, 0.6f, 1},
+                                       {0.6f, 1, 0.6f, 1},
+                                       {0.6f, 0.6f, 1, 1},
+                                       {1, 0.6f, 1, 1},
+                                       {1, 1, 0.6f, 1},
+                                       {0.6f, 1, 1, 1},
+                                       {1, 0, 0, 1},
+                                       {0, 1, 0, 1},
+                                       {0, 0, 1, 1}};
   if (colour < 0 || colour >= 16)
     glColor4f(1, 0, 0, 1);
   else

@@ -41,7 +41,8 @@ int aaltoAika = 0;  // calculated frames waved so far
 const float aallonMaksimi = 1.8f;
 float poikkeama(float u, float v, float t) {
   const float puuska = 0.85f + 0.15f * std::sin(0.9f * t);
-  const float aalto = std::sin(6.0f * u - 4.5f * t + 0.9f * v) + 0.4f * std::sin(13.0f * u - 7.5f * t + 2.1f * v);
+  const float aalto =
+      std::sin(6.0f * u - 4.5f * t + 0.9f * v) + 0.4f * std::sin(13.0f * u - 7.5f * t + 2.1f * v);
   return aallonMaksimi * puuska * u * aalto;
 }
 
@@ -73,7 +74,8 @@ void asetaNormaalit() {
       float du[3], dv[3];
       ero(lippu[i][j > 0 ? j - 1 : j], lippu[i][j < lippuSarakkeita - 1 ? j + 1 : j], du);
       ero(lippu[i > 0 ? i - 1 : i][j], lippu[i < lippuRiveja - 1 ? i + 1 : i][j], dv);
-      const float n[3] = {du[1] * dv[2] - du[2] * dv[1], du[2] * dv[0] - du[0] * dv[2], du[0] * dv[1] - du[1] * dv[0]};
+      const float n[3] = {du[1] * dv[2] - du[2] * dv[1], du[2] * dv[0] - du[0] * dv[2],
+                          du[0] * dv[1] - du[1] * dv[0]};
       const float pituus = std::sqrt(n[0] * n[0] + n[1] * n[1] + n[2] * n[2]);
       LippuPiste& p = lippu[i][j];
       p.nx = n[0] / pituus;
@@ -99,8 +101,9 @@ float satunnainen() {
 }
 
 void alustaTahdet() {
-  for (IntroTahti& t : tahdet) t = {satunnainen() * 2 - 1, satunnainen() * 2 - 1, 0.3f + 0.7f * satunnainen(),
-                                    satunnainen() * float(2 * piirronPii)};
+  for (IntroTahti& t : tahdet)
+    t = {satunnainen() * 2 - 1, satunnainen() * 2 - 1, 0.3f + 0.7f * satunnainen(),
+         satunnainen() * float(2 * piirronPii)};
 }
 
 // The flag's own picture: a deep blue field, a gold band edged in red and a white
@@ -301,7 +304,8 @@ void alustaLippu() {
   aaltoAika = 0;
   for (int i = 0; i < lippuRiveja; i++)
     for (int j = 0; j < lippuSarakkeita; j++)
-      lippu[i][j] = {float(j) / (lippuSarakkeita - 1) * leveys, float(i) / (lippuRiveja - 1) * korkeus, 0, 0, 0, 1};
+      lippu[i][j] = {
+          float(j) / (lippuSarakkeita - 1) * leveys, float(i) / (lippuRiveja - 1) * korkeus, 0, 0, 0, 1};
 }
 
 void lippuAskel(int) {

@@ -22,10 +22,15 @@ void (*voitonPiirto)(int tiimi) = drawVictory;
 
 namespace {
 
-const char* const kohtienTekstit[paikallisiaKohtia] = {
-    "Start With Random Ships", "Resume Game",      "Start With",       "Start With Credits & Random Ships",
-    "Flower Domination",       "Capture The Flower", "Eat The Mushroom", "Settings",
-    "Exit Menu"};
+const char* const kohtienTekstit[paikallisiaKohtia] = {"Start With Random Ships",
+                                                       "Resume Game",
+                                                       "Start With",
+                                                       "Start With Credits & Random Ships",
+                                                       "Flower Domination",
+                                                       "Capture The Flower",
+                                                       "Eat The Mushroom",
+                                                       "Settings",
+                                                       "Exit Menu"};
 
 const float tekstiX = -25, tekstiZ = -40;
 const float krediittiLukuX = -12, krediittiTekstiX = -5;

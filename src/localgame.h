@@ -8,15 +8,15 @@ void drawOnePlayerGameMenu(int selected);
 
 // The menu's items, in screen order.
 enum PaikallinenKohta {
-  kohtaSatunnaiset,       // "Start With Random Ships"
-  kohtaJatka,             // "Resume Game"
-  kohtaKrediitit,         // "Start With <n> Credits"
-  kohtaKrediititSatunn,   // "Start With Credits & Random Ships"
-  kohtaDominointi,        // "Flower Domination"
-  kohtaLippu,             // "Capture The Flower"
-  kohtaSieni,             // "Eat The Mushroom"
-  kohtaAsetukset,         // "Settings"
-  kohtaPoistu,            // "Exit Menu"
+  kohtaSatunnaiset,      // "Start With Random Ships"
+  kohtaJatka,            // "Resume Game"
+  kohtaKrediitit,        // "Start With <n> Credits"
+  kohtaKrediititSatunn,  // "Start With Credits & Random Ships"
+  kohtaDominointi,       // "Flower Domination"
+  kohtaLippu,            // "Capture The Flower"
+  kohtaSieni,            // "Eat The Mushroom"
+  kohtaAsetukset,        // "Settings"
+  kohtaPoistu,           // "Exit Menu"
   paikallisiaKohtia
 };
 

@@ -79,7 +79,7 @@ void (*aulanPiirto)(void (*)(int), int) = piirraSuoraan;
 
 namespace {
 
-const int tuoreYhteys = 40;     // keep-alive rounds a connection lives without a message
+const int tuoreYhteys = 40;  // keep-alive rounds a connection lives without a message
 const int vastaanottoKerralla = 64000;
 const Uint32 hiljainenHosti = 10000;  // ms without a team table before a client gives up
 const Uint32 elossaVali = 500;        // ms between a client's keep-alive messages
@@ -161,8 +161,7 @@ bool tyhjennaJono(int i) {
 // overtake the last bytes sent; it is read away first.
 void lueLoput(int fd) {
   char roska[4096];
-  for (int kierros = 0; kierros < 16 && recv(fd, roska, sizeof roska, MSG_DONTWAIT) > 0; ++kierros) {
-  }
+  for (int kierros = 0; kierros < 16 && recv(fd, roska, sizeof roska, MSG_DONTWAIT) > 0; ++kierros) {}
 }
 
 }  // namespace
@@ -280,7 +279,7 @@ const char kunnossa[] = "kaikki kunnossa;";
 const char lopetti[] = "quiting..;";
 const char huomattu[] = "alku huomattu;";
 const char tiimitSaatu[] = "tiimit saatu;";
-const char elossa[] = "elossa;";  // the client's keep-alive
+const char elossa[] = "elossa;";    // the client's keep-alive
 const char omat[] = "omat paikat";  // + the slots of the connection (u16 bits) + ';'
 const char chat[] = "x\xe4t";
 const char tiimit[] = "tiimit";
@@ -454,9 +453,9 @@ const Viesti hostinViestit[] = {
 
 // --- From the host to a client.
 
-float verkkoFps = 100;   // the rate the host's table says
-Uint32 taulunAika = 0;   // when the last team table came
-Uint32 elossaAika = 0;   // when the last keep-alive went
+float verkkoFps = 100;  // the rate the host's table says
+Uint32 taulunAika = 0;  // when the last team table came
+Uint32 elossaAika = 0;  // when the last keep-alive went
 
 int mittaaTiimit(const unsigned char* p, int n) {
   if (n < 7) return vajaa;
@@ -579,7 +578,9 @@ int joinwaitKasittele(const unsigned char* buf, int pituus) {
 
 namespace {
 
-void koneenNimi(int paikka, int numero) { std::snprintf(netnick[paikka], nickKoko, "cpu %i", std::clamp(numero, 0, 99)); }
+void koneenNimi(int paikka, int numero) {
+  std::snprintf(netnick[paikka], nickKoko, "cpu %i", std::clamp(numero, 0, 99));
+}
 
 int hyvaksy() {
   TCPsocket uusi = SDLNet_TCP_Accept(tcpsoketit[0]);
@@ -840,7 +841,8 @@ const Uint32 avauksenAikaraja = 10000;
 int avaa(void* data) {
   Avaus* a = static_cast<Avaus*>(data);
   a->soketti = SDLNet_TCP_Open(&a->ip);
-  if (!a->soketti) std::snprintf(a->virhe, sizeof a->virhe, "%s", SDLNet_GetError());  // errors are per thread
+  if (!a->soketti)
+    std::snprintf(a->virhe, sizeof a->virhe, "%s", SDLNet_GetError());  // errors are per thread
   if (a->tila.exchange(avausValmis) == avausHylatty) {
     if (a->soketti) SDLNet_TCP_Close(a->soketti);
     delete a;
@@ -995,7 +997,7 @@ const char* const pelitilojenNimet[5] = {"death match", "death match with random
                                          "capture the flower", "eat the mushroom"};
 const char* const tilojenNimet[4] = {"open", "closed", "cpu", "human"};
 
-const int paikkoja = 16;  // rows of the slot table; the screens' other items follow
+const int paikkoja = 16;      // rows of the slot table; the screens' other items follow
 const int muutaStatusta = 3;  // statuses the host cycles through: open, closed, cpu
 const float aulaZ = -40, aulanLeveys = 30, paikanKoko = 0.7f, riviKoko = 0.8f;
 const float alaX = -22, alaArvoX = -3;
@@ -1044,9 +1046,11 @@ void piirraAula(int kohta, const char* otsikko, const char* const toiminnot[3], 
   char tahti[24], raja[16];
   std::snprintf(raja, sizeof raja, "%d", mpcredits);
   std::snprintf(tahti, sizeof tahti, "%d per second", static_cast<int>(hostpeli ? calculatefps : verkkoFps));
-  const char* nimet[6] = {"Game Mode:", gamemode <= 1 ? "Credits:" : "Score Limit:", "Rate:",
-                          toiminnot[0], toiminnot[1], toiminnot[2]};
-  const char* arvot[6] = {pelitilojenNimet[std::clamp(gamemode, 0, 4)], raja, tahti, nullptr, nullptr, nullptr};
+  const char* nimet[6] = {
+      "Game Mode:", gamemode <= 1 ? "Credits:" : "Score Limit:", "Rate:", toiminnot[0], toiminnot[1],
+      toiminnot[2]};
+  const char* arvot[6] = {
+      pelitilojenNimet[std::clamp(gamemode, 0, 4)], raja, tahti, nullptr, nullptr, nullptr};
   const int ala = kohta - paikkoja;
   const int valittuRivi = ala < 0 ? -1 : ala < valittavia ? ala : ala + 3 - valittavia;
   for (int r = 0; r < 6; ++r) {
@@ -1148,9 +1152,9 @@ void muutaAulaa(int kohta, int suunta) {
 void piirraHostinAula(int kohta) {
   int liittyneita = 0;
   for (int c = 1; c < yhteyksia; ++c) liittyneita += tila[c] > 0;
-  const char* ohje = kohta < paikkoja ? "Enter: open, closed, cpu   left, right: team"
+  const char* ohje = kohta < paikkoja  ? "Enter: open, closed, cpu   left, right: team"
                      : kohta <= hkRaja ? "left, right: change"
-                                        : "";
+                                       : "";
   char vihje[96];
   std::snprintf(vihje, sizeof vihje, "port %d, %d joined     %s", verkkoportti, liittyneita, ohje);
   piirraAula(kohta, "Host Multiplayer", hostinToiminnot, 2, vihje);
@@ -1278,7 +1282,7 @@ void piirraJoinMenu(int kohta) {
   const char* nimet[4] = {"Host Address:", "Players:", "Nicks", "Back"};
   const char* arvot[4] = {arvo, maara, nullptr, nullptr};
   for (int r = 0; r < 4; ++r) piirraRivi(alaX, 6 - 2.0f * r, nimet[r], arvot[r], -6);
-  piirraAlarivi(kohta == jkOsoite   ? "type the address     Enter: join"
+  piirraAlarivi(kohta == jkOsoite     ? "type the address     Enter: join"
                 : kohta == jkPelaajat ? "left, right: players on this machine     Enter: join"
                                       : "");
   const float loppu =

@@ -15,8 +15,8 @@ void joinMultiplayer();
 
 // ---- Transport ---------------------------------------------------------------------
 
-const int yhteyksia = 16;    // host connections: 0 is the listening socket, 1..15 clients
-const int hostiYhteys = 16;  // a client's one connection, to its host
+const int yhteyksia = 16;               // host connections: 0 is the listening socket, 1..15 clients
+const int hostiYhteys = 16;             // a client's one connection, to its host
 const int vastaanottoTila = 64 * 1024;  // received bytes not yet handled, per connection
 const int jonoTila = 128 * 1024;        // bytes waiting for the kernel, per connection
 
@@ -82,7 +82,7 @@ extern TCPsocket joinsoketti;
 extern int joinaavia;
 extern bool gamequited, started2, alkujuttusaatu, valmiinaalottamaan;
 extern unsigned omatPaikat;  // bit per slot the host says this client owns
-bool omaPaikka(int s);      // a player of this machine has lobby slot s
+bool omaPaikka(int s);       // a player of this machine has lobby slot s
 extern const char* eroSyy;   // why the lobby ended, for the error screen
 
 // Host.
@@ -112,7 +112,7 @@ void katkaiseHostista(const char* syy);
 void aulanVerkko();
 
 // The last host address file.
-void readHostFile(char* buf);        // buf holds at least 48 bytes
+void readHostFile(char* buf);  // buf holds at least 48 bytes
 void writeHostFile(const char* buf);
 
 // ---- Game start ----------------------------------------------------------------------

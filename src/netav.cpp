@@ -92,8 +92,7 @@ bool tarjoaValinta(int yhteys, int pelaaja, int alusnumero) {
 
 void valintaAjat() {
   for (int i = 0; i < saannot::pelaajia(); ++i)
-    if (takaraja[i] >= 0 && (oldframecounter >= takaraja[i] || valitsijaPoissa(i)))
-      annaArvottuAlus(i);
+    if (takaraja[i] >= 0 && (oldframecounter >= takaraja[i] || valitsijaPoissa(i))) annaArvottuAlus(i);
 }
 
 void annaArvottuAlus(int pelaaja) {

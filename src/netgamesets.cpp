@@ -10,7 +10,8 @@
 namespace {
 
 // What a running match may change; window size, players and credits wait for the menu.
-const int rivit[] = {aMusiikki, aEfektit, aMusiikkivoimakkuus, aEfektivoimakkuus, aKamera, aTarkkuus, aOtteluun};
+const int rivit[] = {aMusiikki, aEfektit, aMusiikkivoimakkuus, aEfektivoimakkuus, aKamera,
+                     aTarkkuus, aOtteluun};
 const int riveja = sizeof rivit / sizeof rivit[0];
 const int takaisin = riveja - 1;
 
@@ -34,8 +35,8 @@ void netGameSets() {
       muutettu = true;
     }
     otteluJatkuu();
-    piirraAsetukset("Settings", rivit, riveja, kohta, luonnos, "left, right: change     Escape: back to the match",
-                    true);
+    piirraAsetukset("Settings", rivit, riveja, kohta, luonnos,
+                    "left, right: change     Escape: back to the match", true);
     updateAudio();
   }
   unohdaNapit();

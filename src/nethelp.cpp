@@ -51,7 +51,9 @@ float lueF32(const unsigned char* b) {
   return v;
 }
 
-void kirjotaQ16(unsigned char* b, float v, float k, bool rajattu) { kirjotaU16(b, (uint16_t)q16(v, k, rajattu)); }
+void kirjotaQ16(unsigned char* b, float v, float k, bool rajattu) {
+  kirjotaU16(b, (uint16_t)q16(v, k, rajattu));
+}
 float lueQ16(const unsigned char* b, float k) { return (float)lueI16(b) / k; }
 
 // A share of a ship maximum as a byte: 200 is full, 250 the cap above 125 %.
@@ -98,8 +100,9 @@ int kirjotaCoords(unsigned char* buf, const Player* p) {
   buf[7] = osuusTavuna(p->fuel, p->alus.fuel);
   kirjotaU16(buf + 8, (uint16_t)p->kuolema);
   kirjotaU16(buf + 10, (uint16_t)lyhyeksi(p->pisteet));
-  buf[12] = (unsigned char)((p->pfire ? nTuli : 0) | (p->pease ? nErikois : 0) | (p->pylos ? nKaasu : 0) |
-                            (p->pleft ? nVasen : 0) | (p->pright ? nOikea : 0) | (p->suojapaalla ? nSuoja : 0));
+  buf[12] =
+      (unsigned char)((p->pfire ? nTuli : 0) | (p->pease ? nErikois : 0) | (p->pylos ? nKaasu : 0) |
+                      (p->pleft ? nVasen : 0) | (p->pright ? nOikea : 0) | (p->suojapaalla ? nSuoja : 0));
   return coordkoko;
 }
 
@@ -260,7 +263,8 @@ int lueAsteroidipox(asteroidipox* a, const unsigned char* buf) {
 }
 
 int kirjotaPati(unsigned char* buf, const Pati* p) {
-  const float kentat[11] = {p->x, p->y, p->xv, p->yv, p->kulma, p->energia, p->r, p->g, p->b, p->alku, p->koko};
+  const float kentat[11] = {p->x, p->y, p->xv, p->yv,   p->kulma, p->energia,
+                            p->r, p->g, p->b,  p->alku, p->koko};
   for (int i = 0; i < 11; ++i) kirjotaF32(buf + 4 * i, kentat[i]);
   kirjotaU16(buf + 44, (uint16_t)p->aika);
   kirjotaU16(buf + 46, (uint16_t)p->ampumisviive);
@@ -268,7 +272,8 @@ int kirjotaPati(unsigned char* buf, const Pati* p) {
 }
 
 int luePati(Pati* p, const unsigned char* buf) {
-  float* kentat[11] = {&p->x, &p->y, &p->xv, &p->yv, &p->kulma, &p->energia, &p->r, &p->g, &p->b, &p->alku, &p->koko};
+  float* kentat[11] = {&p->x, &p->y, &p->xv, &p->yv,   &p->kulma, &p->energia,
+                       &p->r, &p->g, &p->b,  &p->alku, &p->koko};
   for (int i = 0; i < 11; ++i) *kentat[i] = lueF32(buf + 4 * i);
   p->aika = lueI16(buf + 44);
   p->ampumisviive = lueI16(buf + 46);

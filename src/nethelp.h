@@ -22,8 +22,8 @@ struct limajuttu {
 struct netPati {
   float x, y, xv, yv, kulma;
   float r, g, b;
-  char pelaaja;          // owner slot
-  unsigned short pati;   // index into the owner's projectile array
+  char pelaaja;         // owner slot
+  unsigned short pati;  // index into the owner's projectile array
 };
 
 // A projectile that died on the host.
@@ -86,7 +86,7 @@ int lueAlkuTiedot(AlkuTiedot* a, const unsigned char* buf);
 // a read that does not fit fails, leaves its output untouched and makes every
 // later read fail too, so a handler checks `ok` once after a run of reads.
 class Lukija {
-public:
+ public:
   Lukija(const void* data, int pituus);
   bool ok() const { return ok_; }
   int jaljella() const { return jaljella_; }
@@ -107,7 +107,7 @@ public:
     return true;
   }
 
-private:
+ private:
   bool varaa(int n);
   void siirry(int n);
   const unsigned char* p_;
@@ -118,7 +118,7 @@ private:
 // Fills a buffer of known capacity; a write that does not fit fails, writes
 // nothing and makes every later write fail.
 class Kirjoittaja {
-public:
+ public:
   Kirjoittaja(void* data, int tila);
   bool ok() const { return ok_; }
   int pituus() const { return pituus_; }
@@ -139,7 +139,7 @@ public:
   // Writes a 16-bit value at an earlier offset (a length or count filled in later).
   bool u16Kohtaan(int kohta, uint16_t v);
 
-private:
+ private:
   bool varaa(int n);
   unsigned char* alku_;
   int tila_;

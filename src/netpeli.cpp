@@ -174,8 +174,8 @@ struct AlusVarjo {
   short kuolema;
   bool rajahti, syntyi, pelissa;
   float rx, ry;
-  int ohjaus;        // queued control notice: -1 none, 0 computer, 1 human
-  int64_t valinta;   // queued choose-a-ship deadline, -1 none
+  int ohjaus;       // queued control notice: -1 none, 0 computer, 1 human
+  int64_t valinta;  // queued choose-a-ship deadline, -1 none
 };
 AlusVarjo alusVarjo[maxPlayers];
 
@@ -204,7 +204,7 @@ int asteroidiVuoro = 0;
 struct {
   int pelaaja, taulukko, indeksi;
 } ajelehtivaVuoro;
-const int ajelehtiviaFramessa = 2;   // drifting shots sent again per FRAME
+const int ajelehtiviaFramessa = 2;    // drifting shots sent again per FRAME
 const int kaikkiTavoitteetVali = 10;  // every tenth FRAME carries every objective
 const int kierrosaikaVali = 50;       // and every fiftieth the round trips (once a second at k = 2)
 const uint16_t isannanOma = 0xffff;
@@ -269,8 +269,8 @@ void keraaAlus(int i) {
   }
   // Back in the world: a new ship type, the timer let go of its wait, or a ship that
   // blew up and lives on (the resurrecting special).
-  const bool tuli = p.alus.numero != a.numero || (a.kuolema >= odotus && p.kuolema < odotus) ||
-                    (rajahti && p.kuolema < 1);
+  const bool tuli =
+      p.alus.numero != a.numero || (a.kuolema >= odotus && p.kuolema < odotus) || (rajahti && p.kuolema < 1);
   // A client learns of a death up to a FRAME late and flies the shots meanwhile;
   // the frozen shots are sent again so that they stop where the host's stopped.
   const bool kuoli = a.kuolema < 1 && p.kuolema >= 1;
@@ -318,7 +318,7 @@ void keraaPikkumiehet() {
 
 // Writes records into sections, opening one whenever the tag or param changes.
 class Osiot {
-public:
+ public:
   Osiot(Kirjoittaja& k, int raja) : k(k), raja_(raja) {}
   Kirjoittaja& k;
 
@@ -342,7 +342,7 @@ public:
     return true;
   }
 
-private:
+ private:
   int raja_;
   int laskuri_ = -1;
   uint8_t tunniste_ = 0, param_ = 0;
@@ -465,7 +465,8 @@ bool lisaaLaukaus(Osiot& o, int i, bool e, int k) {
   const Player& p = player[i];
   const Pati& s = padit(p, e)[k];
   const bool taysi = taysiLaukaus(p, e);
-  if (!o.tietue(syntyiOsio[e][taysi], (uint8_t)(k >> 8), taysi ? taysiLaukausKoko : laukausKoko)) return false;
+  if (!o.tietue(syntyiOsio[e][taysi], (uint8_t)(k >> 8), taysi ? taysiLaukausKoko : laukausKoko))
+    return false;
   // Headings only matter modulo a turn where the wire form would wrap.
   const float kulma = std::fabs(s.kulma) < 655 ? s.kulma : std::fmod(s.kulma, 360.0f);
   const netPati n{s.x, s.y, s.xv, s.yv, kulma, s.r, s.g, s.b, (char)i, (unsigned short)k};
@@ -621,7 +622,8 @@ void lisaaAjelehtivat(Osiot& o) {
 void aloitaKeraaja() {
   for (int i = 0; i < maxPlayers; ++i) {
     const Player& p = player[i];
-    alusVarjo[i] = AlusVarjo{p.alus.numero, p.kuolema, false, false, saannot::pelissa(player[i]), 0, 0, -1, -1};
+    alusVarjo[i] =
+        AlusVarjo{p.alus.numero, p.kuolema, false, false, saannot::pelissa(player[i]), 0, 0, -1, -1};
     for (bool e : {false, true}) {
       PatiVarjo& v = patiVarjo[i][e];
       const Pati* s = padit(p, e);
@@ -683,7 +685,8 @@ int koodaaFrame(uint32_t frame, unsigned char* buf, int tila) {
   lisaaAlustenTapahtumat(o);
   lisaaAsteroidit(o);
   lisaaTavoitteet(o, framejaKoodattu % kaikkiTavoitteetVali == 0);
-  for (int i = 0; framejaKoodattu % kierrosaikaVali == 0 && i < saannot::pelaajia(); ++i) lisaaKierrosaika(o, i);
+  for (int i = 0; framejaKoodattu % kierrosaikaVali == 0 && i < saannot::pelaajia(); ++i)
+    lisaaKierrosaika(o, i);
   for (int i = 0; i < saannot::pelaajia(); ++i)
     if (limaVarjo[i].likainen && lisaaLimat(o, i)) limaVarjo[i].likainen = false;
   lisaaPikkumiehet(o);
@@ -717,7 +720,17 @@ int ilmanCoordseja(const unsigned char* viesti, int pituus, unsigned char* ulos)
 namespace {
 
 enum ResyncVaihe {
-  rAlku, rAlukset, rAsteroidit, rKukat, rValtaukset, rSienet, rMiehet, rLimat, rLaukaukset, rLoppu, rValmis
+  rAlku,
+  rAlukset,
+  rAsteroidit,
+  rKukat,
+  rValtaukset,
+  rSienet,
+  rMiehet,
+  rLimat,
+  rLaukaukset,
+  rLoppu,
+  rValmis
 };
 
 // Writes the record at the cursor; false when the message is full.
@@ -737,7 +750,8 @@ bool resyncTietue(ResyncKoodaaja& r, Osiot& o) {
 
 int resyncVaiheenPituus(const ResyncKoodaaja& r) {
   switch (r.vaihe) {
-    case rAlukset: case rLimat: return saannot::pelaajia();
+    case rAlukset:
+    case rLimat: return saannot::pelaajia();
     case rAsteroidit: return asteroideja;
     case rKukat: return tavoitteita(cpiste, cpisteita);
     case rValtaukset: return tavoitteita(dpiste, dpisteita);
@@ -905,7 +919,8 @@ bool lueAsteroidiOsa(Lukutila& t) {
 
 bool lueAsteroidiRajahdys(Lukutila& t) {
   asteroidipox a;
-  if (!t.l.tietue(&a, asteroidipoxkoko, lueAsteroidipox) || !aarellinen(a.x) || !aarellinen(a.y)) return false;
+  if (!t.l.tietue(&a, asteroidipoxkoko, lueAsteroidipox) || !aarellinen(a.x) || !aarellinen(a.y))
+    return false;
   if (t.soveltaa && odottavia < maxOdottavia) odottavatRajahdykset[odottavia++] = a;
   return true;
 }
@@ -964,7 +979,8 @@ const short poimintaViive = 70;  // a little man let go cannot be picked up at o
 bool luePikkumies(Lukutila& t) {
   pikkumiessiirto s;
   if (!t.l.tietue(&s, pikkumieskoko, luePikkumiessiirto)) return false;
-  if (s.numero < 0 || s.numero >= pikkumiehia || !aarellinen(s.x) || !aarellinen(s.y) || !aarellinen(s.energia))
+  if (s.numero < 0 || s.numero >= pikkumiehia || !aarellinen(s.x) || !aarellinen(s.y) ||
+      !aarellinen(s.energia))
     return false;
   if (t.soveltaa) {
     Pati& m = pikkumies[s.numero];
@@ -1187,9 +1203,7 @@ bool kasittelePeliMsg(uint8_t laji, const unsigned char* data, int pituus, int a
       v.resyncKesken = true;
       sovella(data, pituus);
       break;
-    case lajiResyncOsa:
-      sovella(data, pituus);
-      break;
+    case lajiResyncOsa: sovella(data, pituus); break;
     default:  // the end
       sovella(data, pituus);
       v.resyncKesken = false;
@@ -1259,10 +1273,8 @@ bool kayAsiakkaanViesti(uint8_t laji, const unsigned char* data, int pituus, boo
       if (oma(slot)) alusvalinta[slot] = tyyppi;
       break;
     }
-    case lajiLahto:
-      break;
-    default:
-      return false;
+    case lajiLahto: break;
+    default: return false;
   }
   return l.ok() && l.jaljella() == 0;
 }
@@ -1325,7 +1337,7 @@ namespace {
 enum class Rooli { ei, isanta, asiakas };
 Rooli rooli = Rooli::ei;
 int maailmanFrame = 0;
-bool valintaAuki = false;  // one choice screen at a time on a machine
+bool valintaAuki = false;          // one choice screen at a time on a machine
 const Uint32 enintaanOdotus = 20;  // ms a pass waits on its sockets at most
 const Uint32 piirtoVali = 20;      // ms: a loop waiting for frames still draws this often
 
@@ -1421,22 +1433,22 @@ void piirra(int laskettu) {
 
 // ---- Host ----------------------------------------------------------------------------------
 
-const uint32_t taysiRaja = 8 * 1024;        // bytes in flight up to which a client gets whole FRAMEs
-const uint32_t tapahtumaRaja = 16 * 1024;   // ... and events only; beyond, FRAMEs wait in the program
-const int ohjelmanJono = 128 * 1024;        // beyond this the waiting FRAMEs go and a RESYNC follows
-const Uint32 hiljaaVapaat = 250;             // ms of silence that release a client's buttons
-const Uint32 eiEdistysta = 5000;             // ms without progress that drop it
-const Uint32 kierrosIkkuna = 1000;           // the round trip is the least of this many ms' samples
-const int isannanKiinniotto = 25;            // frames behind beyond which the host skips ahead
+const uint32_t taysiRaja = 8 * 1024;       // bytes in flight up to which a client gets whole FRAMEs
+const uint32_t tapahtumaRaja = 16 * 1024;  // ... and events only; beyond, FRAMEs wait in the program
+const int ohjelmanJono = 128 * 1024;       // beyond this the waiting FRAMEs go and a RESYNC follows
+const Uint32 hiljaaVapaat = 250;           // ms of silence that release a client's buttons
+const Uint32 eiEdistysta = 5000;           // ms without progress that drop it
+const Uint32 kierrosIkkuna = 1000;         // the round trip is the least of this many ms' samples
+const int isannanKiinniotto = 25;          // frames behind beyond which the host skips ahead
 
 struct Asiakas {
   bool mukana;
-  uint64_t annettu;     // bytes handed to the transport since the connection opened
-  uint32_t kuitattu;    // of which the client says it has received this many
+  uint64_t annettu;   // bytes handed to the transport since the connection opened
+  uint32_t kuitattu;  // of which the client says it has received this many
   Uint32 kuultu, edistyi;
   bool napitPaalla;
   bool resync;
-  uint32_t nahty;       // the newest FRAME it has reported
+  uint32_t nahty;  // the newest FRAME it has reported
   int kierros, ikkunanPienin;
   Uint32 ikkunanAlku;
   int jonossa;
@@ -1750,7 +1762,7 @@ namespace {
 
 const int alkuViive = frameVali + 1, pieninViive = 1, suurinViive = 20;
 const Uint32 viiveenTarkistus = 5000;  // ms of spare frames before the delay shrinks
-const int ennakkoRaja = 25;             // frames a client may fly on past the newest FRAME
+const int ennakkoRaja = 25;            // frames a client may fly on past the newest FRAME
 const Uint32 odotusIlmoitus = 1000, hiljainenIsanta = 10000;
 const Uint32 napitVahintaan = 20, napitViimeistaan = 50;
 const uint32_t kuittausVali = 4096;
@@ -1758,9 +1770,9 @@ const Uint32 oikaisuAika = 100;  // ms over which a small correction is drawn aw
 const float oikaisuRaja = 10;
 
 struct Asiakkaan {
-  bool alkanut;          // a RESYNC has given the world
-  int omat[4], omia;     // this machine's players
-  Uint32 kuultu;         // when the host was last heard
+  bool alkanut;       // a RESYNC has given the world
+  int omat[4], omia;  // this machine's players
+  Uint32 kuultu;      // when the host was last heard
   // The host's clock: the frame of a FRAME less its arrival, the best of the last two seconds.
   double etu, edellinenEtu;
   Uint32 etuAlku;

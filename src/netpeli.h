@@ -8,10 +8,10 @@
 #include "Player.h"
 #include "nethelp.h"
 
-extern int results;   // bytes of game data received
-extern int packets;   // packets of game data received
-extern limajuttu netlima;     // the last slime blob stuck, for the host to send
-extern bool limalaitetaan;    // netlima waits to be sent
+extern int results;         // bytes of game data received
+extern int packets;         // packets of game data received
+extern limajuttu netlima;   // the last slime blob stuck, for the host to send
+extern bool limalaitetaan;  // netlima waits to be sent
 
 // ---- Framing -------------------------------------------------------------------
 //
@@ -21,14 +21,14 @@ extern bool limalaitetaan;    // netlima waits to be sent
 
 enum PeliLaji : uint8_t {
   // host -> client
-  lajiFrame = 1,          // the changes since the last FRAME and the ships' coords
-  lajiResyncAlku = 2,     // RESYNC: the world is replaced by what follows
+  lajiFrame = 1,       // the changes since the last FRAME and the ships' coords
+  lajiResyncAlku = 2,  // RESYNC: the world is replaced by what follows
   lajiResyncOsa = 3,
-  lajiResyncLoppu = 4,    // the last part, with the ships' coords
+  lajiResyncLoppu = 4,  // the last part, with the ships' coords
   // client -> host
-  lajiNapit = 0x10,       // BUTTONS
-  lajiValinta = 0x11,     // CHOICE
-  lajiLahto = 0x12,       // LEAVE
+  lajiNapit = 0x10,    // BUTTONS
+  lajiValinta = 0x11,  // CHOICE
+  lajiLahto = 0x12,    // LEAVE
 };
 
 const int peliOtsake = 3;
@@ -38,25 +38,25 @@ const int maxFrameViesti = peliOtsake + maxIsannanKehys;
 
 // Sections of a FRAME or RESYNC payload: [tag][param][count] and count records.
 enum Osio : uint8_t {
-  osioRajahdys = 1,        // ship exploded: slot, x, y
-  osioSyntyma,             // ship (re)spawned: slot, type, x, y, heading
-  osioAlus,                // a ship beyond its coords (RESYNC): slot, type, team, human, velocity
-  osioOhjaus,              // control changed: slot, human
-  osioValinta,             // choose a ship: slot, deadline frame
-  osioAsteroidi,           // index + asteroid record
-  osioAsteroidiRajahdys,   // asteroidipox
-  osioKukka,               // index + flower record
-  osioValtaus,             // index + owning team of a domination point
-  osioSieni,               // index + mushroom record
-  osioLimat,               // param = player: all its blobs, limajuttu + life
-  osioPikkumies,           // pikkumiessiirto; a life of 0 or less: gone
-  osioPatiKuoli,           // param = high byte of the index: kuolevaPati
+  osioRajahdys = 1,       // ship exploded: slot, x, y
+  osioSyntyma,            // ship (re)spawned: slot, type, x, y, heading
+  osioAlus,               // a ship beyond its coords (RESYNC): slot, type, team, human, velocity
+  osioOhjaus,             // control changed: slot, human
+  osioValinta,            // choose a ship: slot, deadline frame
+  osioAsteroidi,          // index + asteroid record
+  osioAsteroidiRajahdys,  // asteroidipox
+  osioKukka,              // index + flower record
+  osioValtaus,            // index + owning team of a domination point
+  osioSieni,              // index + mushroom record
+  osioLimat,              // param = player: all its blobs, limajuttu + life
+  osioPikkumies,          // pikkumiessiirto; a life of 0 or less: gone
+  osioPatiKuoli,          // param = high byte of the index: kuolevaPati
   osioEpatiKuoli,
-  osioPatiSyntyi,          // param = high byte: netPati + life
+  osioPatiSyntyi,  // param = high byte: netPati + life
   osioEpatiSyntyi,
-  osioPatiSyntyiTaysi,     // ... + energy + the shot's own counter
+  osioPatiSyntyiTaysi,  // ... + energy + the shot's own counter
   osioEpatiSyntyiTaysi,
-  osioKierrosajat,         // slot + the round trip in ms to the machine that plays it (0xffff: the host)
+  osioKierrosajat,  // slot + the round trip in ms to the machine that plays it (0xffff: the host)
   osioja
 };
 
@@ -67,7 +67,7 @@ struct PeliViesti {
   uint8_t laji;               // kehys: its kind
   const unsigned char* data;  // kehys: the payload; teksti: the whole text
   int pituus;
-  int kulutettu;              // bytes to drop from the front of the stream (also with kesken)
+  int kulutettu;  // bytes to drop from the front of the stream (also with kesken)
 };
 
 // The next whole message at the front of a received byte stream from `lahettaja`.
@@ -146,10 +146,10 @@ int koodaaLahto(unsigned char* buf, int tila);
 const int maxYhteyksia = 16;
 // What each connection's last BUTTONS said.
 struct AsiakasYhteys {
-  bool kuultu;           // a BUTTONS has arrived
+  bool kuultu;  // a BUTTONS has arrived
   uint16_t jarjestys;
-  uint32_t kuitattu;     // bytes the client has received of the host's stream
-  uint32_t nahtyFrame;   // newest FRAME it had seen
+  uint32_t kuitattu;    // bytes the client has received of the host's stream
+  uint32_t nahtyFrame;  // newest FRAME it had seen
 };
 extern AsiakasYhteys asiakasYhteys[maxYhteyksia];
 // Ship chosen through CHOICE by the slot's owner, -1 none; the host loop checks and takes it.

@@ -173,7 +173,8 @@ Voittonakyma voittonakyma(Voittoruutu ruutu, int tiimi) {
       if (tavoite) voittajaTiimi = v.tiimi = yltanytTiimi(fullcredits, false);
       break;
     case Voittoruutu::isanta:
-      voittajaTiimi = tavoite ? yltanytTiimi(static_cast<double>(mpcredits), true) : viimeisenMukanaOlevanTiimi();
+      voittajaTiimi =
+          tavoite ? yltanytTiimi(static_cast<double>(mpcredits), true) : viimeisenMukanaOlevanTiimi();
       v.tiimi = voittajaTiimi + 1;
       break;
     case Voittoruutu::asiakas:

@@ -5,11 +5,11 @@ extern int mpcredits;            // score limit / credits of a networked game
 extern signed char voittotiimi;  // winning team as received by a client
 
 // Local end rules, checked by the local game loops after the world steps.
-bool tiimisaantoLoppu();   // death matches: at most one team left in play
-bool pistesaantoLoppu();   // objective modes: someone reached fullcredits
-int johtavaTiimi();        // team of the leader (the victory screen's argument)
+bool tiimisaantoLoppu();  // death matches: at most one team left in play
+bool pistesaantoLoppu();  // objective modes: someone reached fullcredits
+int johtavaTiimi();       // team of the leader (the victory screen's argument)
 
-int peliloppu();           // network host's end rule: 1 = match over
+int peliloppu();  // network host's end rule: 1 = match over
 void drawVictory(int tiimi);
 
 // What a victory screen shows: the winners' ships (a bit per slot), the team number as

@@ -87,12 +87,28 @@ bool asteroidinSirpaleNopeus(const Sirpale& s) {
 }
 
 const SirpaleResepti aluksenRajahdys = {
-    200, 100, {1500, 1000, -0.75}, aluksenSirpaleNopeus, 400, {200, 1, 200},
-    {200, 100, 0.6000000238418579}, {50, 100, 0.5}, {100, 100, 0}, {100, 100, 0},
+    200,
+    100,
+    {1500, 1000, -0.75},
+    aluksenSirpaleNopeus,
+    400,
+    {200, 1, 200},
+    {200, 100, 0.6000000238418579},
+    {50, 100, 0.5},
+    {100, 100, 0},
+    {100, 100, 0},
 };
 const SirpaleResepti asteroidinRajahdys = {
-    35, 15, {200, 500, -0.2}, asteroidinSirpaleNopeus, 250, {200, 1, 50},
-    {30, 100, 0.2}, {20, 100, 0.5}, {20, 100, 0.5}, {15, 100, 0.35},
+    35,
+    15,
+    {200, 500, -0.2},
+    asteroidinSirpaleNopeus,
+    250,
+    {200, 1, 50},
+    {30, 100, 0.2},
+    {20, 100, 0.5},
+    {20, 100, 0.5},
+    {15, 100, 0.35},
 };
 
 // Fills free world shards (aika < 1) from index 0 on with debris at (x, y).
@@ -221,7 +237,8 @@ void kokoaElavatPadit() {
     const bool mukana = pelissa(pl);
     // Ship 9's special shots pass through asteroids.
     kokoaElavat(elavat[p][0], mukana ? pl.pati : nullptr, pl.alus.maxpadit, maksimipadit);
-    kokoaElavat(elavat[p][1], mukana && pl.alus.numero != 9 ? pl.epati : nullptr, pl.alus.maxepadit, maksimiepadit);
+    kokoaElavat(elavat[p][1], mukana && pl.alus.numero != 9 ? pl.epati : nullptr, pl.alus.maxepadit,
+                maksimiepadit);
   }
 }
 
@@ -510,9 +527,7 @@ int satunnainenAlusIlmanPisteita() {
 void uudestaanPyynto(int i) {
   Player& p = player[i];
   switch (gamemode) {
-    case 2:
-      playeruudestaan[i] = 1;
-      break;
+    case 2: playeruudestaan[i] = 1; break;
     case 3:
       playeruudestaan[i] = 1;
       tiimillePisteita(p.tiimi, -ckuolemapisteet);
@@ -784,7 +799,7 @@ static Kasvot tasossa(float kulmaAsteina) {
 // Particle quads are gathered into one static vertex array and drawn with a
 // single call: a call per quad costs the software renderer more than the quad.
 class NelioEra {
-public:
+ public:
   void vari(float r, float g, float b, float a) {
     nykyinen[0] = r;
     nykyinen[1] = g;
@@ -818,7 +833,7 @@ public:
     maara = 0;
   }
 
-private:
+ private:
   static const int kapasiteetti = 2048;
   float paikat[kapasiteetti * 4 * 3];
   float tekstuuri[kapasiteetti * 4 * 2];
@@ -876,8 +891,8 @@ void asetaKameraJaValo() {
   glLoadIdentity();
   if (sets.cammode == 0) {
     const double b = beta * kameranPii / 180.0, a2 = alfa2 * kameranPii / 180.0;
-    gluLookAt(0.25 * camposx, 0.25 * camposy, camposz, camposx, camposy, kentanZ,
-              std::cos(b) * std::cos(a2), std::cos(b) * std::sin(a2), -std::sin(b));
+    gluLookAt(0.25 * camposx, 0.25 * camposy, camposz, camposx, camposy, kentanZ, std::cos(b) * std::cos(a2),
+              std::cos(b) * std::sin(a2), -std::sin(b));
   } else {
     gluLookAt(camposx, camposy, camposz, camposx, camposy, 0, 0, 1, 0);
   }
@@ -956,7 +971,6 @@ void piirraPelaajat() {
       player[i].piirraAlkuSirpaleet();
 }
 
-
 // The corner pieces stand at the frame's corners; the runs of flares between them.
 struct ReunanJakso {
   float dx, dy;      // one step
@@ -1009,9 +1023,12 @@ void piirraKentanReuna() {
 static void piirraTavoitteet() {
   glEnable(GL_BLEND);
   glBlendFunc(GL_SRC_ALPHA, GL_ONE_MINUS_SRC_ALPHA);
-  if (gamemode == 4) piirraSPisteet();
-  else if (gamemode == 2) piirraDPisteet();
-  else if (gamemode == 3) piirraCPisteet();
+  if (gamemode == 4)
+    piirraSPisteet();
+  else if (gamemode == 2)
+    piirraDPisteet();
+  else if (gamemode == 3)
+    piirraCPisteet();
 }
 
 static void piirraSirpaleetTekstuurilla(const Kasvot& kasvot, bool nelioina) {
@@ -1254,11 +1271,10 @@ void piirraPikkumiehet() {
 // Shots. Weapons that never set a colour leave (0, 0, 0); each kind then gets
 // a look of its own so that no shot is invisible.
 static const float oletusVarit[alustyyppeja][3] = {
-    {1, 0.8f, 0.3f},  {1, 0.5f, 0.2f},  {1, 1, 0.5f},     {0.4f, 0.8f, 1},  {1, 0.6f, 0.2f},
-    {0.6f, 1, 0.4f},  {0.3f, 1, 1},     {1, 0.9f, 0.8f},  {0.9f, 0.4f, 1},  {0.3f, 1, 0.3f},
-    {1, 0.3f, 0.3f},  {0.5f, 0.7f, 1},  {1, 1, 0.3f},     {0.2f, 1, 0.2f},  {1, 0.9f, 0.8f},
-    {1, 0.2f, 0.2f},  {0.8f, 0.5f, 1},  {0.4f, 1, 0.8f},  {0.3f, 1, 1},     {1, 0.9f, 0.5f},
-    {0.7f, 1, 0.3f},  {1, 0.6f, 0.1f},  {0.9f, 0.9f, 1},  {1, 0.4f, 0.7f},
+    {1, 0.8f, 0.3f}, {1, 0.5f, 0.2f}, {1, 1, 0.5f},    {0.4f, 0.8f, 1}, {1, 0.6f, 0.2f}, {0.6f, 1, 0.4f},
+    {0.3f, 1, 1},    {1, 0.9f, 0.8f}, {0.9f, 0.4f, 1}, {0.3f, 1, 0.3f}, {1, 0.3f, 0.3f}, {0.5f, 0.7f, 1},
+    {1, 1, 0.3f},    {0.2f, 1, 0.2f}, {1, 0.9f, 0.8f}, {1, 0.2f, 0.2f}, {0.8f, 0.5f, 1}, {0.4f, 1, 0.8f},
+    {0.3f, 1, 1},    {1, 0.9f, 0.5f}, {0.7f, 1, 0.3f}, {1, 0.6f, 0.1f}, {0.9f, 0.9f, 1}, {1, 0.4f, 0.7f},
 };
 
 struct Vari {
@@ -1287,8 +1303,10 @@ static void piirraPati(int laji, int kohta, const Pati& p, const Alus& a, const 
   float koko = float(a.patisade * 2);
   switch (laji) {
     case 4:
-      if (kohta == 0) koko = float(a.patisade * 8 * (1 + 0.2 * std::sin(p.aika * 0.25)));
-      else koko = 0.6f;
+      if (kohta == 0)
+        koko = float(a.patisade * 8 * (1 + 0.2 * std::sin(p.aika * 0.25)));
+      else
+        koko = 0.6f;
       break;
     case 13: {  // the charge ball grows with its energy, up to 2000
       const float lataus = std::fmin(std::fmax(p.energia / 2000.0f, 0.0f), 1.0f);
@@ -1301,11 +1319,8 @@ static void piirraPati(int laji, int kohta, const Pati& p, const Alus& a, const 
       koko = float(a.patisade * 0.6);
       break;
     }
-    case 19:
-      v = kuumuudenVari(p, a);
-      break;
-    default:
-      break;
+    case 19: v = kuumuudenVari(p, a); break;
+    default: break;
   }
   era.vari(v.r, v.g, v.b, 1);
   if (laji == 7 || laji == 14) {
@@ -1334,11 +1349,11 @@ void Player::piirraPadit() {
 // Special shots and effects. Colours per special kind; shots that carry a colour
 // of their own keep it.
 static const float erikoisVarit[alustyyppeja][3] = {
-    {0.3f, 0.6f, 1},    {1, 0.85f, 0.4f}, {1, 0.5f, 0.1f},  {0.4f, 0.9f, 1},   {0.7f, 0.3f, 1},
-    {0.5f, 1, 0.5f},    {0.5f, 0.8f, 1},  {0.75f, 0.6f, 1}, {1, 0.55f, 0.2f},  {0.9f, 1, 0.9f},
-    {1, 0.9f, 0.6f},    {0.2f, 0.3f, 1},  {1, 1, 1},        {1, 0.4f, 0.3f},   {1, 0.7f, 0.3f},
-    {1, 0.5f, 0.2f},    {1, 0.8f, 0.5f},  {0.2f, 0.9f, 0.1f}, {1, 0.95f, 0.4f}, {0.9f, 0.9f, 1},
-    {0.7f, 1, 0.4f},    {1, 0.6f, 1},     {0.6f, 1, 1},     {1, 0.15f, 0.1f},
+    {0.3f, 0.6f, 1}, {1, 0.85f, 0.4f}, {1, 0.5f, 0.1f},    {0.4f, 0.9f, 1},  {0.7f, 0.3f, 1},
+    {0.5f, 1, 0.5f}, {0.5f, 0.8f, 1},  {0.75f, 0.6f, 1},   {1, 0.55f, 0.2f}, {0.9f, 1, 0.9f},
+    {1, 0.9f, 0.6f}, {0.2f, 0.3f, 1},  {1, 1, 1},          {1, 0.4f, 0.3f},  {1, 0.7f, 0.3f},
+    {1, 0.5f, 0.2f}, {1, 0.8f, 0.5f},  {0.2f, 0.9f, 0.1f}, {1, 0.95f, 0.4f}, {0.9f, 0.9f, 1},
+    {0.7f, 1, 0.4f}, {1, 0.6f, 1},     {0.6f, 1, 1},       {1, 0.15f, 0.1f},
 };
 
 static Vari erikoisenVari(int laji, const Pati& p) {
@@ -1362,7 +1377,8 @@ static void piirraErikoinen(int laji, const Pati& p, const Alus& a, const Kasvot
         nelio(tasossa(p.aika * 6.0f + k * 120), p.x, p.y, kentanZ, koko * 2.2f, koko * 0.35f);
       }
       break;
-    case 13: case 21:  // streaks along the flight
+    case 13:
+    case 21:  // streaks along the flight
       era.vari(v.r, v.g, v.b, 1);
       nelio(tasossa(suuntaAsteina(p)), p.x, p.y, kentanZ, koko * 1.6f, koko * 0.6f);
       return;
@@ -1375,8 +1391,7 @@ static void piirraErikoinen(int laji, const Pati& p, const Alus& a, const Kasvot
     case 23:  // a charge blinks faster as its time runs out
       kirkkaus = (p.aika / std::max(4, p.aika / 8)) % 2 == 0 ? 1.0f : 0.3f;
       break;
-    default:
-      break;
+    default: break;
   }
   era.vari(v.r * kirkkaus, v.g * kirkkaus, v.b * kirkkaus, 1);
   nelio(kasvot, p.x, p.y, kentanZ, koko);
@@ -1414,8 +1429,7 @@ static void piirraErikoisTila(const Player& p, const Kasvot& kasvot) {
     case 19:
       if (p.easeviive > 0 && p.ampumispuoli >= 2) piirraTera(p);
       break;
-    default:
-      break;
+    default: break;
   }
 }
 
@@ -1513,8 +1527,8 @@ void Player::piirraAlkuSirpaleet() {
 
 // Player panels: five down each side for up to ten players, else two columns of eight.
 static const float paneelinPaikat[10][2] = {
-    {-14.5f, 10},  {12.5f, 10},    {-14.5f, -10}, {12.5f, -10}, {-14.5f, 6.5f},
-    {-14.5f, 3},   {-14.5f, -2.5f}, {-14.5f, -6},  {12.5f, 6.5f}, {12.5f, -6},
+    {-14.5f, 10}, {12.5f, 10},     {-14.5f, -10}, {12.5f, -10},  {-14.5f, 6.5f},
+    {-14.5f, 3},  {-14.5f, -2.5f}, {-14.5f, -6},  {12.5f, 6.5f}, {12.5f, -6},
 };
 
 static void paneelinPaikka(int n, float& px, float& py) {
@@ -1629,9 +1643,12 @@ void piirraHud() {
   glLoadIdentity();
   glTranslatef(0, 0, -30);
   for (int i = 0; i < pelaajia(); ++i) player[i].piirraGraffat();
-  if (gamemode == 2) piirraDGraffat();
-  else if (gamemode == 3) piirraCGraffat();
-  else if (gamemode == 4) piirraSGraffat();
+  if (gamemode == 2)
+    piirraDGraffat();
+  else if (gamemode == 3)
+    piirraCGraffat();
+  else if (gamemode == 4)
+    piirraSGraffat();
 }
 
 // Standings: while Tab is held the match shows every player's real numbers,
@@ -1784,7 +1801,8 @@ const char* const alusopas[alustyyppeja][alusoppaanRiveja] = {
     {"Heavy, 54 hull.", "Weaving shots.", "Ring of 50 shots all round."},
     {"Skirmisher.", "Fan of 18 shots.",
      "A shot that splits again and again, each pair turning towards the nearest enemy."},
-    {"Always thrusting, no inertia, planet-proof.", "Slow-spinning heavy shots.", "A rear fan against pursuers."},
+    {"Always thrusting, no inertia, planet-proof.", "Slow-spinning heavy shots.",
+     "A rear fan against pursuers."},
     {"Tricky.", "Bouncing shots that trade momentum.", "A time charge that blows up when touched."},
 };
 
@@ -1938,8 +1956,9 @@ void piirraAlusopas(int kursori) {
   const float vasen = tietoX - tietoKoko, oikea = 22;  // the edges of the figures' labels and the layout
   char teksti[160];
   for (int r = 0; r < alusoppaanRiveja; ++r) {
-    const char* ohje = kursori == satunnainenKohta ? (r == 0 ? "Any ship you can afford, drawn at random." : "")
-                                                    : alusopas[kursori][r];
+    const char* ohje = kursori == satunnainenKohta
+                           ? (r == 0 ? "Any ship you can afford, drawn at random." : "")
+                           : alusopas[kursori][r];
     if (!*ohje) continue;
     std::snprintf(teksti, sizeof teksti, "%s%s", otsakkeet[r], ohje);
     const float koko = std::min(suurinKoko, (oikea - vasen) / float(2 * gl_pituus(teksti)));

@@ -68,7 +68,8 @@ void tallenna(const char* polku, const taisteluaani::Nauhoitus& n) {
 int main(int argc, char** argv) {
   Asetukset a;
   if (!lueAsetukset(argc, argv, a)) {
-    std::fprintf(stderr, "usage: aanitys <data folder> [--seconds S] [--music FILE] [--seed N] [--raw FILE]\n");
+    std::fprintf(stderr,
+                 "usage: aanitys <data folder> [--seconds S] [--music FILE] [--seed N] [--raw FILE]\n");
     return 2;
   }
   if (chdir(a.kansio) != 0) {

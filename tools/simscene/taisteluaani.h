@@ -63,7 +63,8 @@ inline void askel(int, void* puskuri, int tavuja, void*) {
     return;
   }
   mikseroity += tavuja / 4;
-  while (seuraavaFreimi * static_cast<long>(naytetaajuus) / 100 < mikseroity) calculateFrame(seuraavaFreimi++);
+  while (seuraavaFreimi * static_cast<long>(naytetaajuus) / 100 < mikseroity)
+    calculateFrame(seuraavaFreimi++);
   // One buffer more than asked for: the mixer's limiter holds back a little of the end.
   if (mikseroity < tavoite + tavuja / 4) return;
   tulos.mikserissa = clippedInMixer() - ennenAlkua;

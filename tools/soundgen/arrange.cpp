@@ -65,7 +65,7 @@ Samples riser(double seconds) {
 
 // Everything a song plays, placed bar by bar.
 class Renderer {
-public:
+ public:
   explicit Renderer(const Song& song)
       : song_(song), bar_(4 * 60.0 / song.bpm), sixteenth_(bar_ / 16), eighth_(bar_ / 8), mix_(length()) {}
 
@@ -82,7 +82,7 @@ public:
     return out;
   }
 
-private:
+ private:
   double length() const {
     double bars = 2;
     for (const Section& s : song_.sections) bars += s.bars;
@@ -121,11 +121,13 @@ private:
 
   void figure(const char* pattern, const score::Chord& chord, double at, const Part& part) {
     if (*pattern)
-      addNotes(mix_, cache_, score::figure(pattern, chord), at, sixteenth_, part.voice, part.at, part.velocity);
+      addNotes(mix_, cache_, score::figure(pattern, chord), at, sixteenth_, part.voice, part.at,
+               part.velocity);
   }
 
   void line(const char* melody, double at, const Part& part) {
-    if (*melody) addNotes(mix_, cache_, score::parse(melody), at, eighth_, part.voice, part.at, part.velocity);
+    if (*melody)
+      addNotes(mix_, cache_, score::parse(melody), at, eighth_, part.voice, part.at, part.velocity);
   }
 
   void drums(const Section& s, int b, double at) {
@@ -139,8 +141,8 @@ private:
   void ending(double at) {
     const score::Chord chord = score::chord(song_.ending);
     addChord(mix_, cache_, chord, at, 2 * bar_, song_.pad.voice, song_.pad.at);
-    mix_.add(cache_.play(song_.bass.voice, chord.bass, 1.5 * bar_, song_.bass.velocity), at, song_.bass.at.gain,
-             0, 0.2f);
+    mix_.add(cache_.play(song_.bass.voice, chord.bass, 1.5 * bar_, song_.bass.velocity), at,
+             song_.bass.at.gain, 0, 0.2f);
     mix_.add(crash_, at, song_.crash, 0.4f, 0.5f);
     mix_.add(kick_, at, song_.kick, 0.0f, 0.1f);
     if (song_.timpani > 0) mix_.add(timpani(chord.bass), at, song_.timpani, -0.2f, 0.4f);
@@ -148,7 +150,8 @@ private:
 
   const Samples& timpani(int pitch) {
     auto found = timpani_.find(pitch);
-    if (found == timpani_.end()) found = timpani_.emplace(pitch, render::timpani(synth::midiToHz(pitch))).first;
+    if (found == timpani_.end())
+      found = timpani_.emplace(pitch, render::timpani(synth::midiToHz(pitch))).first;
     return found->second;
   }
 

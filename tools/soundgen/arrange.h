@@ -22,10 +22,10 @@ struct Placement {
 // Rendered notes by patch, pitch, length and velocity: songs repeat their chords and
 // figures section after section, and a note sounds the same every time it is played.
 class NoteCache {
-public:
+ public:
   const synth::Samples& play(const render::Voice& voice, int pitch, double hold, float velocity);
 
-private:
+ private:
   using Key = std::tuple<const render::Voice*, int, int, int>;
   std::map<Key, synth::Samples> notes_;
 };
@@ -69,7 +69,7 @@ struct Section {
   const char *bassLine = "", *arpLine = "", *kickLine = "", *snareLine = "", *hatLine = "";
   const char *timpaniLine = "", *fillLine = "", *melodyLine = "", *counterLine = "";
 
-private:
+ private:
   template <class T>
   Section& set(T& field, T value) {
     field = value;

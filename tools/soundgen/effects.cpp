@@ -33,8 +33,13 @@ Samples blast(const Blast& b) {
   Samples s = lasting(b.seconds);
   const double decay = b.seconds * 0.93;
   Tone(Osc::Sine).sweep(b.boomFromHz, b.boomToHz, b.seconds * 0.65).envelope(0.001, decay).addTo(s);
-  NoiseBurst(b.seed).filter(kLow, b.noiseFromHz, b.noiseToHz, b.seconds * 0.8, 1.0).envelope(0.001, decay * 0.95).gain(0.9f).addTo(s);
-  if (b.cracklePerSecond > 0.0) layers::addCrackle(s, b.seed + 1, 0.03, b.seconds * 0.75, b.cracklePerSecond, 0.28f);
+  NoiseBurst(b.seed)
+      .filter(kLow, b.noiseFromHz, b.noiseToHz, b.seconds * 0.8, 1.0)
+      .envelope(0.001, decay * 0.95)
+      .gain(0.9f)
+      .addTo(s);
+  if (b.cracklePerSecond > 0.0)
+    layers::addCrackle(s, b.seed + 1, 0.03, b.seconds * 0.75, b.cracklePerSecond, 0.28f);
   layers::saturate(s, b.drive);
   return s;
 }
@@ -51,7 +56,13 @@ Samples a0Shot() {
 // Ship 0's special: a rising power-up shimmer.
 Samples a0Special() {
   Samples s = lasting(0.5);
-  Tone(Osc::Saw).sweep(180, 720, 0.4).envelope(0.06, 0.44).lowpass(600, 4000, 3.0).tremolo(18, 0.5).gain(0.6).addTo(s);
+  Tone(Osc::Saw)
+      .sweep(180, 720, 0.4)
+      .envelope(0.06, 0.44)
+      .lowpass(600, 4000, 3.0)
+      .tremolo(18, 0.5)
+      .gain(0.6)
+      .addTo(s);
   Tone(Osc::Sine).sweep(360, 1440, 0.4).envelope(0.05, 0.42).fm(2.0, 1.5, 0.2).gain(0.35).addTo(s);
   NoiseBurst(2).filter(kBand, 800, 5000, 0.45, 2.0).envelope(0.12, 0.35).gain(0.5).addTo(s);
   return s;
@@ -180,7 +191,12 @@ Samples a10Shot() {
 Samples a10Special() {
   Samples s = lasting(0.6);
   for (double ratio : {1.0, 1.26, 1.5}) {
-    Tone(Osc::Triangle).sweep(220 * ratio, 330 * ratio, 0.5).envelope(0.12, 0.47).tremolo(11, 0.4).gain(0.35).addTo(s);
+    Tone(Osc::Triangle)
+        .sweep(220 * ratio, 330 * ratio, 0.5)
+        .envelope(0.12, 0.47)
+        .tremolo(11, 0.4)
+        .gain(0.35)
+        .addTo(s);
   }
   NoiseBurst(102).filter(kBand, 1000, 3000, 0.5, 4.0).envelope(0.15, 0.44).gain(0.5).addTo(s);
   return s;
@@ -235,8 +251,20 @@ Samples a14Shot() {
 // Ship 14's electric discharge.
 Samples a14Special() {
   Samples s = lasting(0.5);
-  Tone(Osc::Saw).sweep(60, 90, 0.45).envelope(0.01, 0.48).fm(7.3, 9.0, 2.0).lowpass(7000, 2000, 1.2).tremolo(23, 0.6).gain(0.6).addTo(s);
-  NoiseBurst(142).filter(kHigh, 4000, 2000, 0.4, 1.0).envelope(0.005, 0.45).tremolo(31, 0.8).gain(0.5).addTo(s);
+  Tone(Osc::Saw)
+      .sweep(60, 90, 0.45)
+      .envelope(0.01, 0.48)
+      .fm(7.3, 9.0, 2.0)
+      .lowpass(7000, 2000, 1.2)
+      .tremolo(23, 0.6)
+      .gain(0.6)
+      .addTo(s);
+  NoiseBurst(142)
+      .filter(kHigh, 4000, 2000, 0.4, 1.0)
+      .envelope(0.005, 0.45)
+      .tremolo(31, 0.8)
+      .gain(0.5)
+      .addTo(s);
   return s;
 }
 
@@ -253,7 +281,14 @@ Samples a15Shot() {
 // Ship 15's repulsor beam, used continuously.
 Samples a15Special() {
   Samples s = lasting(0.4);
-  Tone(Osc::Saw).pitch(82).envelope(0.03, 0.37).fm(0.5, 1.5, 0.5).lowpass(2500, 800, 3.0).tremolo(14, 0.5).gain(0.8).addTo(s);
+  Tone(Osc::Saw)
+      .pitch(82)
+      .envelope(0.03, 0.37)
+      .fm(0.5, 1.5, 0.5)
+      .lowpass(2500, 800, 3.0)
+      .tremolo(14, 0.5)
+      .gain(0.8)
+      .addTo(s);
   Tone(Osc::Sine).pitch(164).envelope(0.03, 0.3).gain(0.4).addTo(s);
   return s;
 }
@@ -270,8 +305,19 @@ Samples a16Shot() {
 // Ship 16's swarm of pellets: a fast, chattering burst.
 Samples a16Special() {
   Samples s = lasting(0.45);
-  NoiseBurst(162).filter(kBand, 2500, 1000, 0.4, 1.5).envelope(0.002, 0.44).tremolo(28, 0.95).gain(0.9).addTo(s);
-  Tone(Osc::Square).sweep(160, 110, 0.4).envelope(0.002, 0.42).lowpass(1500, 500, 1.0).tremolo(28, 0.95).gain(0.5).addTo(s);
+  NoiseBurst(162)
+      .filter(kBand, 2500, 1000, 0.4, 1.5)
+      .envelope(0.002, 0.44)
+      .tremolo(28, 0.95)
+      .gain(0.9)
+      .addTo(s);
+  Tone(Osc::Square)
+      .sweep(160, 110, 0.4)
+      .envelope(0.002, 0.42)
+      .lowpass(1500, 500, 1.0)
+      .tremolo(28, 0.95)
+      .gain(0.5)
+      .addTo(s);
   return s;
 }
 
@@ -337,7 +383,12 @@ Samples a18Special() {
 Samples a20Shot() {
   Samples s = lasting(0.17);
   for (double start : {0.0, 0.065}) {
-    NoiseBurst(static_cast<uint32_t>(201 + start * 1000)).filter(kBand, 3000, 1000, 0.04, 1.0).envelope(0.0005, 0.05).at(start).gain(0.8).addTo(s);
+    NoiseBurst(static_cast<uint32_t>(201 + start * 1000))
+        .filter(kBand, 3000, 1000, 0.04, 1.0)
+        .envelope(0.0005, 0.05)
+        .at(start)
+        .gain(0.8)
+        .addTo(s);
     Tone(Osc::Sine).sweep(160, 70, 0.06).envelope(0.001, 0.09).at(start).gain(0.9).addTo(s);
   }
   layers::saturate(s, 1.6f);
@@ -348,24 +399,24 @@ Samples a20Shot() {
 
 const std::vector<Effect>& all() {
   static const std::vector<Effect> table = {
-      {"sounds\\a_0_ampumis.wav", a0Shot, false},       {"sounds\\a_0_eampumis.wav", a0Special, false},
-      {"sounds\\a_1_ampumis.wav", a1Shot, false},       {"sounds\\a_1_osumis.wav", a1Hit, false},
-      {"sounds\\a_2_eampumis.wav", a2Explosion, false}, {"sounds\\a_3_ampumis.wav", a3Shot, false},
-      {"sounds\\a_3_eosumis.wav", a3SpecialHit, false}, {"sounds\\a_4_eosumis.wav", a4SpecialHit, false},
-      {"sounds\\a_4_ampumis.wav", a4Shot, false},       {"sounds\\a_4_eampumis.wav", a4Special, false},
-      {"sounds\\a_5_ampumis.wav", a5Shot, false},       {"sounds\\a_5_osumis.wav", a5Hit, false},
-      {"sounds\\a_6_eampumis.wav", a6Special, false},   {"sounds\\a_7_ampumis.wav", a7Shot, false},
-      {"sounds\\a_9_ampumis.wav", a9LaserHum, true},    {"sounds\\a_10_ampumis.wav", a10Shot, false},
-      {"sounds\\a_10_eampumis.wav", a10Special, false}, {"sounds\\a_11_ampumis.wav", a11Shot, false},
+      {"sounds\\a_0_ampumis.wav", a0Shot, false},         {"sounds\\a_0_eampumis.wav", a0Special, false},
+      {"sounds\\a_1_ampumis.wav", a1Shot, false},         {"sounds\\a_1_osumis.wav", a1Hit, false},
+      {"sounds\\a_2_eampumis.wav", a2Explosion, false},   {"sounds\\a_3_ampumis.wav", a3Shot, false},
+      {"sounds\\a_3_eosumis.wav", a3SpecialHit, false},   {"sounds\\a_4_eosumis.wav", a4SpecialHit, false},
+      {"sounds\\a_4_ampumis.wav", a4Shot, false},         {"sounds\\a_4_eampumis.wav", a4Special, false},
+      {"sounds\\a_5_ampumis.wav", a5Shot, false},         {"sounds\\a_5_osumis.wav", a5Hit, false},
+      {"sounds\\a_6_eampumis.wav", a6Special, false},     {"sounds\\a_7_ampumis.wav", a7Shot, false},
+      {"sounds\\a_9_ampumis.wav", a9LaserHum, true},      {"sounds\\a_10_ampumis.wav", a10Shot, false},
+      {"sounds\\a_10_eampumis.wav", a10Special, false},   {"sounds\\a_11_ampumis.wav", a11Shot, false},
       {"sounds\\a_11_eosumis.wav", a11SpecialHit, false}, {"sounds\\a_13_ampumis.wav", a13Shot, false},
-      {"sounds\\a_13_eampumis.wav", a13Special, false}, {"sounds\\a_13_osumis.wav", a13Hit, false},
-      {"sounds\\a_14_ampumis.wav", a14Shot, false},     {"sounds\\a_14_eampumis.wav", a14Special, false},
-      {"sounds\\a_14_osumis.wav", a14Hit, false},       {"sounds\\a_15_ampumis.wav", a15Shot, false},
-      {"sounds\\a_15_eampumis.wav", a15Special, false}, {"sounds\\a_16_ampumis.wav", a16Shot, false},
-      {"sounds\\a_16_eampumis.wav", a16Special, false}, {"sounds\\a_16_osumis.wav", a16Hit, false},
-      {"sounds\\a_17_ampumis.wav", a17Shot, false},     {"sounds\\a_17_eampumis.wav", a17Special, false},
-      {"sounds\\a_17_osumis.wav", a17Hit, false},       {"sounds\\a_17_eosumis.wav", a17SpecialHit, false},
-      {"sounds\\a_18_ampumis.wav", a18Shot, false},     {"sounds\\a_18_eampumis.wav", a18Special, false},
+      {"sounds\\a_13_eampumis.wav", a13Special, false},   {"sounds\\a_13_osumis.wav", a13Hit, false},
+      {"sounds\\a_14_ampumis.wav", a14Shot, false},       {"sounds\\a_14_eampumis.wav", a14Special, false},
+      {"sounds\\a_14_osumis.wav", a14Hit, false},         {"sounds\\a_15_ampumis.wav", a15Shot, false},
+      {"sounds\\a_15_eampumis.wav", a15Special, false},   {"sounds\\a_16_ampumis.wav", a16Shot, false},
+      {"sounds\\a_16_eampumis.wav", a16Special, false},   {"sounds\\a_16_osumis.wav", a16Hit, false},
+      {"sounds\\a_17_ampumis.wav", a17Shot, false},       {"sounds\\a_17_eampumis.wav", a17Special, false},
+      {"sounds\\a_17_osumis.wav", a17Hit, false},         {"sounds\\a_17_eosumis.wav", a17SpecialHit, false},
+      {"sounds\\a_18_ampumis.wav", a18Shot, false},       {"sounds\\a_18_eampumis.wav", a18Special, false},
       {"sounds\\a_20_ampumis.wav", a20Shot, false},
   };
   return table;

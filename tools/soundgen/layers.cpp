@@ -61,7 +61,8 @@ void Tone::addTo(Samples& s) const {
       hz += index * hz * fmRatio_ * modulator.next(hz * fmRatio_);
     }
     double v = carrier.next(hz);
-    if (cutFrom_ > 0.0) v = filter.lowpass(static_cast<float>(v), synth::glide(cutFrom_, cutTo_, t, life), q_);
+    if (cutFrom_ > 0.0)
+      v = filter.lowpass(static_cast<float>(v), synth::glide(cutFrom_, cutTo_, t, life), q_);
     return v;
   });
 }
@@ -89,7 +90,8 @@ void NoiseBurst::addTo(Samples& s) const {
   });
 }
 
-void addCrackle(Samples& s, uint32_t seed, double start, double duration, double clicksPerSecond, float gain) {
+void addCrackle(Samples& s, uint32_t seed, double start, double duration, double clicksPerSecond,
+                float gain) {
   synth::Noise noise(seed);
   const int begin = synth::frames(start);
   const int end = std::min(static_cast<int>(s.size()), begin + synth::frames(duration));

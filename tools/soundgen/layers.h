@@ -21,7 +21,7 @@ struct Envelope {
 // The chained setters every layer has; Self is the layer type they return.
 template <class Self>
 class Layer {
-public:
+ public:
   Self& envelope(double attack, double decay) {
     env_.attack = attack;
     env_.decay = decay;
@@ -41,17 +41,17 @@ public:
     return self();
   }
 
-protected:
+ protected:
   Envelope env_;
 
-private:
+ private:
   Self& self() { return static_cast<Self&>(*this); }
 };
 
 // A pitched voice: oscillator with an exponential pitch sweep, optional sine FM,
 // optional resonant low-pass with its own sweep, percussive envelope.
 class Tone : public Layer<Tone> {
-public:
+ public:
   explicit Tone(synth::Osc::Shape shape) : shape_(shape) {}
   Tone& pitch(double hz) { return sweep(hz, hz, 0.0); }
   Tone& sweep(double fromHz, double toHz, double seconds);
@@ -60,7 +60,7 @@ public:
   Tone& lowpass(double fromHz, double toHz, double q);
   void addTo(synth::Samples& s) const;
 
-private:
+ private:
   synth::Osc::Shape shape_;
   double fromHz_ = 440.0, toHz_ = 440.0, sweepSeconds_ = 0.0;
   double fmRatio_ = 0.0, fmFrom_ = 0.0, fmTo_ = 0.0;
@@ -69,13 +69,13 @@ private:
 
 // Filtered white noise with a swept filter and a percussive envelope.
 class NoiseBurst : public Layer<NoiseBurst> {
-public:
+ public:
   enum Mode { Low, Band, High };
   explicit NoiseBurst(uint32_t seed) : seed_(seed) {}
   NoiseBurst& filter(Mode mode, double fromHz, double toHz, double sweepSeconds, double q);
   void addTo(synth::Samples& s) const;
 
-private:
+ private:
   uint32_t seed_;
   Mode mode_ = Low;
   double fromHz_ = 8000.0, toHz_ = 8000.0, sweepSeconds_ = 0.0, q_ = 0.707;

@@ -16,7 +16,20 @@ namespace music {
 namespace {
 
 enum Instrument { Kick = 1, Snare, Hat, Bass, Pad, Pluck, Lead, Crash };
-enum Channel { KickCh, SnareCh, HatCh, CrashCh, BassCh, PadCh0, PadCh1, PadCh2, ArpCh, LeadCh, EchoCh, kChannels };
+enum Channel {
+  KickCh,
+  SnareCh,
+  HatCh,
+  CrashCh,
+  BassCh,
+  PadCh0,
+  PadCh1,
+  PadCh2,
+  ArpCh,
+  LeadCh,
+  EchoCh,
+  kChannels
+};
 
 constexpr int kRowsPerBar = 16;  // one row is a sixteenth note
 constexpr int kBars = 4;         // one pattern is four bars, one chord per bar
@@ -44,7 +57,9 @@ xm::Instrument instrument(const char* name, Samples s, double contentHz) {
 }
 
 // Drums: note C-4 plays the sample as recorded.
-xm::Instrument oneShot(const char* name, Samples s) { return instrument(name, std::move(s), synth::midiToHz(60)); }
+xm::Instrument oneShot(const char* name, Samples s) {
+  return instrument(name, std::move(s), synth::midiToHz(60));
+}
 
 // One oscillator of a looping tone: `extraCycles` more (or fewer) periods than the
 // others over the loop detunes it by exactly that much.
@@ -57,7 +72,8 @@ struct LoopVoice {
 // A looping tone of `cycles` periods of `cycleFrames` samples each, through a low-pass.
 // Detuned voices beat slowly, like an ensemble, and the beating repeats exactly at the
 // loop point. Tuned so that notes play at their written pitch.
-xm::Instrument looped(const char* name, int cycleFrames, int cycles, double cutoff, std::vector<LoopVoice> voices) {
+xm::Instrument looped(const char* name, int cycleFrames, int cycles, double cutoff,
+                      std::vector<LoopVoice> voices) {
   const double base = static_cast<double>(synth::kRate) / cycleFrames;
   const int loop = cycles * cycleFrames;
   std::vector<Osc> oscs;
@@ -80,13 +96,15 @@ std::vector<xm::Instrument> instruments() {
   all.push_back(oneShot("snare", render::snare()));
   all.push_back(oneShot("hat", render::hat(0.06)));
 
-  xm::Instrument bass = looped("bass", kBassCycle, 1, 1100, {{Osc::Saw, 0, 0.5f}, {Osc::Square, 0, 0.25f}, {Osc::Sine, 0, 0.7f}});
+  xm::Instrument bass = looped("bass", kBassCycle, 1, 1100,
+                               {{Osc::Saw, 0, 0.5f}, {Osc::Square, 0, 0.25f}, {Osc::Sine, 0, 0.7f}});
   bass.volumeEnvelope = {{0, 64}, {6, 50}, {24, 40}};
   bass.sustainPoint = 2;
   bass.fadeout = 4000;
   all.push_back(bass);
 
-  xm::Instrument pad = looped("pad", kCycle, 100, 2400, {{Osc::Saw, 0, 0.4f}, {Osc::Saw, 1, 0.35f}, {Osc::Saw, -1, 0.35f}});
+  xm::Instrument pad =
+      looped("pad", kCycle, 100, 2400, {{Osc::Saw, 0, 0.4f}, {Osc::Saw, 1, 0.35f}, {Osc::Saw, -1, 0.35f}});
   pad.volumeEnvelope = {{0, 0}, {28, 64}, {48, 52}};
   pad.sustainPoint = 2;
   pad.fadeout = 1000;  // let go only at the song's end
@@ -96,7 +114,8 @@ std::vector<xm::Instrument> instruments() {
   pluck.volumeEnvelope = {{0, 64}, {5, 34}, {16, 12}, {36, 0}};
   all.push_back(pluck);
 
-  xm::Instrument lead = looped("lead", kCycle, 100, 3400, {{Osc::Saw, 0, 0.45f}, {Osc::Square, 0, 0.25f}, {Osc::Saw, 1, 0.35f}});
+  xm::Instrument lead = looped("lead", kCycle, 100, 3400,
+                               {{Osc::Saw, 0, 0.45f}, {Osc::Square, 0, 0.25f}, {Osc::Saw, 1, 0.35f}});
   lead.volumeEnvelope = {{0, 0}, {2, 64}, {14, 50}};
   lead.sustainPoint = 2;
   lead.fadeout = 2500;
@@ -112,7 +131,7 @@ std::vector<xm::Instrument> instruments() {
 // Writes notes into one channel of a pattern; a note that ends before the next one
 // starts gets a key-off so that the instrument's release begins there.
 class PatternBuilder {
-public:
+ public:
   explicit PatternBuilder(int bars) : pattern_(bars * kRowsPerBar, kChannels) {}
 
   void note(int row, int channel, int midi, Instrument instrument, int volume) {
@@ -123,9 +142,11 @@ public:
     c.volume = static_cast<uint8_t>(0x10 + std::clamp(volume, 0, 64));
   }
   void keyOff(int row, int channel) {
-    if (row >= 0 && row < pattern_.rows() && pattern_.at(row, channel).note == 0) pattern_.at(row, channel).note = xm::kKeyOff;
+    if (row >= 0 && row < pattern_.rows() && pattern_.at(row, channel).note == 0)
+      pattern_.at(row, channel).note = xm::kKeyOff;
   }
-  void notes(const std::vector<score::Note>& notes, int row0, int rowsPerStep, int channel, Instrument ins, int volume) {
+  void notes(const std::vector<score::Note>& notes, int row0, int rowsPerStep, int channel, Instrument ins,
+             int volume) {
     for (const score::Note& n : notes) note(row0 + n.step * rowsPerStep, channel, n.pitch, ins, volume);
     for (const score::Note& n : notes) keyOff(row0 + (n.step + n.length) * rowsPerStep, channel);
   }
@@ -139,7 +160,7 @@ public:
   }
   xm::Pattern take() { return std::move(pattern_); }
 
-private:
+ private:
   xm::Pattern pattern_;
 };
 
@@ -159,14 +180,20 @@ struct Phrase {
 
 xm::Pattern compose(const Phrase& s) {
   PatternBuilder p(s.last ? kBars + 1 : kBars);
-  for (auto [channel, position] : std::initializer_list<std::pair<int, int>>{
-           {HatCh, 176}, {CrashCh, 150}, {PadCh0, 88}, {PadCh2, 168}, {ArpCh, 72}, {LeadCh, 136}, {EchoCh, 96}})
+  for (auto [channel, position] : std::initializer_list<std::pair<int, int>>{{HatCh, 176},
+                                                                             {CrashCh, 150},
+                                                                             {PadCh0, 88},
+                                                                             {PadCh2, 168},
+                                                                             {ArpCh, 72},
+                                                                             {LeadCh, 136},
+                                                                             {EchoCh, 96}})
     p.pan(channel, position);
   const std::vector<Chord> chords = score::chords(s.chords);
   for (int bar = 0; bar < kBars; ++bar) {
     const Chord& c = chords[bar];
     const int row = bar * kRowsPerBar;
-    for (size_t t = 0; t < c.tones.size() && t < 3; ++t) p.note(row, PadCh0 + static_cast<int>(t), c.tones[t], Pad, 44);
+    for (size_t t = 0; t < c.tones.size() && t < 3; ++t)
+      p.note(row, PadCh0 + static_cast<int>(t), c.tones[t], Pad, 44);
     if (*s.bass) p.notes(score::figure(s.bass, c), row, 1, BassCh, Bass, 62);
     if (s.arp) p.notes(score::figure("0123 2101 2321 0121", c), row, 1, ArpCh, Pluck, 36);
     p.hits(s.kick, row, KickCh, Kick, 64);
@@ -197,24 +224,20 @@ bool writeTrackerSong(const std::string& path) {
   const std::vector<Phrase> sections = {
       {"Am F C G", none, none, none, none, "..x. ..x. ..x. ..x.", true, nullptr, false},
       {"Am F C G", none, bassline, four, backbeat, offbeats, true, nullptr, true},
-      {"Am F C G",
-       "E5 - - - A4 - C5 - F5 - - - E5 - C5 - E5 - - - G5 - E5 - D5 - - - - - . .",
-       bassline, four, backbeat, offbeats, true, nullptr, true},
-      {"Am F C G",
-       "E5 - - - A5 - G5 - F5 - - - C5 - F5 - G5 - E5 - C5 - E5 - D5 - B4 - G4 - . .",
-       bassline, four, backbeat, offbeats, true, nullptr, false},
-      {"F G Em Am",
-       "A4 - C5 - F5 - - - G5 - - - D5 - B4 - B4 - E5 - G5 - - - A5 - - - - - . .",
+      {"Am F C G", "E5 - - - A4 - C5 - F5 - - - E5 - C5 - E5 - - - G5 - E5 - D5 - - - - - . .", bassline,
+       four, backbeat, offbeats, true, nullptr, true},
+      {"Am F C G", "E5 - - - A5 - G5 - F5 - - - C5 - F5 - G5 - E5 - C5 - E5 - D5 - B4 - G4 - . .", bassline,
+       four, backbeat, offbeats, true, nullptr, false},
+      {"F G Em Am", "A4 - C5 - F5 - - - G5 - - - D5 - B4 - B4 - E5 - G5 - - - A5 - - - - - . .",
        "R... R.O. R... R.O.", "x... .... x.x. ....", backbeat, "x.x. x.x. x.x. x.x.", true, nullptr, true},
-      {"Dm F G E",
-       "F5 - - - D5 - A4 - C5 - - - F5 - A5 - G5 - - - D5 - B4 - G#4 - - - B4 - E5 -",
-       bassline, four, backbeat, offbeats, true, "x.x. x.xx .xxx xxxx", false},
+      {"Dm F G E", "F5 - - - D5 - A4 - C5 - - - F5 - A5 - G5 - - - D5 - B4 - G#4 - - - B4 - E5 -", bassline,
+       four, backbeat, offbeats, true, "x.x. x.xx .xxx xxxx", false},
       {"Am F C G", "A5 - - - - - - - F5 - - - - - - - G5 - - - - - - - B4 - - - - - - -",
        "R... .... .... ....", "x... .... .... ....", none, "..x. ..x. ..x. ..x.", true, nullptr, true},
-      {"Dm G C Am", "D5 - - - F5 - A5 - G5 - - - D5 - B4 - C5 - - - E5 - G5 - A5 - - - - - . .",
-       bassline, four, backbeat, offbeats, true, nullptr, true},
-      {"Dm G E E", "F5 - - - E5 - D5 - B4 - - - D5 - G5 - G#5 - - - E5 - B4 - G#4 - - - B4 - E5 -",
-       bassline, four, backbeat, offbeats, true, "x.x. x.xx .xxx xxxx", false},
+      {"Dm G C Am", "D5 - - - F5 - A5 - G5 - - - D5 - B4 - C5 - - - E5 - G5 - A5 - - - - - . .", bassline,
+       four, backbeat, offbeats, true, nullptr, true},
+      {"Dm G E E", "F5 - - - E5 - D5 - B4 - - - D5 - G5 - G#5 - - - E5 - B4 - G#4 - - - B4 - E5 -", bassline,
+       four, backbeat, offbeats, true, "x.x. x.xx .xxx xxxx", false},
       {"Am F Dm Am", "A5 - - - - - - - F5 - - - - - - - D5 - - - E5 - - - A4 - - - . . . .",
        "R... .... .... ....", "x... .... .... ....", none, none, false, nullptr, true, true},
   };

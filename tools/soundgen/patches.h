@@ -7,6 +7,9 @@
 
 namespace patches {
 
+// The patches are a table laid out by hand, one per line.
+// clang-format off
+
 using render::Voice;
 using synth::Osc;
 
@@ -52,4 +55,5 @@ inline const Voice kHorn = {
     {{Osc::Saw, 0, 0.4f}, {Osc::Saw, 5, 0.35f}},
     {0.08, 0.3, 0.8, 0.4}, 500, 1500, {0.1, 0.5, 0.5, 0.4}, 0.9, 4.5, 8, 0.5};
 
+// clang-format on
 }  // namespace patches

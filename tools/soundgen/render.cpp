@@ -32,8 +32,10 @@ Samples play(const Voice& voice, double hz, double hold, float velocity) {
       bend = std::exp2(depth * std::sin(synth::kTwoPi * voice.vibratoHz * t) / 1200.0);
     }
     double v = 0.0;
-    for (size_t p = 0; p < oscs.size(); ++p) v += voice.partials[p].gain * oscs[p].next(hz * ratios[p] * bend);
-    double cutoff = voice.cutoffHz + voice.cutoffEnvelopeHz * voice.filter.at(t, hold) * (0.5 + 0.5 * velocity);
+    for (size_t p = 0; p < oscs.size(); ++p)
+      v += voice.partials[p].gain * oscs[p].next(hz * ratios[p] * bend);
+    double cutoff =
+        voice.cutoffHz + voice.cutoffEnvelopeHz * voice.filter.at(t, hold) * (0.5 + 0.5 * velocity);
     v = filter.lowpass(static_cast<float>(v), cutoff, voice.q);
     out[i] = static_cast<float>(v * voice.amp.at(t, hold) * velocity);
   }
@@ -57,7 +59,11 @@ Samples snare() {
 
 Samples hat(double decaySeconds) {
   Samples s(synth::frames(decaySeconds + 0.01), 0.0f);
-  NoiseBurst(903).filter(NoiseBurst::High, 8000, 8000, 0, 0.9).envelope(0.0005, decaySeconds).gain(0.7f).addTo(s);
+  NoiseBurst(903)
+      .filter(NoiseBurst::High, 8000, 8000, 0, 0.9)
+      .envelope(0.0005, decaySeconds)
+      .gain(0.7f)
+      .addTo(s);
   // Two inharmonic square partials give the metallic ring of a real hi-hat.
   Tone(Osc::Square).pitch(6200).envelope(0.0005, decaySeconds * 0.6).gain(0.08f).addTo(s);
   Tone(Osc::Square).pitch(8730).envelope(0.0005, decaySeconds * 0.5).gain(0.06f).addTo(s);
@@ -84,7 +90,7 @@ namespace {
 // Freeverb-style reverb: parallel damped combs into series all-passes, with slightly
 // different delays per channel for width.
 class Reverb {
-public:
+ public:
   explicit Reverb(int spread) {
     static const std::array<int, 6> kCombs = {1116, 1188, 1277, 1356, 1422, 1491};
     static const std::array<int, 3> kAllpasses = {556, 441, 341};
@@ -109,7 +115,7 @@ public:
     return out;
   }
 
-private:
+ private:
   static constexpr float kDamp = 0.3f;
   static constexpr float kFeedback = 0.83f;
   struct Line {
@@ -126,7 +132,8 @@ private:
 }  // namespace
 
 Mix::Mix(double secondsLong) {
-  for (Samples* s : {&dry_.left, &dry_.right, &send_.left, &send_.right}) s->assign(synth::frames(secondsLong), 0.0f);
+  for (Samples* s : {&dry_.left, &dry_.right, &send_.left, &send_.right})
+    s->assign(synth::frames(secondsLong), 0.0f);
 }
 
 void Mix::add(const Samples& mono, double at, float gain, float pan, float reverbSend) {
@@ -155,7 +162,8 @@ void Mix::add(const Samples& mono, double at, float gain, float pan, float rever
 
 synth::Stereo Mix::finish(float reverbLevel) {
   const int tail = synth::frames(2.5);
-  const std::array<std::pair<Samples*, Samples*>, 2> channels = {{{&dry_.left, &send_.left}, {&dry_.right, &send_.right}}};
+  const std::array<std::pair<Samples*, Samples*>, 2> channels = {
+      {{&dry_.left, &send_.left}, {&dry_.right, &send_.right}}};
   for (int c = 0; c < 2; ++c) {
     Samples& dry = *channels[c].first;
     Samples& send = *channels[c].second;

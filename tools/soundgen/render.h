@@ -37,14 +37,14 @@ synth::Samples crash();
 synth::Samples timpani(double hz);
 
 class Mix {
-public:
+ public:
   explicit Mix(double seconds);
   void add(const synth::Samples& mono, double at, float gain, float pan, float reverbSend);
   // The mixed stereo track: `seconds` long and whatever rings on past that (reverb, long
   // notes). It is made of the mix's own buffers, so the mix is spent.
   synth::Stereo finish(float reverbLevel);
 
-private:
+ private:
   synth::Stereo dry_, send_;
 };
 

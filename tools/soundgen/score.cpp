@@ -35,7 +35,9 @@ std::vector<std::string> words(const std::string& line) {
 int pitchOf(const std::string& name) {
   size_t used = 0;
   int semitones = semitonesAboveC(name, used);
-  if (semitones == kNotALetter || used + 1 != name.size() || !std::isdigit(static_cast<unsigned char>(name[used]))) return -1;
+  if (semitones == kNotALetter || used + 1 != name.size() ||
+      !std::isdigit(static_cast<unsigned char>(name[used])))
+    return -1;
   return 12 * (name[used] - '0' + 1) + semitones;
 }
 

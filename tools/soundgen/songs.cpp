@@ -17,6 +17,9 @@ using namespace patches;
 namespace music {
 namespace {
 
+// The scores are laid out by hand: a song's voices and its sections, one per line.
+// clang-format off
+
 // D minor, 100 BPM: a pulsing arpeggio under a singing lead; the themes return with a
 // string line after a breakdown.
 Song nebula() {
@@ -217,6 +220,7 @@ Song flagship() {
   return s;
 }
 
+// clang-format on
 }  // namespace
 
 const std::vector<RenderedSong>& renderedSongs() {

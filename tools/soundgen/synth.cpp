@@ -43,21 +43,15 @@ float Osc::next(double hz) {
   double dt = std::min(std::fabs(hz) / kRate, 0.5);
   double value = 0.0;
   switch (shape_) {
-    case Sine:
-      value = std::sin(kTwoPi * phase_);
-      break;
-    case Saw:
-      value = 2.0 * phase_ - 1.0 - polyBlep(phase_, dt);
-      break;
+    case Sine: value = std::sin(kTwoPi * phase_); break;
+    case Saw: value = 2.0 * phase_ - 1.0 - polyBlep(phase_, dt); break;
     case Square: {
       value = phase_ < width_ ? 1.0 : -1.0;
       value += polyBlep(phase_, dt);
       value -= polyBlep(std::fmod(phase_ + 1.0 - width_, 1.0), dt);
       break;
     }
-    case Triangle:
-      value = 1.0 - 4.0 * std::fabs(phase_ - 0.5);
-      break;
+    case Triangle: value = 1.0 - 4.0 * std::fabs(phase_ - 0.5); break;
   }
   phase_ += hz / kRate;
   phase_ -= std::floor(phase_);

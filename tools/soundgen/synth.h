@@ -25,25 +25,25 @@ double midiToHz(double note);
 // Deterministic white noise in [-1, 1]: every sound owns a seed, so the files come out
 // identical from build to build.
 class Noise {
-public:
+ public:
   explicit Noise(uint32_t seed) : state_(seed ? seed : 0x9e3779b9u) {}
   float next();
   double uniform();  // [0, 1)
 
-private:
+ private:
   uint32_t state_;
 };
 
 // Phase accumulator oscillator: the frequency may change every sample (sweeps, FM,
 // vibrato). Saw and square are band-limited with polyBLEP so high notes stay clean.
 class Osc {
-public:
+ public:
   enum Shape { Sine, Saw, Square, Triangle };
   explicit Osc(Shape shape, double phase = 0.0) : shape_(shape), phase_(phase) {}
   float next(double hz);
   void setPulseWidth(double width) { width_ = width; }
 
-private:
+ private:
   Shape shape_;
   double phase_;
   double width_ = 0.5;
@@ -51,7 +51,7 @@ private:
 
 // Zavalishin's trapezoidal state-variable filter: stable under fast cutoff sweeps.
 class Svf {
-public:
+ public:
   struct Out {
     float low, band, high;
   };
@@ -60,7 +60,7 @@ public:
   float bandpass(float in, double cutoffHz, double q) { return process(in, cutoffHz, q).band; }
   float highpass(float in, double cutoffHz, double q = 0.707) { return process(in, cutoffHz, q).high; }
 
-private:
+ private:
   void tune(double cutoffHz, double q);
 
   double ic1_ = 0.0, ic2_ = 0.0;

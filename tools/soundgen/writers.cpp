@@ -17,7 +17,7 @@ constexpr int kChunkFrames = 8192;
 
 // A file opened for writing that remembers the first error and reports it once.
 class OutFile {
-public:
+ public:
   explicit OutFile(const std::string& path) : path_(path), file_(std::fopen(path.c_str(), "w+b")) {
     if (!file_) fail();
   }
@@ -40,7 +40,7 @@ public:
     return ok_;
   }
 
-private:
+ private:
   void fail() {
     if (ok_) std::fprintf(stderr, "soundgen: cannot write %s: %s\n", path_.c_str(), std::strerror(errno));
     ok_ = false;
@@ -75,13 +75,13 @@ bool writeWav(const std::string& path, const synth::Samples& mono) {
   wav += "RIFF";
   putLe(wav, 36 + dataBytes, 4);
   wav += "WAVEfmt ";
-  putLe(wav, 16, 4);                 // fmt chunk size
-  putLe(wav, 1, 2);                  // PCM
-  putLe(wav, 1, 2);                  // mono
-  putLe(wav, synth::kRate, 4);       // sample rate
-  putLe(wav, synth::kRate * 2, 4);   // byte rate
-  putLe(wav, 2, 2);                  // block align
-  putLe(wav, 16, 2);                 // bits per sample
+  putLe(wav, 16, 4);                // fmt chunk size
+  putLe(wav, 1, 2);                 // PCM
+  putLe(wav, 1, 2);                 // mono
+  putLe(wav, synth::kRate, 4);      // sample rate
+  putLe(wav, synth::kRate * 2, 4);  // byte rate
+  putLe(wav, 2, 2);                 // block align
+  putLe(wav, 16, 2);                // bits per sample
   wav += "data";
   putLe(wav, dataBytes, 4);
   for (float v : mono) putLe(wav, static_cast<uint16_t>(synth::toPcm16(v)), 2);

@@ -13,7 +13,7 @@ constexpr double kC4Rate = 8363.0;  // playback rate of C-4 with no tuning
 constexpr double kC4Hz = 261.6255653;
 
 class Bytes {
-public:
+ public:
   void u8(int v) { out_.push_back(static_cast<char>(v & 0xff)); }
   void u16(int v) {
     u8(v);
@@ -31,7 +31,7 @@ public:
   void raw(const std::string& s) { out_ += s; }
   std::string& str() { return out_; }
 
-private:
+ private:
   std::string out_;
 };
 

@@ -39,14 +39,14 @@ struct Cell {
 };
 
 class Pattern {
-public:
+ public:
   Pattern(int rows, int channels) : rows_(rows), channels_(channels), cells_(rows * channels) {}
   int rows() const { return rows_; }
   int channels() const { return channels_; }
   Cell& at(int row, int channel) { return cells_[row * channels_ + channel]; }
   const Cell& at(int row, int channel) const { return cells_[row * channels_ + channel]; }
 
-private:
+ private:
   int rows_, channels_;
   std::vector<Cell> cells_;
 };

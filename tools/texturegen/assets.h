@@ -6,21 +6,21 @@
 #include "image.h"
 
 // Shots, flares and small effects (64 x 64 or 128 x 128).
-Image makePlasmaBolt();      // pati0
-Image makeEnergyBomb();      // pati1
-Image makeExhaustPuff();     // jalki
-Image makeSuckerVortex();    // sucker
-Image makeLittleMan();       // pikku
-Image makeSunFlare();        // pati6
-Image makeCrackleOrb();      // pati20
-Image makeMissile();         // Ohjus
-Image makeSpark();           // pati8
-Image makeGlowingEgg();      // muna
-Image makeBlackHole();       // aukko
-Image makeRingOrb();         // pati15
-Image makeToxicBlob();       // epati18
-Image makeFireball();        // epati20
-Image makeStarShot();        // pati22
+Image makePlasmaBolt();    // pati0
+Image makeEnergyBomb();    // pati1
+Image makeExhaustPuff();   // jalki
+Image makeSuckerVortex();  // sucker
+Image makeLittleMan();     // pikku
+Image makeSunFlare();      // pati6
+Image makeCrackleOrb();    // pati20
+Image makeMissile();       // Ohjus
+Image makeSpark();         // pati8
+Image makeGlowingEgg();    // muna
+Image makeBlackHole();     // aukko
+Image makeRingOrb();       // pati15
+Image makeToxicBlob();     // epati18
+Image makeFireball();      // epati20
+Image makeStarShot();      // pati22
 
 // Surfaces wrapped on models (256 x 256).
 Image makeHullPlating(uint32_t seed, Rgb base, Rgb accent);  // tottero1, alus5_2, alus20

@@ -13,8 +13,8 @@
 #include <cstdlib>
 #include <cstring>
 
-#include "simscene.h"
 #include "ai.h"
+#include "simscene.h"
 
 namespace {
 
@@ -46,7 +46,8 @@ bool lueAsetukset(int argc, char** argv, Asetukset& a) {
       a.taulukko = true;
       continue;
     }
-    std::printf("usage: turnaus [--rounds N] [--frames F] [--level 0-%d] [--seed S] [--matrix]\n", aiTasoja - 1);
+    std::printf("usage: turnaus [--rounds N] [--frames F] [--level 0-%d] [--seed S] [--matrix]\n",
+                aiTasoja - 1);
     return false;
   }
   a.kierroksia = std::max(a.kierroksia, 1);
@@ -110,12 +111,12 @@ int main(int argc, char** argv) {
   for (int n = 0; n < alustyyppeja; ++n) jarjestys[n] = n;
   std::stable_sort(jarjestys, jarjestys + alustyyppeja,
                    [](int x, int y) { return tulos[x].osuus() > tulos[y].osuus(); });
-  std::printf("level %d, %d rounds per pairing, %d frames per round, seed %u\n", as.taso, as.kierroksia, as.freimeja,
-              as.siemen);
+  std::printf("level %d, %d rounds per pairing, %d frames per round, seed %u\n", as.taso, as.kierroksia,
+              as.freimeja, as.siemen);
   std::printf("ship  price   wins losses draws  win rate\n");
   for (int n : jarjestys)
-    std::printf("%4d  %5.0f  %5d %6d %5d  %7.1f%%\n", n, alus[n].pistemaara, tulos[n].voitot, tulos[n].tappiot,
-                tulos[n].tasat, 100 * tulos[n].osuus());
+    std::printf("%4d  %5.0f  %5d %6d %5d  %7.1f%%\n", n, alus[n].pistemaara, tulos[n].voitot,
+                tulos[n].tappiot, tulos[n].tasat, 100 * tulos[n].osuus());
   if (!as.taulukko) return 0;
   std::printf("\nwins of row against column\n    ");
   for (int b = 0; b < alustyyppeja; ++b) std::printf("%3d", b);
