@@ -200,14 +200,19 @@ GLWindow::GLWindow(int width, int height) {
 
 GLWindow::~GLWindow() { SDL_QuitSubSystem(SDL_INIT_VIDEO); }
 
-GLWindow& gameWindow(int width, int height) {
+GLWindow& programWindow(int width, int height) {
   static GLWindow* window = nullptr;
   for (int attempt = 0; attempt < 5 && !(window && window->ok()); ++attempt) {
     delete window;
     window = new GLWindow(width, height);
   }
-  if (window->ok()) setupOpengl(width, height);
   return *window;
+}
+
+GLWindow& gameWindow(int width, int height) {
+  GLWindow& window = programWindow(width, height);
+  if (window.ok()) setupOpengl(width, height);
+  return window;
 }
 
 bool menuScreen(int w, int h, int backdrop) {

@@ -118,10 +118,12 @@ private:
   std::string error_;
 };
 
-// The test program's one GL window with the game's GL set-up run in it. It stays open
-// until the process ends: closing it unloads the GL driver, whose own allocations
-// would then show up as leaks of unknown origin. A busy shared X server now and then
-// refuses a window, so it asks again a few times; check ok() on the result.
+// The test program's one GL window. It stays open until the process ends: closing it
+// unloads the GL driver, whose own allocations would then show up as leaks of unknown
+// origin. A busy shared X server now and then refuses a window, so it asks again a few
+// times; assert ok() on the result, so that a test without a window fails.
+GLWindow& programWindow(int width, int height);
+// The same window with the game's GL set-up run in it.
 GLWindow& gameWindow(int width, int height);
 
 // The game window at w x h for drawing a menu screen, with the game's screen size set
