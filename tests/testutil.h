@@ -56,10 +56,6 @@ private:
 void writeFile(const std::string& path, const std::string& content);
 std::string readFile(const std::string& path);
 
-// Fills `dir` with the game's data folder: large files and folders as
-// symbolic links, small files (settings, host list) as copies the game may overwrite.
-void mirrorDataFolder(const std::string& from, const std::string& dir);
-
 // A program started in the background; its standard output and error go to one file.
 class ChildProcess : NoCopy {
 public:
@@ -95,15 +91,6 @@ RunResult runProgram(const std::vector<std::string>& argv, const ChildProcess::O
 
 // Runs a shell command line, returning its exit status; output is discarded.
 int shell(const std::string& command);
-
-// X helpers (xdotool, xwd) for end-to-end tests; windows are found by their exact title.
-// Waits until the window exists; gives up early when `stillWorth` turns false.
-bool waitForWindow(const std::string& title, const std::function<bool()>& stillWorth, int timeoutMs);
-// Focuses the window and sends one key (an xdotool key name such as "space" or "Escape").
-bool sendKey(const std::string& title, const std::string& key);
-// True when a screenshot of the window (kept at `shotPath`) shows a picture:
-// at least `enough` pixels differ from the first one.
-bool windowHasPicture(const std::string& title, const std::string& shotPath, int enough = 100);
 
 // An SDL OpenGL window for tests that draw; closes the video subsystem at scope exit.
 class GLWindow : NoCopy {
