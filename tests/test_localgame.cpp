@@ -226,25 +226,4 @@ TEST_F(LocalGame, EscapeInTheMenuLeavesAtOnce) {
   EXPECT_FALSE(hostpeli || joinpeli || escpressed);
 }
 
-// --- The menu in a window.
-
-class LocalMenuWindow : public LocalGame {
-protected:
-  void SetUp() override {
-    LocalGame::SetUp();
-    ASSERT_TRUE(testutil::menuScreen(320, 240, 29));
-  }
-};
-
-TEST_F(LocalMenuWindow, UpFromTheFirstItemWrapsToExit) {
-  // Up, then Enter: the cursor wrapped to "Exit Menu", so the menu returns.
-  player[0].pylos = true;
-  joka_uni = [] {
-    if (!player[0].pylos) entterpressed = true;
-  };
-  onePlayerGameMenu();
-  EXPECT_LT(FakeClock::sleeps, 20000);  // not ended by the watchdog
-  EXPECT_TRUE(piirretytFreimit.empty());
-}
-
 }  // namespace

@@ -256,49 +256,18 @@ TEST(NetPeli, CoordsGiveTheClientWhatItsWorldStepNeeds) {
   EXPECT_EQ(player[1].kuolema, 0);
 }
 
-// Host side of a headless match: pilots fight; the host loop's respawn and a FRAME every
-// second frame are stood in for. Each FRAME's ship positions and live shots are kept.
-struct Tallenne {
-  Tavut virta;
-  std::vector<int> frameja;
-  std::vector<std::vector<float>> paikat;
-  std::vector<std::vector<int>> elavat;
-  std::vector<std::vector<float>> laukaustenPaikat;
-};
-
-// Live shots as (owner, array, slot) numbers, and the places of those that fly the
-// same on a client (not homing, steered, wandering, bouncing or jittering).
-std::vector<int> elavatLaukaukset(std::vector<float>* paikat = nullptr) {
-  std::vector<int> ulos;
-  for (int i = 0; i < players; ++i)
-    for (int e = 0; e < 2; ++e)
-      for (int s = 0; s < (e ? maksimiepadit : maksimipadit); ++s) {
-        const Pati& t = (e ? player[i].epati : player[i].pati)[s];
-        if (t.aika <= 0) continue;
-        ulos.push_back((i * 2 + e) * 100000 + s);
-        const int laji = e ? player[i].alus.easelaji : player[i].alus.numero;
-        const bool arvattava = e ? laji != 8 && laji != 13 && laji != 21 : laji != 7 && laji < 14;
-        if (paikat) paikat->insert(paikat->end(), {arvattava ? t.x : 0, arvattava ? t.y : 0});
-      }
-  return ulos;
-}
-
-void otteluMaailma(unsigned siemen) {
-  simscene::maailma(maxPlayers, 1, siemen);
+// A headless match of pilots, with the host loop's respawn and a FRAME every second
+// frame stood in for, recorded as the host sends it.
+TEST(NetPeli, RecordedMatchSplitsTheSameWhereverCut) {
+  simscene::maailma(maxPlayers, 1, 5);
   gamemode = 2;
   sets.ai = aiTasoja - 1;
   sets.aikohteet = true;
   aiAlusta();
-  simscene::rengas((int)siemen);
-}
-
-const Tallenne& ottelu() {
-  static Tallenne t;
-  if (!t.virta.empty()) return t;
-  otteluMaailma(5);
+  simscene::rengas(5);
   roolit(true);
   aloitaKeraaja();
-  t.virta = resync(0);
+  Tavut virta = resync(0);
   for (int f = 1; f <= 600; ++f) {
     calculateFrame(f);
     for (int i = 0; i < maxPlayers; ++i) {
@@ -311,74 +280,26 @@ const Tallenne& ottelu() {
     keraaTapahtumat();
     const int pituus = f % 2 ? 0 : koodaaFrame(f, puskuri, sizeof puskuri);
     laskeVaraukset = false;
-    if (f % 2) continue;
-    lisaa(t.virta, pituus);
-    t.frameja.push_back(f);
-    t.paikat.emplace_back();
-    for (int i = 0; i < maxPlayers; ++i) {
-      t.paikat.back().push_back(player[i].x);
-      t.paikat.back().push_back(player[i].y);
-    }
-    t.laukaustenPaikat.emplace_back();
-    t.elavat.push_back(elavatLaukaukset(&t.laukaustenPaikat.back()));
+    if (pituus) lisaa(virta, pituus);
   }
   const char voitto[] = "victoryo\x02;";
-  t.virta.insert(t.virta.end(), voitto, voitto + sizeof voitto);
-  return t;
-}
-
-TEST(NetPeli, RecordedMatchSplitsTheSameWhereverCutAndAReplayingClientAgreesAtEveryFrame) {
-  const Tallenne& t = ottelu();
+  virta.insert(virta.end(), voitto, voitto + sizeof voitto);
   EXPECT_EQ(varauksia, 0);
-  const std::vector<Viesti> kokonaan = pilko(t.virta, Lahettaja::isanta);
-  ASSERT_GT(kokonaan.size(), t.frameja.size() + 3);
+
+  const std::vector<Viesti> kokonaan = pilko(virta, Lahettaja::isanta);
   EXPECT_EQ(kokonaan.front().laji, lajiResyncAlku);
   EXPECT_EQ(kokonaan.back().laji, 0);
   EXPECT_EQ(kokonaan.back().tavut.size(), 11u);
-  size_t frameja = 0;
+  int frameja = 0;
   for (const Viesti& v : kokonaan) {
     frameja += v.laji == lajiFrame;
     if (v.laji) {
       EXPECT_TRUE(tarkistaPeliMsg(v.laji, v.tavut.data(), (int)v.tavut.size()));
     }
   }
-  EXPECT_EQ(frameja, t.frameja.size());
+  EXPECT_EQ(frameja, 300);
   for (size_t pala : {1, 2, 3, 5, 13, 100, 1499})
-    EXPECT_TRUE(pilko(t.virta, Lahettaja::isanta, pala) == kokonaan) << pala;
-
-  // A client replaying the match agrees with the host at every frame.
-  const std::vector<Viesti>& viestit = kokonaan;
-  otteluMaailma(6);  // other ships, other places
-  roolit(false);
-  aloitaAsiakas();
-  size_t seuraava = 0, tarkistettu = 0;
-  auto saapuu = [&](int asti, int asiakkaanFrame) {
-    for (; seuraava < viestit.size() && viestit[seuraava].laji; ++seuraava) {
-      Lukija l(viestit[seuraava].tavut.data(), 4);
-      uint32_t frame;
-      l.u32(frame);
-      if ((int)frame > asti) break;
-      vastaanota({viestit[seuraava]}, asiakkaanFrame);
-    }
-  };
-  for (int f = 1; f <= 600; ++f) {
-    saapuu(f + 2, f - 1);  // messages arrive two frames ahead of their frame
-    calculateFrame(f);
-    sovellaErat(f);
-    if (tarkistettu >= t.frameja.size() || t.frameja[tarkistettu] != f) continue;
-    for (int i = 0; i < maxPlayers; ++i) {
-      EXPECT_NEAR(player[i].x, t.paikat[tarkistettu][2 * i], 1.0 / 150) << f;
-      EXPECT_NEAR(player[i].y, t.paikat[tarkistettu][2 * i + 1], 1.0 / 150) << f;
-    }
-    std::vector<float> paikat;
-    ASSERT_EQ(elavatLaukaukset(&paikat), t.elavat[tarkistettu]) << "frame " << f;
-    for (size_t n = 0; n < paikat.size(); ++n)
-      ASSERT_NEAR(paikat[n], t.laukaustenPaikat[tarkistettu][n], 0.25)
-          << "frame " << f << " shot " << t.elavat[tarkistettu][n / 2];
-    ++tarkistettu;
-  }
-  EXPECT_EQ(tarkistettu, t.frameja.size());
-  EXPECT_EQ(peliVastaanotto.myohassa, 0);
+    EXPECT_TRUE(pilko(virta, Lahettaja::isanta, pala) == kokonaan) << pala;
 }
 
 TEST(NetPeli, MalformedMessagesAreRefusedWithNothingApplied) {

@@ -6,7 +6,10 @@
 #include <unistd.h>
 
 #include <chrono>
+#include <cstdint>
 #include <cstdlib>
+#include <filesystem>
+#include <functional>
 #include <memory>
 #include <string>
 #include <thread>
@@ -20,6 +23,9 @@
 namespace {
 
 using testutil::ChildProcess;
+using testutil::readFile;
+using testutil::shell;
+namespace fs = std::filesystem;
 
 // The whole game runs here, so Mesa unloads its driver at exit and leaks inside
 // it come from an unknown module that no suppression can name: the leak check
@@ -31,6 +37,56 @@ ChildProcess::Options gameOptions(const std::string& dir) {
   return o;
 }
 
+// Fills `dir` with the game's data folder: large files and folders as symbolic links,
+// small files (settings, host list) as copies the game may overwrite.
+void mirrorDataFolder(const std::string& from, const std::string& dir) {
+  const std::uintmax_t copyLimit = 64 * 1024;
+  for (const auto& entry : fs::directory_iterator(from)) {
+    const fs::path target = fs::path(dir) / entry.path().filename();
+    if (entry.is_regular_file() && entry.file_size() < copyLimit)
+      fs::copy_file(entry.path(), target);
+    else
+      fs::create_symlink(entry.path(), target);
+  }
+}
+
+// The game's window is found by its exact title (xdotool, xwd). Waits until it exists;
+// gives up early when `stillWorth` turns false.
+bool waitForWindow(const std::string& title, const std::function<bool()>& stillWorth, int timeoutMs) {
+  const auto end = std::chrono::steady_clock::now() + std::chrono::milliseconds(timeoutMs);
+  while (stillWorth() && std::chrono::steady_clock::now() < end) {
+    if (shell("xdotool search --name '^" + title + "$'") == 0) return true;
+    std::this_thread::sleep_for(std::chrono::milliseconds(100));
+  }
+  return false;
+}
+
+bool sendKey(const std::string& title, const std::string& key) {
+  return shell("xdotool search --name '^" + title + "$' windowfocus --sync key " + key) == 0;
+}
+
+// XWD headers are big-endian 32-bit fields.
+size_t xwdField(const std::string& image, int index) {
+  size_t value = 0;
+  for (int k = 0; k < 4; k++) value = value << 8 | static_cast<unsigned char>(image[index * 4 + k]);
+  return value;
+}
+
+// True when a screenshot of the window (kept at `shotPath`) shows a picture: a hundred
+// pixels differ from the first one.
+bool windowHasPicture(const std::string& title, const std::string& shotPath) {
+  if (shell("xwd -name '" + title + "' -silent -out '" + shotPath + "'") != 0) return false;
+  const std::string image = readFile(shotPath);
+  if (image.size() < 100) return false;
+  const size_t pixels = xwdField(image, 0) + xwdField(image, 19) * 12;  // header, colour table
+  const size_t bytesPerPixel = xwdField(image, 11) / 8;
+  if (bytesPerPixel < 3 || pixels + bytesPerPixel > image.size()) return false;
+  int differing = 0;
+  for (size_t i = pixels; i + bytesPerPixel <= image.size(); i += bytesPerPixel)
+    if (image.compare(i, 3, image, pixels, 3) != 0 && ++differing >= 100) return true;
+  return false;
+}
+
 bool contains(const std::string& text, const std::string& part) { return text.find(part) != std::string::npos; }
 
 // The X server now and then refuses a connection while other test programs open
@@ -38,7 +94,7 @@ bool contains(const std::string& text, const std::string& part) { return text.fi
 std::unique_ptr<ChildProcess> startGameWindow(const std::string& dir) {
   for (int attempt = 1;; attempt++) {
     auto game = std::make_unique<ChildProcess>(std::vector<std::string>{VORTA_EXE}, gameOptions(dir));
-    const bool window = testutil::waitForWindow("Vorta", [&] { return game->running(); }, 30000);
+    const bool window = waitForWindow("Vorta", [&] { return game->running(); }, 30000);
     if (window || attempt == 5 || !contains(game->output(), "Couldn't open X11 display")) return game;
     std::this_thread::sleep_for(std::chrono::milliseconds(500));
   }
@@ -80,7 +136,7 @@ class GameRun : public ::testing::Test {
 protected:
   void SetUp() override {
     ASSERT_NE(getenv("DISPLAY"), nullptr) << "needs an X display (run under xvfb-run)";
-    testutil::mirrorDataFolder(VORTA_DATA_DIR, dir.path());
+    mirrorDataFolder(VORTA_DATA_DIR, dir.path());
     testutil::writeFile(dir.file("sets.txt"), "screenwidth=640;\r\nscreenheight=480;\r\nfullscreen=0;\r\n[]\r\n");
   }
   testutil::TempDir dir;
@@ -95,19 +151,19 @@ TEST_F(GameRun, MainMenuIsDrawnAfterTheIntroAndEscapeQuitsCleanly) {
   // Space skips the intro once it reads keys; the menu ignores it. Past the
   // intro's own length the menu is up whether or not a key was taken.
   for (int i = 0; i < 25 && game.running(); i++) {
-    testutil::sendKey("Vorta", "space");
+    sendKey("Vorta", "space");
     std::this_thread::sleep_for(std::chrono::milliseconds(300));
   }
   bool drawn = false;
   for (int i = 0; i < 40 && !drawn && game.running(); i++) {
-    drawn = testutil::windowHasPicture("Vorta", dir.file("screen.xwd"));
+    drawn = windowHasPicture("Vorta", dir.file("screen.xwd"));
     if (!drawn) std::this_thread::sleep_for(std::chrono::milliseconds(250));
   }
   EXPECT_TRUE(drawn) << game.output();
   ASSERT_TRUE(game.running()) << "the game left before Escape:\n" << game.output();
   // A busy X server now and then drops a key: Escape again until the game goes.
   for (int i = 0; i < 50 && game.running(); i++) {
-    testutil::sendKey("Vorta", "Escape");
+    sendKey("Vorta", "Escape");
     std::this_thread::sleep_for(std::chrono::milliseconds(200));
   }
   ASSERT_TRUE(game.waitExit(30000)) << game.output();

@@ -13,7 +13,6 @@
 #include <unistd.h>
 
 #include <chrono>
-#include <cstdint>
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
@@ -62,17 +61,6 @@ std::string readFile(const std::string& path) {
   std::ostringstream text;
   text << in.rdbuf();
   return text.str();
-}
-
-void mirrorDataFolder(const std::string& from, const std::string& dir) {
-  const std::uintmax_t copyLimit = 64 * 1024;
-  for (const auto& entry : fs::directory_iterator(from)) {
-    const fs::path target = fs::path(dir) / entry.path().filename();
-    if (entry.is_regular_file() && entry.file_size() < copyLimit)
-      fs::copy_file(entry.path(), target);
-    else
-      fs::create_symlink(entry.path(), target);
-  }
 }
 
 ChildProcess::ChildProcess(const std::vector<std::string>& argv, const Options& options) {
@@ -133,43 +121,6 @@ int shell(const std::string& command) {
   return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
 }
 
-bool waitForWindow(const std::string& title, const std::function<bool()>& stillWorth, int timeoutMs) {
-  const auto end = std::chrono::steady_clock::now() + std::chrono::milliseconds(timeoutMs);
-  while (stillWorth() && std::chrono::steady_clock::now() < end) {
-    if (shell("xdotool search --name '^" + title + "$'") == 0) return true;
-    std::this_thread::sleep_for(std::chrono::milliseconds(100));
-  }
-  return false;
-}
-
-bool sendKey(const std::string& title, const std::string& key) {
-  return shell("xdotool search --name '^" + title + "$' windowfocus --sync key " + key) == 0;
-}
-
-namespace {
-
-// XWD headers are big-endian 32-bit fields.
-size_t xwdField(const std::string& image, int index) {
-  size_t value = 0;
-  for (int k = 0; k < 4; k++) value = value << 8 | static_cast<unsigned char>(image[index * 4 + k]);
-  return value;
-}
-
-}  // namespace
-
-bool windowHasPicture(const std::string& title, const std::string& shotPath, int enough) {
-  if (shell("xwd -name '" + title + "' -silent -out '" + shotPath + "'") != 0) return false;
-  const std::string image = readFile(shotPath);
-  if (image.size() < 100) return false;
-  const size_t pixels = xwdField(image, 0) + xwdField(image, 19) * 12;  // header, colour table
-  const size_t bytesPerPixel = xwdField(image, 11) / 8;
-  if (bytesPerPixel < 3 || pixels + bytesPerPixel > image.size()) return false;
-  int differing = 0;
-  for (size_t i = pixels; i + bytesPerPixel <= image.size(); i += bytesPerPixel)
-    if (image.compare(i, 3, image, pixels, 3) != 0 && ++differing >= enough) return true;
-  return false;
-}
-
 // Mesa unloads its driver when the window closes; leaks inside it would then be
 // reported from an unknown module that no suppression can name. Pinning the
 // software driver keeps it loaded and its frames readable.
@@ -200,14 +151,19 @@ GLWindow::GLWindow(int width, int height) {
 
 GLWindow::~GLWindow() { SDL_QuitSubSystem(SDL_INIT_VIDEO); }
 
-GLWindow& gameWindow(int width, int height) {
+GLWindow& programWindow(int width, int height) {
   static GLWindow* window = nullptr;
   for (int attempt = 0; attempt < 5 && !(window && window->ok()); ++attempt) {
     delete window;
     window = new GLWindow(width, height);
   }
-  if (window->ok()) setupOpengl(width, height);
   return *window;
+}
+
+GLWindow& gameWindow(int width, int height) {
+  GLWindow& window = programWindow(width, height);
+  if (window.ok()) setupOpengl(width, height);
+  return window;
 }
 
 bool menuScreen(int w, int h, int backdrop) {

@@ -56,10 +56,6 @@ private:
 void writeFile(const std::string& path, const std::string& content);
 std::string readFile(const std::string& path);
 
-// Fills `dir` with the game's data folder: large files and folders as
-// symbolic links, small files (settings, host list) as copies the game may overwrite.
-void mirrorDataFolder(const std::string& from, const std::string& dir);
-
 // A program started in the background; its standard output and error go to one file.
 class ChildProcess : NoCopy {
 public:
@@ -96,15 +92,6 @@ RunResult runProgram(const std::vector<std::string>& argv, const ChildProcess::O
 // Runs a shell command line, returning its exit status; output is discarded.
 int shell(const std::string& command);
 
-// X helpers (xdotool, xwd) for end-to-end tests; windows are found by their exact title.
-// Waits until the window exists; gives up early when `stillWorth` turns false.
-bool waitForWindow(const std::string& title, const std::function<bool()>& stillWorth, int timeoutMs);
-// Focuses the window and sends one key (an xdotool key name such as "space" or "Escape").
-bool sendKey(const std::string& title, const std::string& key);
-// True when a screenshot of the window (kept at `shotPath`) shows a picture:
-// at least `enough` pixels differ from the first one.
-bool windowHasPicture(const std::string& title, const std::string& shotPath, int enough = 100);
-
 // An SDL OpenGL window for tests that draw; closes the video subsystem at scope exit.
 class GLWindow : NoCopy {
 public:
@@ -118,10 +105,12 @@ private:
   std::string error_;
 };
 
-// The test program's one GL window with the game's GL set-up run in it. It stays open
-// until the process ends: closing it unloads the GL driver, whose own allocations
-// would then show up as leaks of unknown origin. A busy shared X server now and then
-// refuses a window, so it asks again a few times; check ok() on the result.
+// The test program's one GL window. It stays open until the process ends: closing it
+// unloads the GL driver, whose own allocations would then show up as leaks of unknown
+// origin. A busy shared X server now and then refuses a window, so it asks again a few
+// times; assert ok() on the result, so that a test without a window fails.
+GLWindow& programWindow(int width, int height);
+// The same window with the game's GL set-up run in it.
 GLWindow& gameWindow(int width, int height);
 
 // The game window at w x h for drawing a menu screen, with the game's screen size set
