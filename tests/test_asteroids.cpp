@@ -14,7 +14,7 @@ namespace {
 const float kauas = 5000;
 
 class Asteroids : public ::testing::Test {
-protected:
+ protected:
   Pati laukaukset[4] = {};
   Pati erikoiset[4] = {};
   Pati* vanhatPadit = nullptr;
@@ -131,7 +131,8 @@ TEST_F(Asteroids, ShipsBounceRamsHurtPlanetProofShipsAreShovedAndRocksKeepMoment
   player[1].alus.aselaji = 6;
   player[1].alus.easelaji = 14;
   player[1].fuel = 15;
-  asteroidi[2] = Pati{10000, 0, 0.2f, 0, 0, 10, 0, 0, 0, 0, 1.0f, 0, 0};  // far out, where the pull is negligible
+  asteroidi[2] =
+      Pati{10000, 0, 0.2f, 0, 0, 10, 0, 0, 0, 0, 1.0f, 0, 0};  // far out, where the pull is negligible
   asteroidi[3] = Pati{10001.5f, 0.3f, -0.1f, 0.05f, 0, 10, 0, 0, 0, 0, 1.2f, 0, 0};
   const float px = liikemaara(&Pati::xv), py = liikemaara(&Pati::yv), ennen = asteroidi[3].xv;
   laskeAsteroidit();
@@ -169,7 +170,7 @@ TEST_F(Asteroids, ShotsWearThemDownAndAreSpent) {
 // --- Little men ------------------------------------------------------------------
 
 class LittleMen : public Asteroids {
-protected:
+ protected:
   static void laitaMies(int i, float x, float y, short aika, short viive) {
     pikkumies[i] = Pati{x, y, 0, 0, 0, 1, 0, 0, 0, 0, 0, aika, viive};
   }

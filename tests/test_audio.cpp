@@ -47,9 +47,9 @@ void quietPlay(Sound& s) {
 TEST(SoundOff, TypeByEndingAndFieldOnlyOperations) {
   working = false;
   callbackCalls = 0;
-  const std::pair<const char*, int> endings[] = {{"a.MP3", 2}, {"b.ogg", 2}, {"sounds\\a_0.wav", 3}, {"d.RAW", 3},
-                                                 {"e.s3m", 1}, {"f.Xm", 1},  {"g.it", 1},  {"h.mid", 1},
-                                                 {"k.mod", 1}, {"l.txt", 0}, {"noending", 0}};
+  const std::pair<const char*, int> endings[] = {
+      {"a.MP3", 2}, {"b.ogg", 2}, {"sounds\\a_0.wav", 3}, {"d.RAW", 3}, {"e.s3m", 1},   {"f.Xm", 1},
+      {"g.it", 1},  {"h.mid", 1}, {"k.mod", 1},           {"l.txt", 0}, {"noending", 0}};
   for (const auto& [file, type] : endings) EXPECT_EQ(Sound(file).type, type) << file;
   EXPECT_EQ(Sound("anything.bin", 2).type, 2);
 
@@ -76,12 +76,13 @@ TEST(SoundOff, TypeByEndingAndFieldOnlyOperations) {
 
 synth::Samples sine(double seconds) {
   synth::Samples wave(synth::frames(seconds));
-  for (size_t i = 0; i < wave.size(); i++) wave[i] = 0.6f * float(std::sin(2 * M_PI * 440 * i / synth::kRate));
+  for (size_t i = 0; i < wave.size(); i++)
+    wave[i] = 0.6f * float(std::sin(2 * M_PI * 440 * i / synth::kRate));
   return wave;
 }
 
 class SoundOn : public ::testing::Test {
-protected:
+ protected:
   void SetUp() override {
     setenv("SDL_AUDIODRIVER", "disk", 1);
     setenv("SDL_DISKAUDIOFILE", output.c_str(), 1);
@@ -187,7 +188,8 @@ TEST_F(SoundOn, SharedSampleOutlivesWhicheverSoundGoesFirst) {
 }
 
 TEST_F(SoundOn, UnloadableFilesAreReportedAndPlayNothing) {
-  testutil::writeFile(dir.file("bad.wav"), std::string("RIFF\xff\xff\xff\x7fWAVEfmt ", 16) + std::string(64, '\xee'));
+  testutil::writeFile(dir.file("bad.wav"),
+                      std::string("RIFF\xff\xff\xff\x7fWAVEfmt ", 16) + std::string(64, '\xee'));
   testing::internal::CaptureStdout();
   Sound missing("no-such-dir/boom.wav");
   Sound missingSong("no-such-dir/song.ogg");

@@ -26,7 +26,7 @@ bool aarellinenPati(const Pati& s) {
 }
 
 class Battle : public ::testing::Test {
-protected:
+ protected:
   std::set<int> lentaneet;
   int kuolemia = 0;
   int laukauksiaEnintaan = 0;
@@ -81,7 +81,8 @@ protected:
       kuolemia += p.kuolema == 350;
     }
     for (const Pati& a : asteroidi)
-      ASSERT_TRUE(aarellinen(a.x) && aarellinen(a.y) && aarellinen(a.xv) && aarellinen(a.yv)) << "frame " << f;
+      ASSERT_TRUE(aarellinen(a.x) && aarellinen(a.y) && aarellinen(a.xv) && aarellinen(a.yv))
+          << "frame " << f;
   }
 
   void tarkistaLaukaukset(int f) {
@@ -89,15 +90,18 @@ protected:
       const Player& p = player[i];
       int eloja = 0;
       for (int k = 0; k < static_cast<int>(p.alus.maxpadit); ++k) {
-        ASSERT_TRUE(aarellinenPati(p.pati[k])) << "shot " << k << " of ship " << p.alus.numero << " frame " << f;
+        ASSERT_TRUE(aarellinenPati(p.pati[k]))
+            << "shot " << k << " of ship " << p.alus.numero << " frame " << f;
         eloja += p.pati[k].aika > 0;
       }
       for (int k = 0; k < static_cast<int>(p.alus.maxepadit); ++k)
-        ASSERT_TRUE(aarellinenPati(p.epati[k])) << "special " << k << " of ship " << p.alus.numero << " frame " << f;
+        ASSERT_TRUE(aarellinenPati(p.epati[k]))
+            << "special " << k << " of ship " << p.alus.numero << " frame " << f;
       laukauksiaEnintaan = std::max(laukauksiaEnintaan, eloja);
     }
     for (const Sirpale& s : sirpale)
-      ASSERT_TRUE(s.aika <= 0 || (std::isfinite(s.x) && std::isfinite(s.y) && std::isfinite(s.z))) << "frame " << f;
+      ASSERT_TRUE(s.aika <= 0 || (std::isfinite(s.x) && std::isfinite(s.y) && std::isfinite(s.z)))
+          << "frame " << f;
   }
 };
 

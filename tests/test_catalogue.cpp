@@ -70,12 +70,12 @@ TEST(CatalogueSounds, EveryNamedFileLoadsOnceAndVolumesFollowTheSetting) {
   for (int n = 0; n < alustyyppeja; ++n)  // every file the catalogue names was found
     for (auto paikka : paikat) EXPECT_TRUE(!(alus[n].*paikka) || (alus[n].*paikka)->sample) << "ship " << n;
   EXPECT_EQ(alus[8].ampumisaani->sample, alus[0].ampumisaani->sample);  // one file, loaded once
-  EXPECT_TRUE(alus[9].ampumisaani->loops);  // the laser's hum
+  EXPECT_TRUE(alus[9].ampumisaani->loops);                              // the laser's hum
 
   sets.soundvolume = 80;
   setSoundVolumes();
   EXPECT_FLOAT_EQ(alus[12].ampumisaani->volume, 0.8f * 0.34f);  // the table's level times the setting
-  EXPECT_EQ(alus[15].osumisaani->volume, 0.0f);  // loaded but muted on purpose
+  EXPECT_EQ(alus[15].osumisaani->volume, 0.0f);                 // loaded but muted on purpose
   dserver = true;
   alota();
   uninitAudio();

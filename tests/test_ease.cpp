@@ -33,7 +33,7 @@ Pati& erikoinen(int i, int k, float x, float y, float xv = 0, float yv = 0) {
 }
 
 class Specials : public ::testing::Test {
-protected:
+ protected:
   void SetUp() override { simscene::maailma(2, 0, 7); }
   void TearDown() override { joinpeli = hostpeli = false; }
 };
@@ -350,7 +350,7 @@ TEST_F(Specials, SplittersBouncersSeekersAndDrones) {
   b.liikutaePadit();
   b.liikutaePadit();
   EXPECT_LT(b.epati[0].xv, 0);  // off the wall
-  {  // and off a hull: it hurts, flies back and lives on
+  {                             // and off a hull: it hurts, flies back and lives on
     Player& k = laita(1, 3, 20, 80);
     erikoinen(0, 0, 14, 80, 0.4f, 0);
     for (int f = 0; f < 10; ++f) b.liikutaePadit();

@@ -1,20 +1,20 @@
 // GL set-up, textures, team colours and text, in a real GL context.
 #include <GL/gl.h>
+#include <SDL/SDL.h>
 #include <gtest/gtest.h>
 #include <png.h>
-#include <SDL/SDL.h>
 #include <sys/stat.h>
 
 #include <cstdio>
 #include <string>
 #include <vector>
 
-#include "testutil.h"
 #include "Alus.h"
 #include "Main.h"
 #include "Sets.h"
 #include "Teksti.h"
 #include "glapi.h"
+#include "testutil.h"
 
 namespace {
 
@@ -24,7 +24,8 @@ using Bytes = std::vector<unsigned char>;
 
 // An 8-bit PNG of the given colour type; `pixels` holds the rows top first,
 // `palette` the RGB triples of a palette image.
-void writePng(const std::string& path, int w, int h, int colourType, const Bytes& pixels, const Bytes& palette = {}) {
+void writePng(const std::string& path, int w, int h, int colourType, const Bytes& pixels,
+              const Bytes& palette = {}) {
   const int channels = colourType == PNG_COLOR_TYPE_RGB ? 3 : colourType == PNG_COLOR_TYPE_RGBA ? 4 : 1;
   FILE* f = fopen(path.c_str(), "wb");
   ASSERT_NE(f, nullptr);
@@ -88,9 +89,11 @@ Bytes rgbTexels(GLuint name, int w, int h) {
 TEST_F(InTempDir, TexturesLoadInAnyPngFormatAndBadFilesLeaveEmptySlots) {
   // Rows top first: red, green / blue, white.
   writePng("textures/pati0.png", 2, 2, PNG_COLOR_TYPE_RGB, {255, 0, 0, 0, 255, 0, 0, 0, 255, 255, 255, 255});
-  writePng("textures/pikku.png", 3, 1, PNG_COLOR_TYPE_PALETTE, {0, 1, 2}, {10, 20, 30, 40, 50, 60, 70, 80, 90});
+  writePng("textures/pikku.png", 3, 1, PNG_COLOR_TYPE_PALETTE, {0, 1, 2},
+           {10, 20, 30, 40, 50, 60, 70, 80, 90});
   writePng("textures/muna.png", 1, 2, PNG_COLOR_TYPE_GRAY, {200, 7});
-  writePng("textures/Ohjus.png", 1, 1, PNG_COLOR_TYPE_RGBA, {9, 99, 199, 0});  // fully transparent, colour kept
+  writePng("textures/Ohjus.png", 1, 1, PNG_COLOR_TYPE_RGBA,
+           {9, 99, 199, 0});  // fully transparent, colour kept
   FILE* junk = fopen("textures/galax.png", "wb");
   fputs("\x89PNG not really", junk);
   fclose(junk);
@@ -171,7 +174,8 @@ TEST_F(InTempDir, TextLightsPixelsAtItsPointOnly) {
   const struct {
     float x, y;
     bool lit;
-  } points[] = {{0, 0.4f, true},  {2 * letterwidth['A'], 0.4f, true}, {0, -0.6f, false}, {3.5f, 0.4f, false},
+  } points[] = {{0, 0.4f, true},   {2 * letterwidth['A'], 0.4f, true},
+                {0, -0.6f, false}, {3.5f, 0.4f, false},
                 {0, -3.8f, false}, {1.0f, -3.8f, true}};  // 2 x size x width 1
   for (const auto& p : points) {
     int x, y;

@@ -17,8 +17,8 @@ const SDLKey keys[4][6] = {
     {SDLK_i, SDLK_k, SDLK_j, SDLK_l, SDLK_b, SDLK_n},
     {SDLK_KP8, SDLK_KP5, SDLK_KP4, SDLK_KP6, SDLK_KP0, SDLK_KP_PERIOD},
 };
-bool Player::* const inputs[6] = {&Player::pylos, &Player::palas, &Player::pleft,
-                                  &Player::pright, &Player::pfire, &Player::pease};
+bool Player::*const inputs[6] = {&Player::pylos,  &Player::palas, &Player::pleft,
+                                 &Player::pright, &Player::pfire, &Player::pease};
 
 void key(bool down, SDLKey sym, Uint16 unicode = 0) {
   SDL_keysym k{};
@@ -35,7 +35,7 @@ int inputsHeld() {
 }
 
 class Keyboard : public ::testing::Test {
-protected:
+ protected:
   void SetUp() override {
     for (int slot = 0; slot < 4; slot++)
       for (auto input : inputs) player[slot].*input = false;
@@ -52,7 +52,8 @@ TEST_F(Keyboard, EachKeyDrivesOneInputOfOnePresentPlayer) {
       for (int c = 0; c < 6; c++) {
         key(true, keys[slot][c]);
         const bool works = slot < count;
-        EXPECT_EQ(player[slot].*inputs[c], works) << "players " << count << " slot " << slot << " input " << c;
+        EXPECT_EQ(player[slot].*inputs[c], works)
+            << "players " << count << " slot " << slot << " input " << c;
         EXPECT_EQ(inputsHeld(), works ? 1 : 0);
         key(false, keys[slot][c]);
         EXPECT_EQ(inputsHeld(), 0);

@@ -35,7 +35,7 @@ void piirraVoitto(int tiimi) {
 }
 
 class LocalGame : public ::testing::Test {
-protected:
+ protected:
   void SetUp() override {
     simscene::maailma(4);
     for (int i = 0; i < maxPlayers; ++i) simscene::laita(i, 0, 20.0f * i - 150, 100);
@@ -81,9 +81,10 @@ TEST_F(LocalGame, StartItemsSetModeCreditsAndPlayersAndResetTheObjectives) {
     int kohta, tila;
     bool krediitit, valinta, uudetAlukset;
   };
-  for (const Case& c : {Case{kohtaSatunnaiset, 1, false, false, true}, Case{kohtaKrediitit, 0, true, true, false},
-                        Case{kohtaKrediititSatunn, 1, true, false, true}, Case{kohtaDominointi, 2, false, false, true},
-                        Case{kohtaLippu, 3, false, false, true}, Case{kohtaSieni, 4, false, false, true}}) {
+  for (const Case& c :
+       {Case{kohtaSatunnaiset, 1, false, false, true}, Case{kohtaKrediitit, 0, true, true, false},
+        Case{kohtaKrediititSatunn, 1, true, false, true}, Case{kohtaDominointi, 2, false, false, true},
+        Case{kohtaLippu, 3, false, false, true}, Case{kohtaSieni, 4, false, false, true}}) {
     srand(7);
     players = 9;
     sets.playermaara = 5;
@@ -145,10 +146,10 @@ TEST_F(LocalGame, EachLoopCatchesUpByItsOwnPolicy) {
     bool krediitit;  // for the resume
     int kaukaa;      // computed after a 20-frame stall
   };
-  for (const Case& c : {Case{kohtaSatunnaiset, false, 20}, Case{kohtaKrediitit, false, 0},
-                        Case{kohtaKrediititSatunn, false, 0}, Case{kohtaDominointi, false, 1},
-                        Case{kohtaLippu, false, 1}, Case{kohtaSieni, false, 1}, Case{kohtaJatka, false, 20},
-                        Case{kohtaJatka, true, 0}}) {
+  for (const Case& c :
+       {Case{kohtaSatunnaiset, false, 20}, Case{kohtaKrediitit, false, 0},
+        Case{kohtaKrediititSatunn, false, 0}, Case{kohtaDominointi, false, 1}, Case{kohtaLippu, false, 1},
+        Case{kohtaSieni, false, 1}, Case{kohtaJatka, false, 20}, Case{kohtaJatka, true, 0}}) {
     pistepeli = c.krediitit;
     const Pelisilmukka s = aloitaKohta(c.kohta);
     fullcredits = 1e9;  // no objective match ends here

@@ -59,7 +59,7 @@ TEST(Leader, RunningBestIsTruncatedAndTiesKeepTheEarlierSlot) {
 }
 
 class HostRule : public ::testing::Test {
-protected:
+ protected:
   void TearDown() override { gamemode = 0; }
 };
 

@@ -2,12 +2,12 @@
 #include <GL/gl.h>
 #include <gtest/gtest.h>
 
-#include "testutil.h"
 #include "Main.h"
 #include "Menu.h"
 #include "Player.h"
 #include "glapi.h"
 #include "net.h"
+#include "testutil.h"
 
 namespace {
 
@@ -103,7 +103,8 @@ TEST_F(MenuFrame, F1ShowsTheKeyHelpOverTheMenuWhileHeld) {
   auto whiteOnRight = [] {
     const auto block = testutil::readRgb(W / 2, 0, W / 2, H);
     int n = 0;
-    for (size_t i = 0; i < block.size(); i += 3) n += block[i] > 150 && block[i + 1] > 150 && block[i + 2] > 150;
+    for (size_t i = 0; i < block.size(); i += 3)
+      n += block[i] > 150 && block[i + 1] > 150 && block[i + 2] > 150;
     return n;
   };
   ohjenappi = true;

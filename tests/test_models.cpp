@@ -35,7 +35,8 @@ struct Kuva {
   double ulottuma() const {
     double r = 0;
     for (int i = 0; i < koko * koko; i++)
-      if (peitetty(i % koko, i / koko)) r = std::max(r, std::hypot(i % koko + 0.5 - koko / 2, i / koko + 0.5 - koko / 2));
+      if (peitetty(i % koko, i / koko))
+        r = std::max(r, std::hypot(i % koko + 0.5 - koko / 2, i / koko + 0.5 - koko / 2));
     return r;
   }
 };
@@ -205,11 +206,11 @@ TEST_F(Mallit, ACarriedFlowerRidesAlongAndDrawingLeavesTheGlStateAsItFoundIt) {
 
   auto tila = [] {
     std::vector<float> t;
-    for (GLenum e : {GL_TEXTURE_2D, GL_LIGHTING, GL_LIGHT0, GL_DEPTH_TEST, GL_CULL_FACE, GL_BLEND, GL_NORMALIZE,
-                     GL_COLOR_MATERIAL})
+    for (GLenum e : {GL_TEXTURE_2D, GL_LIGHTING, GL_LIGHT0, GL_DEPTH_TEST, GL_CULL_FACE, GL_BLEND,
+                     GL_NORMALIZE, GL_COLOR_MATERIAL})
       t.push_back(glIsEnabled(e));
-    for (GLenum e : {GL_BLEND_SRC, GL_BLEND_DST, GL_MODELVIEW_STACK_DEPTH, GL_TEXTURE_BINDING_2D, GL_MATRIX_MODE,
-                     GL_DEPTH_WRITEMASK}) {
+    for (GLenum e : {GL_BLEND_SRC, GL_BLEND_DST, GL_MODELVIEW_STACK_DEPTH, GL_TEXTURE_BINDING_2D,
+                     GL_MATRIX_MODE, GL_DEPTH_WRITEMASK}) {
       GLint i;
       glGetIntegerv(e, &i);
       t.push_back(i);

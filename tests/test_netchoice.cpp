@@ -65,7 +65,7 @@ void annettu(int i, float ennen) {
 // A host: slot 0 its own person, 1 and 2 persons of clients 1 and 2, 3 a computer
 // pilot; all dead at their respawn with 20 credits.
 class NetChoice : public ::testing::Test {
-protected:
+ protected:
   void SetUp() override {
     simscene::maailma(4);
     const TCPsocket soketti = verkkoapu::ilmanSokettia();
@@ -167,7 +167,7 @@ TEST_F(NetChoice, TheOwnersScreenTakesItsOwnKeysAndTheLocalRules) {
   EXPECT_EQ(taustoja, 18);  // the match went on every pass
   EXPECT_EQ(naytetyt.front(), 15);
   EXPECT_FLOAT_EQ(player[3].pisteet, 20);  // the host charges, not the screen
-  kasikirjoitus("ue", 3);  // the random entry: an affordable ship
+  kasikirjoitus("ue", 3);                  // the random entry: an affordable ship
   const int n = netValitseAlus(3, 15000);
   ASSERT_GE(n, 0);
   EXPECT_LE(alus[n].pistemaara, 20);
@@ -213,7 +213,13 @@ TEST(MatchSettings, ChangesApplyAtOnceWhileTheMatchGoesOnAndEscapeLeaves) {
   netGameSets();
   EXPECT_NE(testutil::shell("test -e sets.txt"), 0);
   // Effects on, effects volume down, camera over, detail up, then "Back to the Match".
-  kasikirjoitus("de" "ddl" "dr" "dr" "de", 0);
+  kasikirjoitus(
+      "de"
+      "ddl"
+      "dr"
+      "dr"
+      "de",
+      0);
   joka = [] { efektit.push_back(efektitpaalla); };
   testing::internal::CaptureStdout();
   netGameSets();

@@ -36,7 +36,7 @@ void ottelunKuva(int) {
 }
 
 class Connect : public ::testing::Test {
-protected:
+ protected:
   void SetUp() override {
     simscene::maailma(2);
     aulanPiirto = aulaIlmanRuutua;

@@ -166,13 +166,15 @@ void isannanVoitto() {
 // matches by all but the first player's team out.
 void paataOttelu() {
   for (int i = 0; i < players; ++i) {
-    if (gamemode >= 2) player[0].pisteet = (float)mpcredits;
-    else if (player[i].tiimi != player[0].tiimi) player[i].pisteet = -1;
+    if (gamemode >= 2)
+      player[0].pisteet = (float)mpcredits;
+    else if (player[i].tiimi != player[0].tiimi)
+      player[i].pisteet = -1;
   }
 }
 
 class Verkkopeli : public ::testing::Test {
-protected:
+ protected:
   void SetUp() override {
     SDL_Init(SDL_INIT_TIMER);
     simscene::maailma(2);
@@ -418,21 +420,26 @@ TEST_F(Verkkopeli, APeerFallingBehindGetsLessThenWaitsAndIsResyncedOnceItReadsAg
   aloitaIsannanOttelu();
   const uint32_t alussa = luettu;
   // It reads nothing: past 8 KiB in flight the FRAMEs come without coords, past 16 KiB they wait.
-  EXPECT_TRUE(kierrokset(400, [] { return verkkoLaskurit.jonotetut > 0; }, [&] { kuittaa(alussa); }));
+  EXPECT_TRUE(kierrokset(
+      400, [] { return verkkoLaskurit.jonotetut > 0; }, [&] { kuittaa(alussa); }));
   EXPECT_GT(verkkoLaskurit.lyhennetyt, 0);
   // It reads, but owns up to a trickle only: the waiting FRAMEs outgrow their room and go.
   uint32_t kuitattu = alussa;
-  EXPECT_TRUE(kierrokset(3000, [] { return verkkoLaskurit.hylatyt > 0; }, [&] {
-    lue();
-    kuittaa(kuitattu += 50);
-  }));
+  EXPECT_TRUE(kierrokset(
+      3000, [] { return verkkoLaskurit.hylatyt > 0; },
+      [&] {
+        lue();
+        kuittaa(kuitattu += 50);
+      }));
   EXPECT_EQ(verkkoLaskurit.resynct, 0);
   // It owns up to all it read: the whole world follows, and the FRAMEs after it.
   lue();
   kuittaa(luettu);
   const uint32_t ennen = luettu;
-  EXPECT_TRUE(kierrokset(20, [] { return verkkoLaskurit.resynct == 1; }, nullptr));
-  kierrokset(10, [] { return false; }, nullptr);
+  EXPECT_TRUE(kierrokset(
+      20, [] { return verkkoLaskurit.resynct == 1; }, nullptr));
+  kierrokset(
+      10, [] { return false; }, nullptr);
   lue();
   EXPECT_GT(luettu, ennen);
   EXPECT_EQ(verkkoLaskurit.pudotetutFramet, 0);

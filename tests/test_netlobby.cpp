@@ -23,7 +23,7 @@ void sulje(TCPsocket) { ++suljettuja; }
 std::string tavut(const char* s, size_t n) { return std::string(s, n); }
 
 class Lobby : public ::testing::Test {
-protected:
+ protected:
   void SetUp() override {
     simscene::kataloogi();
     tcpLahetys = kaappaa;
@@ -176,11 +176,13 @@ TEST_F(Lobby, TheClientAnnouncesItsPlayersAndFollowsTheHostToTheStart) {
   ASSERT_EQ(ilmo.size(), 11u + 12 * 2);
   EXPECT_EQ(ilmo.substr(0, 10), std::string("pelaajia ") + '\x02');
   EXPECT_EQ(ilmo.substr(10, 5), std::string("\x0b") + tavut("eka", 4));
-  EXPECT_EQ(ilmo.substr(22, 12), "\x0b" "abcdefghijk");
+  EXPECT_EQ(ilmo.substr(22, 12),
+            "\x0b"
+            "abcdefghijk");
   EXPECT_EQ(ilmo.back(), '\0');
 
-  const std::string alku = tavut("game started;\0", 14) + "omat paikat" + tavut("\x06\0;", 3) +
-                           tavut("kaikki kunnossa;\0", 17);
+  const std::string alku =
+      tavut("game started;\0", 14) + "omat paikat" + tavut("\x06\0;", 3) + tavut("kaikki kunnossa;\0", 17);
   const std::string peli = "\x01\x05\x00peli";
   ASSERT_EQ(client(alku + peli), static_cast<int>(alku.size()));  // the game's bytes stay
   EXPECT_TRUE(started2);

@@ -133,7 +133,8 @@ std::vector<Viesti> pilko(const Tavut& virta, Lahettaja lahettaja, size_t pala =
       EXPECT_NE(v.tyyppi, PeliViesti::virhe);
       if (v.tyyppi == PeliViesti::virhe) return ulos;
       if (v.tyyppi != PeliViesti::kesken)
-        ulos.push_back({v.tyyppi == PeliViesti::kehys ? v.laji : (uint8_t)0, Tavut(v.data, v.data + v.pituus)});
+        ulos.push_back(
+            {v.tyyppi == PeliViesti::kehys ? v.laji : (uint8_t)0, Tavut(v.data, v.data + v.pituus)});
       vastaanotettu.erase(vastaanotettu.begin(), vastaanotettu.begin() + v.kulutettu);
       if (v.tyyppi == PeliViesti::kesken) break;
     }
@@ -328,13 +329,13 @@ TEST(NetPeli, MalformedMessagesAreRefusedWithNothingApplied) {
   b.resize(osiot);
   b.insert(b.end(), {osioPatiKuoli, 0, 0xff, 2, 3});  // a count of -1 read as a byte: 255 records
   hylkaa(b, "negative count");
-  for (const Tavut& huono : std::vector<Tavut>{{osioRajahdys, 0, 1, 9, 0, 0, 0, 0},     // slot past the players
-                                              {osioSyntyma, 0, 1, 1, 24, 0, 0, 0, 0, 0, 0},  // ship 24
-                                              {osioAsteroidi, 0, 1, 20, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0},
-                                              {osioValtaus, 0, 1, 0, 16},                  // team 16
-                                              {osioPatiKuoli, 40, 1, 0, 1},                // index 10240
-                                              {osioOhjaus, 1, 1, 0, 1},                    // param not used
-                                              {osioja, 0, 0}}) {
+  for (const Tavut& huono : std::vector<Tavut>{{osioRajahdys, 0, 1, 9, 0, 0, 0, 0},  // slot past the players
+                                               {osioSyntyma, 0, 1, 1, 24, 0, 0, 0, 0, 0, 0},  // ship 24
+                                               {osioAsteroidi, 0, 1, 20, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0},
+                                               {osioValtaus, 0, 1, 0, 16},    // team 16
+                                               {osioPatiKuoli, 40, 1, 0, 1},  // index 10240
+                                               {osioOhjaus, 1, 1, 0, 1},      // param not used
+                                               {osioja, 0, 0}}) {
     b = Tavut(hyva.begin(), hyva.begin() + osiot);
     b.insert(b.end(), huono.begin(), huono.end());
     hylkaa(b, "out of range");

@@ -27,7 +27,7 @@ void pelaajat(std::initializer_list<std::pair<int, float>> rivit) {
 }
 
 class NetVictory : public ::testing::Test {
-protected:
+ protected:
   void SetUp() override {
     simscene::kataloogi();
     tcpLahetys = kaappaa;
@@ -59,7 +59,11 @@ TEST_F(NetVictory, DeathMatchSendsThePlayersStillInAndTheClientTakesTheirScores)
   pelaajat({{2, 300.7f}, {0, -1}, {1, 0}, {3, -7}});
   netVictory();
   // The last one still in gives the team; rows of score (truncated) and slot; ';' and a zero.
-  const std::string viesti = "victoryd\x01\x02" "\x2c\x01\x00\x00" "\x00\x00\x02\x00" ";\0"s;
+  const std::string viesti =
+      "victoryd\x01\x02"
+      "\x2c\x01\x00\x00"
+      "\x00\x00\x02\x00"
+      ";\0"s;
   for (int c = 1; c < 4; ++c) EXPECT_EQ(lahetetyt[tunnus(c)], viesti) << c;
   EXPECT_EQ(silmukoita, 1);
   EXPECT_EQ(nakyma(Voittoruutu::isanta).voittajat, 0b101u);  // everyone still in, whatever the team
@@ -116,7 +120,12 @@ TEST_F(NetVictory, ClientScreensDrawTheReceivedTeamOrNobody) {
   pelaajat({{2, 50}, {2, 50}, {1, 50}, {2, 50}});
   player[9].pisteet = 0;
   // Slot 0 below zero, slot 1 with 77, and a slot outside the match.
-  EXPECT_EQ(asiakkaana("victoryd\x02\x03" "\xfd\xff\x00\x00" "\x4d\x00\x01\x00" "\x28\x00\x09\x00" ";\0"s), 24);
+  EXPECT_EQ(asiakkaana("victoryd\x02\x03"
+                       "\xfd\xff\x00\x00"
+                       "\x4d\x00\x01\x00"
+                       "\x28\x00\x09\x00"
+                       ";\0"s),
+            24);
   EXPECT_FLOAT_EQ(player[0].pisteet, -3);
   EXPECT_FLOAT_EQ(player[9].pisteet, 0);
   Voittonakyma v = nakyma(Voittoruutu::asiakas);
@@ -124,7 +133,7 @@ TEST_F(NetVictory, ClientScreensDrawTheReceivedTeamOrNobody) {
   EXPECT_EQ(v.tiimi, 3);
   EXPECT_EQ(v.krediittiSumma, 77 + int(alus[1].pistemaara) + 50 + int(alus[3].pistemaara));
   EXPECT_EQ(asiakkaana("victoryo\x02;\0"s), 11);
-  EXPECT_EQ(gamemode, 2);  // whichever objective mode it was
+  EXPECT_EQ(gamemode, 2);                                      // whichever objective mode it was
   EXPECT_EQ(nakyma(Voittoruutu::asiakas).voittajat, 0b1011u);  // the whole team, scores aside
   asiakkaana("victoryo\xff;\0"s);
   v = nakyma(Voittoruutu::asiakas);
@@ -135,7 +144,11 @@ TEST_F(NetVictory, ClientScreensDrawTheReceivedTeamOrNobody) {
 
 TEST_F(NetVictory, APartOrAnotherMessageChangesNothing) {
   pelaajat({{0, 5}, {1, 5}});
-  const std::string koko = "victoryd\x01\x02" "\x07\x00\x00\x00" "\x08\x00\x01\x00" ";\0"s;
+  const std::string koko =
+      "victoryd\x01\x02"
+      "\x07\x00\x00\x00"
+      "\x08\x00\x01\x00"
+      ";\0"s;
   for (size_t n = 0; n < koko.size(); ++n) {
     gamemode = 3;
     EXPECT_EQ(asiakkaana(koko.substr(0, n)), 0) << n;

@@ -9,7 +9,7 @@
 namespace {
 
 class Objectives : public ::testing::Test {
-protected:
+ protected:
   void SetUp() override {
     simscene::maailma(4, 0, 3);
     for (int i = 0; i < maxPlayers; ++i) asetu(i, 0, -60 + 10.0f * i, i % 2);

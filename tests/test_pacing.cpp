@@ -21,7 +21,7 @@ std::vector<int> range(int first, int last) {
 }
 
 class Pacing : public ::testing::Test {
-protected:
+ protected:
   void SetUp() override {
     starttime = 1000;
     calculatefps = 100;

@@ -31,7 +31,7 @@ TEST(Hits, AShotHitsEveryShipItTouchesButNeverItsOwnerAShieldOrAPlayerOutOfPlay)
   Player& o = laita(0, 17, 0, 50);
   Player& a = laita(1, 0, 30, 30);
   Player& b = laita(2, 3, 30.5f, 30);
-  ammus(0, 0, 0, 50, 0.1f, 0);      // inside its own ship
+  ammus(0, 0, 0, 50, 0.1f, 0);       // inside its own ship
   ammus(0, 1, 30, 30, 0.5f, -0.5f);  // on both targets
   o.liikutaPadit();
   EXPECT_GT(o.pati[0].aika, 0);
@@ -189,7 +189,7 @@ TEST(ShotsBreak, ShotsWearEachOtherDownOneBlowPerPairingButAnUnbreakableShotHits
   maailma(2);
   laita(0, 0, 0, 100);
   laita(1, 3, 0, -100);
-  Pati& r = ammus(0, 0, 50, 50);  // 3 energy, ship damage 1
+  Pati& r = ammus(0, 0, 50, 50);     // 3 energy, ship damage 1
   Pati& t = ammus(1, 0, 50.2f, 50);  // 3 energy, ship damage 3
   player[0].tarkistaHajosikoPadit();
   EXPECT_EQ(r.aika, 0);
@@ -241,14 +241,16 @@ void suoraTarkistus(int a) {
         Pati* const qs = qe ? player[b].epati : player[b].pati;
         const int pn = pe ? raja(pa.maxepadit, maksimiepadit) : raja(pa.maxpadit, maksimipadit);
         const int qn = qe ? raja(qa.maxepadit, maksimiepadit) : raja(qa.maxpadit, maksimipadit);
-        const bool qHajoaa = (qe ? qa.epatiVoiHajota : qa.patiVoiHajota) && (pe ? pa.epatihajottaa : pa.patihajottaa);
-        const bool pHajoaa = (pe ? pa.epatiVoiHajota : pa.patiVoiHajota) && (qe ? qa.epatihajottaa : qa.patihajottaa);
+        const bool qHajoaa =
+            (qe ? qa.epatiVoiHajota : qa.patiVoiHajota) && (pe ? pa.epatihajottaa : pa.patihajottaa);
+        const bool pHajoaa =
+            (pe ? pa.epatiVoiHajota : pa.patiVoiHajota) && (qe ? qa.epatihajottaa : qa.patihajottaa);
         const double r = (pe ? pa.epatisade : pa.patisade) + (qe ? qa.epatisade : qa.patisade);
         for (int i = 0; i < pn; ++i)
           for (int j = 0; j < qn && ps[i].aika > 0; ++j) {
             const double dx = (double)qs[j].x - ps[i].x, dy = (double)qs[j].y - ps[i].y;
-            if ((a == b && pe == qe && i == j) || qs[j].aika <= 0 || !(std::fabs(dx) < r && std::fabs(dy) < r) ||
-                !(dx * dx + dy * dy < (0.785 * r) * (0.785 * r)))
+            if ((a == b && pe == qe && i == j) || qs[j].aika <= 0 ||
+                !(std::fabs(dx) < r && std::fabs(dy) < r) || !(dx * dx + dy * dy < (0.785 * r) * (0.785 * r)))
               continue;
             if (qHajoaa) iske(qs[j], pe ? pa.edamage : pa.damage);
             if (pHajoaa) {
@@ -306,7 +308,8 @@ TEST(ShotsBreak, TheBroadPhaseGivesExactlyThePlainScansResult) {
   for (unsigned siemen = 1; siemen <= 80; ++siemen) {
     const auto alku = tulos(siemen, [](int) {});
     const auto odotettu = tulos(siemen, suoraTarkistus);
-    ASSERT_TRUE(tulos(siemen, [](int a) { player[a].tarkistaHajosikoPadit(); }) == odotettu) << "seed " << siemen;
+    ASSERT_TRUE(tulos(siemen, [](int a) { player[a].tarkistaHajosikoPadit(); }) == odotettu)
+        << "seed " << siemen;
     for (size_t i = 0; i < alku.size(); ++i) kosketuksia += alku[i].second != odotettu[i].second;
   }
   pistepeli = false;

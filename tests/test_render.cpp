@@ -9,7 +9,6 @@
 #include <utility>
 #include <vector>
 
-#include "testutil.h"
 #include "Main.h"
 #include "Player.h"
 #include "Sets.h"
@@ -17,6 +16,7 @@
 #include "net.h"
 #include "peliloppu.h"
 #include "scene.h"
+#include "testutil.h"
 
 namespace {
 
@@ -25,7 +25,7 @@ struct Rgb {
 };
 
 class Render : public ::testing::Test {
-protected:
+ protected:
   static void SetUpTestSuite() {
     ASSERT_EQ(chdir(VORTA_DATA_DIR), 0);  // the game's textures
     window = &testutil::gameWindow(1024, 768);
@@ -110,7 +110,7 @@ TEST_F(Render, FrameEdgesAndThePlanetShowInBothCameraModes) {
 
 // One ship of the given weapon kind with a few shots of its own.
 class Shots : public Render {
-protected:
+ protected:
   Pati shots[4] = {};
   Pati* ownShots = nullptr;
 
@@ -181,7 +181,8 @@ TEST_F(Render, HumanShipsCarryAMarkerInTheirTeamColour) {
     const int half = 40;
     const std::vector<GLubyte> block = testutil::readRgb(px - half, py - half, 2 * half, 2 * half);
     int n = 0;
-    for (size_t i = 0; i < block.size(); i += 3) n += block[i] < 60 && block[i + 1] > 235 && block[i + 2] > 235;
+    for (size_t i = 0; i < block.size(); i += 3)
+      n += block[i] < 60 && block[i + 1] > 235 && block[i + 2] > 235;
     return n;
   };
   EXPECT_GT(cyanAround(40, 30), 40);
@@ -223,7 +224,7 @@ TEST(Standings, RealNumbersBestFirstAndRoundTripsOverTheNetwork) {
 }
 
 class Panel : public Render {
-protected:
+ protected:
   void SetUp() override {
     Render::SetUp();
     players = 1;
@@ -274,7 +275,7 @@ TEST_F(Panel, ClampsAndColumns) {
 }
 
 class Victory : public Render {
-protected:
+ protected:
   void SetUp() override {
     Render::SetUp();
     players = 2;

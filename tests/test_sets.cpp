@@ -19,7 +19,7 @@ std::string settingsFile(std::initializer_list<std::string> lines) {
 }
 
 class SettingsFile : public ::testing::Test {
-protected:
+ protected:
   void SetUp() override {
     sirpaleita = 1500;
     alkusirpaleita = 120;
@@ -39,19 +39,21 @@ protected:
 TEST_F(SettingsFile, LimitsAndTheMissingSign) {
   // fps, players, credits, music volume, detail, width and the shard pools it sizes
   auto arvot = [](const Sets& s) {
-    return std::vector<double>{double(s.fps), double(s.playermaara), s.credits, s.musicvolume,
-                               double(s.detail), double(s.width), double(sirpaleita), double(alkusirpaleita)};
+    return std::vector<double>{double(s.fps),      double(s.playermaara), s.credits,
+                               s.musicvolume,      double(s.detail),      double(s.width),
+                               double(sirpaleita), double(alkusirpaleita)};
   };
   EXPECT_EQ(arvot(load(settingsFile({"fps=20", "players=1", "credits=-50", "detail=0", "screenwidth=-9"}))),
             (std::vector<double>{50, 2, 50, 100, 0, 9, 1000, 80}));
-  EXPECT_EQ(arvot(load(settingsFile({"fps=500", "players=17", "credits=5000", "music volume=150", "detail=7"}))),
-            (std::vector<double>{200, 16, 1000, 100, 3, 640, 2500, 200}));
+  EXPECT_EQ(
+      arvot(load(settingsFile({"fps=500", "players=17", "credits=5000", "music volume=150", "detail=7"}))),
+      (std::vector<double>{200, 16, 1000, 100, 3, 640, 2500, 200}));
 }
 
 TEST_F(SettingsFile, PerSlotKeysSkipTheDigitsOfTheirNames) {
-  Sets s = load(settingsFile({"player3team=0", "player4team=17", "player10team=6", "player11team=9",
-                              "player1ihmispelaaja=0", "player4ihmispelaaja=0", "player5ihmispelaaja=1",
-                              "mode256=0"}));
+  Sets s = load(
+      settingsFile({"player3team=0", "player4team=17", "player10team=6", "player11team=9",
+                    "player1ihmispelaaja=0", "player4ihmispelaaja=0", "player5ihmispelaaja=1", "mode256=0"}));
   EXPECT_EQ(s.team[2], 0);
   EXPECT_EQ(s.team[3], 15);
   EXPECT_EQ(s.team[9], 5);

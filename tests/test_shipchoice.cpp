@@ -14,7 +14,7 @@
 namespace {
 
 class ShipChoice : public ::testing::Test {
-protected:
+ protected:
   void SetUp() override {
     simscene::maailma(4);
     for (int i = 0; i < 4; ++i) simscene::laita(i, 0, 100, 20.0f * i);
@@ -83,8 +83,8 @@ TEST_F(ShipChoice, ComputerPilotCountersTheFirstEnemyShipElsePicksAnAffordableOn
     int vihollisenAlus;
     std::set<int> vastaukset;
   };
-  for (const Case& c : {Case{6, {6, 12, -1}}, Case{5, {4, 2, -1}}, Case{13, {4, -1}}, Case{16, {0, -1}},
-                        Case{3, {-1}}}) {
+  for (const Case& c :
+       {Case{6, {6, 12, -1}}, Case{5, {4, 2, -1}}, Case{13, {4, -1}}, Case{16, {0, -1}}, Case{3, {-1}}}) {
     player[1].tiimi = player[0].tiimi;  // a team mate is not countered
     simscene::laita(2, c.vihollisenAlus, 0, 100);
     simscene::laita(3, 1, 0, 50);
@@ -166,7 +166,7 @@ TEST_F(ShipChoice, ComputerPilotsOfABigGameChooseWithoutAScreen) {
 // --- The screen, with a fake clock.
 
 class ShipChoiceWindow : public ShipChoice {
-protected:
+ protected:
   void SetUp() override {
     ShipChoice::SetUp();
     ASSERT_TRUE(testutil::menuScreen(W, H, 30));

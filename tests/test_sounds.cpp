@@ -76,7 +76,7 @@ Playback playThrough(const std::string& path, double limitSeconds) {
 }
 
 class GeneratedAudio : public ::testing::Test {
-protected:
+ protected:
   // The disk driver into nowhere, with no wait between buffers: songs play in seconds.
   static void SetUpTestSuite() {
     setenv("SDL_AUDIODRIVER", "disk", 1);
@@ -96,8 +96,8 @@ protected:
 TEST_F(GeneratedAudio, EverySongPlaysThroughAndEnds) {
   const std::string start = dataPath("musics/StartMusic/start.mp3");
   EXPECT_EQ(testutil::readFile(dataPath("musics\\StartMusic\\start.mp3")), testutil::readFile(start));
-  std::vector<std::string> songs =
-      dataFiles({"musics/*.mp3", "musics/*.s3m", "musics/*.ogg", "musics/*.xm", "musics/*.mod", "musics/*.it"});
+  std::vector<std::string> songs = dataFiles(
+      {"musics/*.mp3", "musics/*.s3m", "musics/*.ogg", "musics/*.xm", "musics/*.mod", "musics/*.it"});
   EXPECT_FALSE(songs.empty());
   songs.push_back(start);
   for (const std::string& path : songs) {

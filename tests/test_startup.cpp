@@ -33,7 +33,8 @@ namespace fs = std::filesystem;
 ChildProcess::Options gameOptions(const std::string& dir) {
   ChildProcess::Options o;
   o.workdir = dir;
-  o.setEnv = {"SDL_AUDIODRIVER=dummy", "SDL_VIDEODRIVER=x11", "LIBGL_ALWAYS_SOFTWARE=1", "ASAN_OPTIONS=detect_leaks=0"};
+  o.setEnv = {"SDL_AUDIODRIVER=dummy", "SDL_VIDEODRIVER=x11", "LIBGL_ALWAYS_SOFTWARE=1",
+              "ASAN_OPTIONS=detect_leaks=0"};
   return o;
 }
 
@@ -87,14 +88,17 @@ bool windowHasPicture(const std::string& title, const std::string& shotPath) {
   return false;
 }
 
-bool contains(const std::string& text, const std::string& part) { return text.find(part) != std::string::npos; }
+bool contains(const std::string& text, const std::string& part) {
+  return text.find(part) != std::string::npos;
+}
 
 // The X server now and then refuses a connection while other test programs open
 // theirs; a game that could not open the display is started again.
 std::unique_ptr<ChildProcess> startGameWindow(const std::string& dir) {
   for (int attempt = 1;; attempt++) {
     auto game = std::make_unique<ChildProcess>(std::vector<std::string>{VORTA_EXE}, gameOptions(dir));
-    const bool window = waitForWindow("Vorta", [&] { return game->running(); }, 30000);
+    const bool window = waitForWindow(
+        "Vorta", [&] { return game->running(); }, 30000);
     if (window || attempt == 5 || !contains(game->output(), "Couldn't open X11 display")) return game;
     std::this_thread::sleep_for(std::chrono::milliseconds(500));
   }
@@ -133,11 +137,12 @@ TEST(Startup, PlayScriptLogsADedicatedStartThatNeedsNoDisplay) {
 
 // The game in a private copy of the data folder, windowed.
 class GameRun : public ::testing::Test {
-protected:
+ protected:
   void SetUp() override {
     ASSERT_NE(getenv("DISPLAY"), nullptr) << "needs an X display (run under xvfb-run)";
     mirrorDataFolder(VORTA_DATA_DIR, dir.path());
-    testutil::writeFile(dir.file("sets.txt"), "screenwidth=640;\r\nscreenheight=480;\r\nfullscreen=0;\r\n[]\r\n");
+    testutil::writeFile(dir.file("sets.txt"),
+                        "screenwidth=640;\r\nscreenheight=480;\r\nfullscreen=0;\r\n[]\r\n");
   }
   testutil::TempDir dir;
 };

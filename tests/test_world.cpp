@@ -20,7 +20,7 @@ namespace {
 const double eliminointihinta = 9;
 
 class World : public ::testing::Test {
-protected:
+ protected:
   static void SetUpTestSuite() {
     for (int n = 0; n < alustyyppeja; ++n) {
       Alus& a = alus[n];
@@ -102,7 +102,8 @@ TEST_F(World, CameraDistanceComparesScaledHeightButUsesItUnscaled) {
     asetaPelaaja(0, 100, 0, 3);
     asetaPelaaja(1, 100 - t.dx, t.dy, 3);
     calculateFrame(1);
-    EXPECT_NEAR(camposz, (t.d * 1.3333333730697632 + 20 * 19) / 20, 1e-4) << "cammode " << t.cammode << " dx " << t.dx;
+    EXPECT_NEAR(camposz, (t.d * 1.3333333730697632 + 20 * 19) / 20, 1e-4)
+        << "cammode " << t.cammode << " dx " << t.dx;
   }
 }
 
@@ -214,7 +215,7 @@ TEST_F(World, ResurrectionShipComesBackAsShip12AboutHalfTheTime) {
 // --- Respawns -------------------------------------------------------------------
 
 class Respawn : public World {
-protected:
+ protected:
   // Runs the step in which player `i`'s timer reaches the respawn point.
   void kuoleeJaUudestaan(int i) {
     player[i].kuolema = 201;

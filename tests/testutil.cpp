@@ -110,7 +110,8 @@ bool ChildProcess::waitExit(int timeoutMs) {
 
 std::string ChildProcess::output() const { return readFile(logDir_.file("output.txt")); }
 
-RunResult runProgram(const std::vector<std::string>& argv, const ChildProcess::Options& options, int timeoutMs) {
+RunResult runProgram(const std::vector<std::string>& argv, const ChildProcess::Options& options,
+                     int timeoutMs) {
   ChildProcess child(argv, options);
   const bool exited = child.waitExit(timeoutMs);
   return {exited, child.exitStatus(), child.output()};
@@ -125,7 +126,8 @@ int shell(const std::string& command) {
 // reported from an unknown module that no suppression can name. Pinning the
 // software driver keeps it loaded and its frames readable.
 void pinSoftwareGLDriver() {
-  static void* const pinned = dlopen("/usr/lib/x86_64-linux-gnu/dri/swrast_dri.so", RTLD_LAZY | RTLD_NODELETE);
+  static void* const pinned =
+      dlopen("/usr/lib/x86_64-linux-gnu/dri/swrast_dri.so", RTLD_LAZY | RTLD_NODELETE);
   (void)pinned;
 }
 

@@ -20,35 +20,35 @@ struct NoCopy {
 
 // A fresh folder under /tmp, removed with everything in it at scope exit.
 class TempDir : NoCopy {
-public:
+ public:
   TempDir();
   ~TempDir();
   const std::string& path() const { return path_; }
   std::string file(const std::string& name) const { return path_ + "/" + name; }
 
-private:
+ private:
   std::string path_;
 };
 
 // Makes `dir` the working directory until scope exit.
 class ScopedChdir : NoCopy {
-public:
+ public:
   explicit ScopedChdir(const std::string& dir);
   ~ScopedChdir();
 
-private:
+ private:
   std::string previous_;
 };
 
 // A temporary folder that is also the working directory (for code that
 // reads and writes relative paths such as "sets.txt").
 class TempWorkDir {
-public:
+ public:
   TempWorkDir() : chdir_(dir_.path()) {}
   const std::string& path() const { return dir_.path(); }
   std::string file(const std::string& name) const { return dir_.file(name); }
 
-private:
+ private:
   TempDir dir_;
   ScopedChdir chdir_;
 };
@@ -58,7 +58,7 @@ std::string readFile(const std::string& path);
 
 // A program started in the background; its standard output and error go to one file.
 class ChildProcess : NoCopy {
-public:
+ public:
   struct Options {
     std::string workdir = ".";
     std::vector<std::string> setEnv;    // "NAME=value"
@@ -74,7 +74,7 @@ public:
   int exitStatus() const { return exitStatus_; }
   std::string output() const;
 
-private:
+ private:
   pid_t pid_ = -1;
   int exitStatus_ = -1;
   bool exited_ = false;
@@ -87,20 +87,21 @@ struct RunResult {
   std::string output;
 };
 // Runs a program to its end or for at most timeoutMs (then kills it).
-RunResult runProgram(const std::vector<std::string>& argv, const ChildProcess::Options& options, int timeoutMs);
+RunResult runProgram(const std::vector<std::string>& argv, const ChildProcess::Options& options,
+                     int timeoutMs);
 
 // Runs a shell command line, returning its exit status; output is discarded.
 int shell(const std::string& command);
 
 // An SDL OpenGL window for tests that draw; closes the video subsystem at scope exit.
 class GLWindow : NoCopy {
-public:
+ public:
   GLWindow(int width = 640, int height = 480);
   ~GLWindow();
   bool ok() const { return ok_; }
   const std::string& error() const { return error_; }  // SDL's reason when not ok
 
-private:
+ private:
   bool ok_ = false;
   std::string error_;
 };
@@ -128,14 +129,14 @@ void projectToWindow(double x, double y, double z, int& px, int& py);
 // The game's frame clock replaced, until scope exit, by one that moves only when the
 // game sleeps; `onSleep` runs after every sleep (a key script, a watchdog).
 class FakeClock : NoCopy {
-public:
+ public:
   FakeClock();
   ~FakeClock();
   static Uint32 now;
   static int sleeps;
   static std::function<void()> onSleep;
 
-private:
+ private:
   Uint32 (*ticks_)();
   void (*delay_)(Uint32);
 };

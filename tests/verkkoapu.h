@@ -79,7 +79,8 @@ inline TCPsocket raakaAsiakas(const char* nimi) {
   SDLNet_ResolveHost(&ip, "127.0.0.1", static_cast<Uint16>(verkkoportti));
   TCPsocket s = SDLNet_TCP_Open(&ip);
   if (s && nimi) {
-    const std::string b = std::string("pelaajia ") + '\x01' + static_cast<char>(std::strlen(nimi)) + nimi + '\0';
+    const std::string b =
+        std::string("pelaajia ") + '\x01' + static_cast<char>(std::strlen(nimi)) + nimi + '\0';
     SDLNet_TCP_Send(s, b.data(), static_cast<int>(b.size()));
   }
   return s;

@@ -52,8 +52,8 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   kirjotaAsteroidipox(ulos, &ap);
   kirjotaAlkuTiedot(ulos, &at);
   kirjotaAsteroidi(ulos, &pati);
-  const netPati raaka{pati.x, pati.y, pati.xv, pati.yv, pati.kulma,
-                      pati.r, pati.g, pati.b, np.pelaaja, np.pati};
+  const netPati raaka{pati.x, pati.y, pati.xv, pati.yv,    pati.kulma,
+                      pati.r, pati.g, pati.b,  np.pelaaja, np.pati};
   kirjotaNetpati(ulos, &raaka);
   p.x = pati.x, p.y = pati.y, p.kulma = pati.kulma;
   p.energia = pati.energia, p.fuel = pati.alku, p.pisteet = pati.koko;
