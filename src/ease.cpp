@@ -417,11 +417,13 @@ void panos(Player& p) {  // 23: a charge left in place that blows up when touche
   if (paattaa()) laukaiseRungosta(p, p.kulma + 180, p.alus.epatisade + 1, 0, p.alus.easekesto, false);
 }
 
+// clang-format off
 const Laukaisu laukaisut[alustyyppeja] = {
-    suoja,    ilmatorjunta, itsetuho, muuri, painokaivo, imukapseli, teleportti, salamakaari,
-    jarkale,  satelliitit,  pulssi,   suoja, eiMitaan,   hakeutuja,  syoksy,     tehostin,
-    haulikko, limapallo,    purkaus,  tera,  rengas,     jakautuja,  takasarja,  panos,
+    suoja,      ilmatorjunta, itsetuho,   muuri,    painokaivo, imukapseli, teleportti, salamakaari,
+    jarkale,    satelliitit,  pulssi,     suoja,    eiMitaan,   hakeutuja,  syoksy,     tehostin,
+    haulikko,   limapallo,    purkaus,    tera,     rengas,     jakautuja,  takasarja,  panos,
 };
+// clang-format on
 
 // ---- Shot flight, one per kind -------------------------------------------------
 
