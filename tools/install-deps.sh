@@ -10,7 +10,7 @@ packages=(
   libpng-dev libfreetype-dev fonts-dejavu-core libmp3lame-dev libvorbis-dev
   libgtest-dev googletest libbenchmark-dev
   xvfb xauth
-  clang libfuzzer-14-dev
+  clang clang-format libfuzzer-14-dev
   xdotool x11-apps
   sox
 )
