@@ -5,6 +5,7 @@
 #include <SDL/SDL.h>
 #include <SDL/SDL_image.h>
 
+#include <algorithm>
 #include <array>
 #include <cmath>
 #include <cstdio>
@@ -434,4 +435,61 @@ void drawTri() {
   quad(0, -1, 0, {{-1, -1, -1}, {1, -1, -1}, {1, -1, 1}, {-1, -1, 1}});
   quad(1, 1, 0, {{1, -1, -1}, {0, 1, -1}, {0, 1, 1}, {1, -1, 1}});
   glEnd();
+}
+
+// ---- Full-screen overlays shared by the screens ----------------------------------
+
+namespace {
+
+// The tangent of the set-up's 22.5-degree half view angle.
+float puolikulmanTan() { return std::tan(22.5f * static_cast<float>(piirronPii) / 180.0f); }
+
+// The visible half-width at depth 40 of the set-up's 45-degree perspective.
+float puoliLeveys40() {
+  const float aspect = screenheight > 0 ? float(screenwidth) / float(screenheight) : 1.0f;
+  return 40.0f * puolikulmanTan() * aspect;
+}
+
+// A quad over the whole view, just in front of the near plane.
+void kokoRuutu() {
+  glMatrixMode(GL_MODELVIEW);
+  glLoadIdentity();
+  const float z = -1.5f;
+  const float h = 1.5f * puolikulmanTan() * 1.01f;
+  const float w = h * puoliLeveys40() / (40.0f * puolikulmanTan());
+  kuvaNelio(-w, -h, w, h, z, true);
+}
+
+void tasainenPiirto() {
+  glDisable(GL_LIGHTING);
+  glDisable(GL_DEPTH_TEST);
+  glDisable(GL_CULL_FACE);
+}
+
+}  // namespace
+
+void piirraTaustakuva(unsigned int tekstuuri) {
+  tasainenPiirto();
+  glDisable(GL_BLEND);
+  glEnable(GL_TEXTURE_2D);
+  glBindTexture(GL_TEXTURE_2D, tekstuuri);
+  glColor4f(1, 1, 1, 1);
+  kokoRuutu();
+}
+
+void tummennaRuutu(float peitto) {
+  tasainenPiirto();
+  glDisable(GL_TEXTURE_2D);
+  glEnable(GL_BLEND);
+  glBlendFunc(GL_SRC_ALPHA, GL_ONE_MINUS_SRC_ALPHA);
+  glColor4f(0, 0, 0, peitto);
+  kokoRuutu();
+}
+
+void valikonNakyma(float vasen, float oikea) {
+  glMatrixMode(GL_MODELVIEW);
+  glLoadIdentity();
+  const float tarve = std::max(std::fabs(vasen), std::fabs(oikea));
+  const float k = std::min(1.0f, (puoliLeveys40() - 0.5f) / tarve);
+  glScalef(k, k, 1);
 }

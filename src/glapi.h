@@ -74,3 +74,11 @@ void drawTri();
 // they are drawn in, and one model of list_int at (x, y) at a scale.
 void valmisteleMallit();
 void piirraKenttaMalli(int lista, float x, float y, float koko);
+
+// Full-screen overlays shared by the screens: a background picture from the texture
+// table, and a black veil of the given opacity over what is drawn.
+void piirraTaustakuva(unsigned int tekstuuri);
+void tummennaRuutu(float peitto);
+// Sets an identity view in which text at depth -40 from x = vasen to x = oikea
+// fits the window width (narrow windows shrink the layout, wide ones keep it).
+void valikonNakyma(float vasen, float oikea);

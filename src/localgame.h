@@ -41,11 +41,3 @@ void pelaa(const Pelisilmukka& silmukka);
 // The pictures the game loops draw; tests replace them to run without a window.
 extern void (*pelinPiirto)(int frame);   // drawFrame
 extern void (*voitonPiirto)(int tiimi);  // drawVictory
-
-// Full-screen overlays shared by the local screens: a background picture from
-// the texture table, and a black veil of the given opacity over what is drawn.
-void piirraTaustakuva(unsigned int tekstuuri);
-void tummennaRuutu(float peitto);
-// Sets an identity view in which text at depth -40 from x = vasen to x = oikea
-// fits the window width (narrow windows shrink the layout, wide ones keep it).
-void valikonNakyma(float vasen, float oikea);

@@ -19,6 +19,7 @@
 #include "audio.h"
 #include "ctf.h"
 #include "domination.h"
+#include "glapi.h"
 #include "localgame.h"
 #include "net.h"
 #include "netav.h"

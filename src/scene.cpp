@@ -20,7 +20,6 @@
 #include "ctf.h"
 #include "domination.h"
 #include "glapi.h"
-#include "localgame.h"
 #include "net.h"
 #include "netpeli.h"
 #include "peliloppu.h"
