@@ -112,9 +112,7 @@ TEST_F(ShipChoice, ComputerPilotCountersTheFirstEnemyShipElsePicksAnAffordableOn
 
 TEST_F(ShipChoice, ComputerPilotPressesEveryFiveTicksAndConfirmsFiftyLater) {
   struct Case {
-    int kohde;
-    int kursori;
-    int tikkeja;
+    int kohde, kursori, tikkeja;
   };
   for (const Case& c : {Case{3, 3, 3 * 5 + 50}, Case{-1, satunnainenKohta, 5 + 50}, Case{0, 0, 50}}) {
     TietokoneenValinta ai(c.kohde);
