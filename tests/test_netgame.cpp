@@ -267,7 +267,9 @@ TEST_P(Ottelu, TheClientSeesTheHostsWorldVictoryAndScores) {
   EXPECT_EQ(voitto, lahtenytVoitto());
   EXPECT_EQ(std::vector<int>(t->pisteet, t->pisteet + players), loppuPisteet);
   const int etainen = ottelunPelaaja[3];
-  if (tila == 0) EXPECT_EQ(player[etainen].alus.numero, 0);  // its own choice, sent as CHOICE
+  if (tila == 0) {
+    EXPECT_EQ(player[etainen].alus.numero, 0);  // its own choice, sent as CHOICE
+  }
   // The host measures the client's round trip and has none for its pilots; the client
   // shows its own slot as local and every other (all flown on the host) at its own.
   for (int i = 0; i < players; ++i) {
