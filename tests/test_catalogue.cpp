@@ -39,11 +39,8 @@ TEST(Catalogue, WidenedFloatsAreKeptAndEveryShipNamesItsOwnWeapons) {
   EXPECT_EQ(alus[3].kaantonopeus, 2.3);
   EXPECT_EQ(alus[14].patinopeus, (double)0.007f);
   EXPECT_EQ(alus[5].epatisade, (double)0.45f);
-  for (int n = 0; n < alustyyppeja; ++n) {
-    EXPECT_EQ(alus[n].aselaji, n);
-    EXPECT_EQ(alus[n].easelaji, n);
-    EXPECT_EQ(alus[n].numero, n);
-  }
+  for (int n = 0; n < alustyyppeja; ++n)
+    EXPECT_TRUE(alus[n].aselaji == n && alus[n].easelaji == n && alus[n].numero == n) << n;
 }
 
 TEST(CatalogueSounds, SilentSlotsAreNullEverySlotIsItsOwnSoundAndADedicatedHostHasNone) {

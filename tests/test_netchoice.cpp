@@ -213,13 +213,7 @@ TEST(MatchSettings, ChangesApplyAtOnceWhileTheMatchGoesOnAndEscapeLeaves) {
   netGameSets();
   EXPECT_NE(testutil::shell("test -e sets.txt"), 0);
   // Effects on, effects volume down, camera over, detail up, then "Back to the Match".
-  kasikirjoitus(
-      "de"
-      "ddl"
-      "dr"
-      "dr"
-      "de",
-      0);
+  kasikirjoitus("deddldrdrde", 0);
   joka = [] { efektit.push_back(efektitpaalla); };
   testing::internal::CaptureStdout();
   netGameSets();

@@ -176,9 +176,7 @@ TEST_F(Lobby, TheClientAnnouncesItsPlayersAndFollowsTheHostToTheStart) {
   ASSERT_EQ(ilmo.size(), 11u + 12 * 2);
   EXPECT_EQ(ilmo.substr(0, 10), std::string("pelaajia ") + '\x02');
   EXPECT_EQ(ilmo.substr(10, 5), std::string("\x0b") + tavut("eka", 4));
-  EXPECT_EQ(ilmo.substr(22, 12),
-            "\x0b"
-            "abcdefghijk");
+  EXPECT_EQ(ilmo.substr(22, 12), "\vabcdefghijk");
   EXPECT_EQ(ilmo.back(), '\0');
 
   const std::string alku =

@@ -59,11 +59,7 @@ TEST_F(NetVictory, DeathMatchSendsThePlayersStillInAndTheClientTakesTheirScores)
   pelaajat({{2, 300.7f}, {0, -1}, {1, 0}, {3, -7}});
   netVictory();
   // The last one still in gives the team; rows of score (truncated) and slot; ';' and a zero.
-  const std::string viesti =
-      "victoryd\x01\x02"
-      "\x2c\x01\x00\x00"
-      "\x00\x00\x02\x00"
-      ";\0"s;
+  const std::string viesti = "victoryd\x01\x02\x2c\x01\x00\x00\x00\x00\x02\x00;\0"s;
   for (int c = 1; c < 4; ++c) EXPECT_EQ(lahetetyt[tunnus(c)], viesti) << c;
   EXPECT_EQ(silmukoita, 1);
   EXPECT_EQ(nakyma(Voittoruutu::isanta).voittajat, 0b101u);  // everyone still in, whatever the team
@@ -120,12 +116,7 @@ TEST_F(NetVictory, ClientScreensDrawTheReceivedTeamOrNobody) {
   pelaajat({{2, 50}, {2, 50}, {1, 50}, {2, 50}});
   player[9].pisteet = 0;
   // Slot 0 below zero, slot 1 with 77, and a slot outside the match.
-  EXPECT_EQ(asiakkaana("victoryd\x02\x03"
-                       "\xfd\xff\x00\x00"
-                       "\x4d\x00\x01\x00"
-                       "\x28\x00\x09\x00"
-                       ";\0"s),
-            24);
+  EXPECT_EQ(asiakkaana("victoryd\x02\x03\xfd\xff\x00\x00\x4d\x00\x01\x00\x28\x00\x09\x00;\0"s), 24);
   EXPECT_FLOAT_EQ(player[0].pisteet, -3);
   EXPECT_FLOAT_EQ(player[9].pisteet, 0);
   Voittonakyma v = nakyma(Voittoruutu::asiakas);
@@ -144,11 +135,7 @@ TEST_F(NetVictory, ClientScreensDrawTheReceivedTeamOrNobody) {
 
 TEST_F(NetVictory, APartOrAnotherMessageChangesNothing) {
   pelaajat({{0, 5}, {1, 5}});
-  const std::string koko =
-      "victoryd\x01\x02"
-      "\x07\x00\x00\x00"
-      "\x08\x00\x01\x00"
-      ";\0"s;
+  const std::string koko = "victoryd\x01\x02\x07\x00\x00\x00\x08\x00\x01\x00;\0"s;
   for (size_t n = 0; n < koko.size(); ++n) {
     gamemode = 3;
     EXPECT_EQ(asiakkaana(koko.substr(0, n)), 0) << n;

@@ -115,8 +115,6 @@ TEST_F(Objectives, EnemiesTakeAFlowerFromHomeAndADroppedOneGoesToTheFirstPlayerN
 // --- Domination -------------------------------------------------------------------
 
 TEST_F(Objectives, DominationPointsAreTakenHeldAndContested) {
-  EXPECT_EQ(dpiste[0].tiimi, -1);
-  EXPECT_EQ(dpiste[1].x, -140);
   asetu(1, 135, 100, 1);
   laskeDPisteet();
   EXPECT_EQ(dpiste[0].tiimi, 1);
@@ -141,9 +139,7 @@ TEST_F(Objectives, DominationPointsAreTakenHeldAndContested) {
 // --- Mushroom -------------------------------------------------------------------
 
 TEST_F(Objectives, EatenMushroomFeedsTheTeamAndMovesAwayFromTheCentre) {
-  EXPECT_EQ(spiste[0].x, 0);
-  EXPECT_EQ(spiste[0].y, 50);
-  asetu(2, 3, 52, 0);
+  asetu(2, 3, 52, 0);  // the first mushroom grows at (0, 50)
   laskeSPisteet();
   EXPECT_FLOAT_EQ(player[0].pisteet, sienipisteet);
   EXPECT_FLOAT_EQ(player[2].pisteet, sienipisteet);
@@ -152,11 +148,9 @@ TEST_F(Objectives, EatenMushroomFeedsTheTeamAndMovesAwayFromTheCentre) {
   for (int k = 0; k < 300; ++k) {
     asetu(0, spiste[0].x, spiste[0].y, 0);
     laskeSPisteet();
-    EXPECT_GT(spiste[0].x * spiste[0].x + spiste[0].y * spiste[0].y, 499);
-    EXPECT_GE(spiste[0].x, -160);
-    EXPECT_LT(spiste[0].x, 160);
-    EXPECT_GE(spiste[0].y, -120);
-    EXPECT_LT(spiste[0].y, 120);
+    const float x = spiste[0].x, y = spiste[0].y;
+    EXPECT_GT(x * x + y * y, 499);
+    EXPECT_TRUE(x >= -160 && x < 160 && y >= -120 && y < 120) << x << ", " << y;
   }
 }
 

@@ -78,13 +78,7 @@ class SettingsMenu : public ::testing::Test {
 
 TEST_F(SettingsMenu, ApplyCopiesTheValuesIntoTheGameAndSavesThem) {
   // Players +2, credits +10, music volume -5, then "Apply and Save Settings".
-  ASSERT_TRUE(
-      aja("ddrr"
-          "dddr"
-          "dl"
-          "ddddd"
-          "e"
-          "x"));
+  ASSERT_TRUE(aja("ddrrdddrdldddddex"));
   EXPECT_EQ(sets.playermaara, 5);
   EXPECT_EQ(players, 5);
   EXPECT_DOUBLE_EQ(sets.credits, 210);
@@ -97,19 +91,7 @@ TEST_F(SettingsMenu, ApplyCopiesTheValuesIntoTheGameAndSavesThem) {
 
 TEST_F(SettingsMenu, ValuesStayInTheirRanges) {
   // Players down past 2, credits down past 20, detail up past its top, camera flips.
-  ASSERT_TRUE(
-      aja("dd"
-          "lllll"
-          "ddd" +
-          std::string(30, 'l') +
-          "dddd"
-          "rrrrrr"
-          "u"
-          "r"
-          "u"
-          "dddd"
-          "e"
-          "x"));
+  ASSERT_TRUE(aja("ddlllllddd" + std::string(30, 'l') + "ddddrrrrrruruddddex"));
   EXPECT_EQ(sets.playermaara, 2);
   EXPECT_DOUBLE_EQ(sets.credits, 20);
   EXPECT_EQ(sets.detail, sets.maxdetail);
@@ -118,27 +100,18 @@ TEST_F(SettingsMenu, ValuesStayInTheirRanges) {
 }
 
 TEST_F(SettingsMenu, EscapeLeavesWithoutApplyingAndApplySaveAndExitIsUpFromTheTop) {
-  ASSERT_TRUE(
-      aja("ddrr"
-          "dddr"
-          "x"));
+  ASSERT_TRUE(aja("ddrrdddrx"));
   EXPECT_EQ(sets.playermaara, 3);
   EXPECT_EQ(players, 3);
   EXPECT_DOUBLE_EQ(fullcredits, 200);
   EXPECT_FALSE(testutil::shell("test -e " + kansio.file("sets.txt")) == 0);
-  ASSERT_TRUE(
-      aja("u"
-          "e"));  // up from the first entry wraps to the last
+  ASSERT_TRUE(aja("ue"));  // up from the first entry wraps to the last
   EXPECT_TRUE(sisaltaa(tallennettu(), "players=3;"));
 }
 
 TEST_F(SettingsMenu, AFailedSaveIsReportedAndTheMenuGoesOn) {
   ASSERT_EQ(mkdir(kansio.file("sets.txt").c_str(), 0755), 0);  // cannot be opened as a file
-  ASSERT_TRUE(
-      aja("ddr"
-          "uuuu"
-          "e"
-          "x"));
+  ASSERT_TRUE(aja("ddruuuuex"));
   EXPECT_EQ(sets.playermaara, 4);  // applied in memory all the same
   // The last frame drawn still carries the message on the bottom line.
   const std::vector<GLubyte> alareuna = testutil::readRgb(0, 0, W, H / 8);
@@ -151,20 +124,7 @@ TEST_F(SettingsMenu, PlayerSetupChangesPilotsTeamsAndComputerSettings) {
   // Open "Player Setup" (three up from the top), then: slot 1 to computer and its
   // team down from 1 to 16, slot 2 team up twice, "ai attacks ai" on, the computer's
   // skill up past its top level and one back, Escape back (it saves), Escape out.
-  ASSERT_TRUE(
-      aja("uuu"
-          "e"
-          "e"
-          "l"
-          "d"
-          "rr"
-          "dd"
-          "e"
-          "d"
-          "rrrrr"
-          "l"
-          "x"
-          "x"));
+  ASSERT_TRUE(aja("uuueeldrrddedrrrrrlxx"));
   EXPECT_FALSE(sets.ihminen[0]);
   EXPECT_EQ(sets.team[0], 15);
   EXPECT_EQ(sets.team[1], 2);
@@ -180,14 +140,7 @@ TEST_F(SettingsMenu, PlayerSetupChangesPilotsTeamsAndComputerSettings) {
 TEST_F(SettingsMenu, TeamsNeverReachTheFlowerCount) {
   const int kukkia = cpisteita;
   cpisteita = 4;
-  ASSERT_TRUE(
-      aja("uuu"
-          "e"
-          "l"
-          "d"
-          "rrrr"
-          "x"
-          "x"));
+  ASSERT_TRUE(aja("uuueldrrrrxx"));
   cpisteita = kukkia;
   EXPECT_EQ(sets.team[0], 3);  // 1 down wraps to the fourth team
   EXPECT_EQ(sets.team[1], 0);  // four steps up come round again

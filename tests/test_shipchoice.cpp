@@ -79,50 +79,40 @@ TEST_F(ShipChoice, BuyingTakesOnlyWhatThePlayerCanPayFor) {
 
 // The enemy is the first player of another team; its ship decides the answers.
 TEST_F(ShipChoice, ComputerPilotCountersTheFirstEnemyShipElsePicksAnAffordableOne) {
-  struct Case {
-    int vihollisenAlus;
-    std::set<int> vastaukset;
-  };
-  for (const Case& c :
-       {Case{6, {6, 12, -1}}, Case{5, {4, 2, -1}}, Case{13, {4, -1}}, Case{16, {0, -1}}, Case{3, {-1}}}) {
-    player[1].tiimi = player[0].tiimi;  // a team mate is not countered
-    simscene::laita(2, c.vihollisenAlus, 0, 100);
-    simscene::laita(3, 1, 0, 50);
-    p.pisteet = 200;
+  auto kohteet = [] {  // what the pilot aims at over 300 seeds
     std::set<int> saadut;
     for (unsigned siemen = 1; siemen <= 300; ++siemen) {
       srand(siemen);
       saadut.insert(tietokoneenKohde(0));
     }
-    EXPECT_EQ(saadut, c.vastaukset) << c.vihollisenAlus;
-  }
-  // Without an enemy it draws among them all; short of money, among those it can pay for.
-  for (int i = 1; i < 4; ++i) player[i].tiimi = 0;
-  player[0].tiimi = 0;
+    return saadut;
+  };
   p.pisteet = 200;
-  std::set<int> ilmanVihollista;
-  for (unsigned siemen = 1; siemen <= 300; ++siemen) {
-    srand(siemen);
-    ilmanVihollista.insert(tietokoneenKohde(0));
+  player[1].tiimi = player[0].tiimi;  // a team mate is not countered
+  simscene::laita(3, 1, 0, 50);
+  const std::pair<int, std::set<int>> vastaukset[] = {
+      {6, {6, 12, -1}}, {5, {4, 2, -1}}, {13, {4, -1}}, {16, {0, -1}}, {3, {-1}}};
+  for (const auto& [vihollisenAlus, odotetut] : vastaukset) {
+    simscene::laita(2, vihollisenAlus, 0, 100);
+    EXPECT_EQ(kohteet(), odotetut) << vihollisenAlus;
   }
-  EXPECT_GT(ilmanVihollista.size(), 10u);
-  EXPECT_TRUE(*ilmanVihollista.begin() >= 0 && *ilmanVihollista.rbegin() <= 23);
-
-  simscene::laita(2, 3, 0, 100);  // an enemy the pilot would meet with the random entry
+  // Short of money it meets even the random entry's enemy with a ship it can pay for.
   p.pisteet = 16;
-  for (unsigned siemen = 1; siemen <= 300; ++siemen) {
-    srand(siemen);
-    const int t = tietokoneenKohde(0);
+  for (int t : kohteet()) {
     ASSERT_TRUE(t >= 0 && t < 24) << t;
     EXPECT_LE(alus[t].pistemaara, 16);
   }
+  // Without an enemy it draws among them all.
+  for (int i = 1; i < 4; ++i) player[i].tiimi = player[0].tiimi;
+  p.pisteet = 200;
+  const std::set<int> ilmanVihollista = kohteet();
+  EXPECT_GT(ilmanVihollista.size(), 10u);
+  EXPECT_TRUE(*ilmanVihollista.begin() >= 0 && *ilmanVihollista.rbegin() <= 23);
 }
 
 TEST_F(ShipChoice, ComputerPilotPressesEveryFiveTicksAndConfirmsFiftyLater) {
   struct Case {
-    int kohde;
-    int kursori;
-    int tikkeja;
+    int kohde, kursori, tikkeja;
   };
   for (const Case& c : {Case{3, 3, 3 * 5 + 50}, Case{-1, satunnainenKohta, 5 + 50}, Case{0, 0, 50}}) {
     TietokoneenValinta ai(c.kohde);

@@ -221,12 +221,9 @@ TEST(Playlist, NextSongOnlyWithSongsAndMusicOn) {
   test(nullptr);
   testing::internal::GetCapturedStdout();
   ASSERT_NE(song, nullptr);
-  EXPECT_TRUE(song->type == 1 || song->type == 2);
-  EXPECT_TRUE(song->running);
-  EXPECT_EQ(song->stopcallback, test);
+  EXPECT_TRUE(song->running && (song->type == 1 || song->type == 2) && song->stopcallback == test);
   EXPECT_FLOAT_EQ(song->volume, 0.6f);
-  EXPECT_EQ(backgroundsong->type, 2);
-  EXPECT_EQ(backgroundsong->stopcallback, test);
+  EXPECT_TRUE(backgroundsong->type == 2 && backgroundsong->stopcallback == test);
   delete song;
   delete backgroundsong;
   names = nullptr;

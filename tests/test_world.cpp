@@ -117,10 +117,7 @@ TEST_F(World, CameraAnglesUseThreePointOneFourAndOnlyInCamMode0) {
   EXPECT_LT(beta2, 0);
   sets.cammode = 1;
   calculateFrame(2);
-  EXPECT_EQ(alfa, 0);
-  EXPECT_EQ(beta, 0);
-  EXPECT_EQ(alfa2, 0);
-  EXPECT_EQ(beta2, 0);
+  EXPECT_TRUE(alfa == 0 && beta == 0 && alfa2 == 0 && beta2 == 0);
 }
 
 // --- Planet -------------------------------------------------------------------
@@ -214,16 +211,13 @@ TEST_F(World, ResurrectionShipComesBackAsShip12AboutHalfTheTime) {
 
 // --- Respawns -------------------------------------------------------------------
 
-class Respawn : public World {
- protected:
-  // Runs the step in which player `i`'s timer reaches the respawn point.
-  void kuoleeJaUudestaan(int i) {
-    player[i].kuolema = 201;
-    calculateFrame(1);
-  }
-};
+// Runs the step in which player `i`'s timer reaches the respawn point.
+void kuoleeJaUudestaan(int i) {
+  player[i].kuolema = 201;
+  calculateFrame(1);
+}
 
-TEST_F(Respawn, HostHoldsTheTimerAt200AndRaisesADeathMatchRequestToChoiceOnly) {
+TEST_F(World, HostHoldsTheTimerAt200AndRaisesADeathMatchRequestToChoiceOnly) {
   hostpeli = true;
   gamemode = 2;
   kuoleeJaUudestaan(0);
@@ -243,7 +237,7 @@ TEST_F(Respawn, HostHoldsTheTimerAt200AndRaisesADeathMatchRequestToChoiceOnly) {
   EXPECT_EQ(playeruudestaan[1], 2);
 }
 
-TEST_F(Respawn, ObjectiveDeathsChargeTheTeamAndLocalFlowerDeathsTwice) {
+TEST_F(World, ObjectiveDeathsChargeTheTeamAndLocalFlowerDeathsTwice) {
   struct Tapaus {
     int tila;
     bool isanta;
@@ -267,7 +261,7 @@ TEST_F(Respawn, ObjectiveDeathsChargeTheTeamAndLocalFlowerDeathsTwice) {
   ckuolemapisteet = skuolemapisteet = 1;
 }
 
-TEST_F(Respawn, EliminationPriceIsTooPoorLocallyButEnoughOnAHostAndMoreBuysAShip) {
+TEST_F(World, EliminationPriceIsTooPoorLocallyButEnoughOnAHostAndMoreBuysAShip) {
   pistepeli = true;
   gamemode = 0;
   player[0].pisteet = eliminointihinta;
@@ -293,7 +287,7 @@ TEST_F(Respawn, EliminationPriceIsTooPoorLocallyButEnoughOnAHostAndMoreBuysAShip
   }
 }
 
-TEST_F(Respawn, LocalRandomShipsCoverTheCatalogue) {
+TEST_F(World, LocalRandomShipsCoverTheCatalogue) {
   std::set<int> nahdyt;
   for (int k = 0; k < 400; ++k) {
     kuoleeJaUudestaan(0);
@@ -305,7 +299,7 @@ TEST_F(Respawn, LocalRandomShipsCoverTheCatalogue) {
   EXPECT_LE(*nahdyt.rbegin(), 23);
 }
 
-TEST_F(Respawn, CreditStartBuysEveryoneAShipOnceAndLeavesThoseOutAlone) {
+TEST_F(World, CreditStartBuysEveryoneAShipOnceAndLeavesThoseOutAlone) {
   pistepeli = ekapisteframe = true;
   const float alussa = eliminointihinta + 2;
   for (int i = 0; i < players; ++i) player[i].pisteet = alussa;
