@@ -1,6 +1,5 @@
-// The local game: what each menu item sets up, how each loop catches up with
-// the clock, the end rules and the victory screen, Escape and Resume, and the
-// menu itself in a window.
+// The local game: what each menu item sets up, the loops' catch-up, the end rules and
+// victory screen, Escape and Resume, and the menu in a window.
 #include <gtest/gtest.h>
 
 #include <set>

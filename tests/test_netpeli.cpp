@@ -1,6 +1,5 @@
-// The in-game messages: what the host's world turns into bytes comes back as the same
-// world on a client, a byte stream cut anywhere splits into the same messages, and
-// malformed bytes change nothing. Both roles run in this process by swapping the globals.
+// The in-game messages: the host's world comes back the same on a client, a stream cut
+// anywhere splits the same, malformed bytes change nothing (both roles in this process).
 #include <gtest/gtest.h>
 
 #include <cstring>
