@@ -104,9 +104,7 @@ TEST_F(LocalGame, StartItemsSetModeCreditsAndPlayersAndResetTheObjectives) {
     EXPECT_EQ(dpiste[0].tiimi, -1);
     EXPECT_EQ(gamemode, c.tila) << c.kohta;
     EXPECT_EQ(pistepeli, c.krediitit) << c.kohta;
-    if (c.krediitit) {
-      EXPECT_EQ(saavalita, c.valinta) << c.kohta;
-    }
+    EXPECT_TRUE(!c.krediitit || saavalita == c.valinta) << c.kohta;
     EXPECT_TRUE(ekapisteframe) << c.kohta;
     EXPECT_EQ(players, 5) << c.kohta;
     std::set<int> alukset;
