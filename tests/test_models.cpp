@@ -205,10 +205,10 @@ TEST_F(Mallit, ACarriedFlowerRidesAlongAndDrawingLeavesTheGlStateAsItFoundIt) {
   auto tila = [] {
     std::vector<float> t;
     GLfloat f[16];
-    for (GLenum e : {GL_TEXTURE_2D, GL_LIGHTING, GL_LIGHT0, GL_DEPTH_TEST, GL_CULL_FACE, GL_BLEND, GL_NORMALIZE,
-                     GL_COLOR_MATERIAL, GL_BLEND_SRC, GL_BLEND_DST, GL_MODELVIEW_STACK_DEPTH,
-                     GL_TEXTURE_BINDING_2D, GL_MATRIX_MODE, GL_DEPTH_WRITEMASK, GL_CURRENT_COLOR,
-                     GL_MODELVIEW_MATRIX}) {
+    for (GLenum e :
+         {GL_TEXTURE_2D, GL_LIGHTING, GL_LIGHT0, GL_DEPTH_TEST, GL_CULL_FACE, GL_BLEND, GL_NORMALIZE,
+          GL_COLOR_MATERIAL, GL_BLEND_SRC, GL_BLEND_DST, GL_MODELVIEW_STACK_DEPTH, GL_TEXTURE_BINDING_2D,
+          GL_MATRIX_MODE, GL_DEPTH_WRITEMASK, GL_CURRENT_COLOR, GL_MODELVIEW_MATRIX}) {
       glGetFloatv(e, f);
       t.insert(t.end(), f, f + (e == GL_MODELVIEW_MATRIX ? 16 : e == GL_CURRENT_COLOR ? 4 : 1));
     }

@@ -322,7 +322,7 @@ TEST(NetPeli, MalformedMessagesAreRefusedWithNothingApplied) {
   for (size_t n = 0; n < osiot; ++n) hylkaa(Tavut(hyva.begin(), hyva.begin() + n), "truncated");
   hylkaa(Tavut(hyva.begin(), hyva.end() - 1), "truncated");
   Tavut b;
-  for (const Tavut& huono : std::vector<Tavut>{{osioRajahdys},                     // a section header cut short
+  for (const Tavut& huono : std::vector<Tavut>{{osioRajahdys},                  // a section header cut short
                                                {osioPatiKuoli, 0, 0xff, 2, 3},  // a count of -1: 255 records
                                                {osioRajahdys, 0, 1, 9, 0, 0, 0, 0},  // slot past the players
                                                {osioSyntyma, 0, 1, 1, 24, 0, 0, 0, 0, 0, 0},  // ship 24
@@ -342,10 +342,11 @@ TEST(NetPeli, MalformedMessagesAreRefusedWithNothingApplied) {
   vertaa(ennen, otaKuva());
   EXPECT_EQ(peliVastaanotto.uusinFrame, -1);
 
-  const std::pair<Tavut, Lahettaja> virheet[] = {{{lajiFrame, 0x01, 0x40}, Lahettaja::isanta},  // 16 KiB + 1
-                                                   {{lajiNapit, 65, 0}, Lahettaja::asiakas},
-                                                   {{lajiNapit, 65, 0}, Lahettaja::isanta},
-                                                   {Tavut{'v', 'i', 'c', 't', 'o', 'r', 'x'}, Lahettaja::isanta}};
+  const std::pair<Tavut, Lahettaja> virheet[] = {
+      {{lajiFrame, 0x01, 0x40}, Lahettaja::isanta},  // 16 KiB + 1
+      {{lajiNapit, 65, 0}, Lahettaja::asiakas},
+      {{lajiNapit, 65, 0}, Lahettaja::isanta},
+      {Tavut{'v', 'i', 'c', 't', 'o', 'r', 'x'}, Lahettaja::isanta}};
   for (const auto& [tavut, lahettaja] : virheet)
     EXPECT_EQ(seuraavaPeliViesti(tavut.data(), (int)tavut.size(), lahettaja).tyyppi, PeliViesti::virhe);
   const char myohainen[] = "alku huomattu";
