@@ -1,6 +1,5 @@
-// Sound over the mixer: fields only with the library off; with it on, real
-// output through SDL's disk audio driver, the music stop callback, fades and sharing;
-// and the mix of a whole battle.
+// Sound over the mixer: fields with the library off; real output through the disk driver,
+// the music stop callback, fades, sharing and the mix of a whole battle.
 #include "../tools/soundgen/writers.h"
 
 #include <gtest/gtest.h>

@@ -1,6 +1,5 @@
-// The local game: what each menu item sets up, how each loop catches up with
-// the clock, the end rules and the victory screen, Escape and Resume, and the
-// menu itself in a window.
+// The local game: what each menu item sets up, the loops' catch-up, the end rules and
+// victory screen, Escape and Resume, and the menu in a window.
 #include <gtest/gtest.h>
 
 #include <set>
@@ -105,9 +104,7 @@ TEST_F(LocalGame, StartItemsSetModeCreditsAndPlayersAndResetTheObjectives) {
     EXPECT_EQ(dpiste[0].tiimi, -1);
     EXPECT_EQ(gamemode, c.tila) << c.kohta;
     EXPECT_EQ(pistepeli, c.krediitit) << c.kohta;
-    if (c.krediitit) {
-      EXPECT_EQ(saavalita, c.valinta) << c.kohta;
-    }
+    EXPECT_TRUE(!c.krediitit || saavalita == c.valinta) << c.kohta;
     EXPECT_TRUE(ekapisteframe) << c.kohta;
     EXPECT_EQ(players, 5) << c.kohta;
     std::set<int> alukset;

@@ -194,11 +194,9 @@ TEST_F(Mallit, ACarriedFlowerRidesAlongAndDrawingLeavesTheGlStateAsItFoundIt) {
   GLuint tekstuuri;
   glGenTextures(1, &tekstuuri);
   glBindTexture(GL_TEXTURE_2D, tekstuuri);
-  glEnable(GL_TEXTURE_2D);
-  glDisable(GL_LIGHTING);
-  glDisable(GL_DEPTH_TEST);
-  glEnable(GL_CULL_FACE);
-  glEnable(GL_BLEND);
+  const GLenum paalle[] = {GL_TEXTURE_2D, GL_CULL_FACE, GL_BLEND};
+  for (GLenum e : paalle) glEnable(e);
+  for (GLenum e : {GL_LIGHTING, GL_DEPTH_TEST}) glDisable(e);
   glBlendFunc(GL_SRC_COLOR, GL_ONE_MINUS_SRC_ALPHA);
   glDepthMask(GL_FALSE);
   glColor4f(0.1f, 0.2f, 0.3f, 0.4f);
@@ -206,22 +204,16 @@ TEST_F(Mallit, ACarriedFlowerRidesAlongAndDrawingLeavesTheGlStateAsItFoundIt) {
 
   auto tila = [] {
     std::vector<float> t;
-    for (GLenum e : {GL_TEXTURE_2D, GL_LIGHTING, GL_LIGHT0, GL_DEPTH_TEST, GL_CULL_FACE, GL_BLEND,
-                     GL_NORMALIZE, GL_COLOR_MATERIAL})
-      t.push_back(glIsEnabled(e));
-    for (GLenum e : {GL_BLEND_SRC, GL_BLEND_DST, GL_MODELVIEW_STACK_DEPTH, GL_TEXTURE_BINDING_2D,
-                     GL_MATRIX_MODE, GL_DEPTH_WRITEMASK}) {
-      GLint i;
-      glGetIntegerv(e, &i);
-      t.push_back(i);
-    }
     GLfloat f[16];
-    glGetFloatv(GL_CURRENT_COLOR, f);
-    t.insert(t.end(), f, f + 4);
+    for (GLenum e :
+         {GL_TEXTURE_2D, GL_LIGHTING, GL_LIGHT0, GL_DEPTH_TEST, GL_CULL_FACE, GL_BLEND, GL_NORMALIZE,
+          GL_COLOR_MATERIAL, GL_BLEND_SRC, GL_BLEND_DST, GL_MODELVIEW_STACK_DEPTH, GL_TEXTURE_BINDING_2D,
+          GL_MATRIX_MODE, GL_DEPTH_WRITEMASK, GL_CURRENT_COLOR, GL_MODELVIEW_MATRIX}) {
+      glGetFloatv(e, f);
+      t.insert(t.end(), f, f + (e == GL_MODELVIEW_MATRIX ? 16 : e == GL_CURRENT_COLOR ? 4 : 1));
+    }
     glGetLightfv(GL_LIGHT0, GL_POSITION, f);
     t.insert(t.end(), f, f + 4);
-    glGetFloatv(GL_MODELVIEW_MATRIX, f);
-    t.insert(t.end(), f, f + 16);
     return t;
   };
 
@@ -249,9 +241,7 @@ TEST_F(Mallit, ACarriedFlowerRidesAlongAndDrawingLeavesTheGlStateAsItFoundIt) {
   cpisteita = vanhaMaara;
   glPopMatrix();
   glDeleteTextures(1, &tekstuuri);
-  glDisable(GL_TEXTURE_2D);
-  glDisable(GL_CULL_FACE);
-  glDisable(GL_BLEND);
+  for (GLenum e : paalle) glDisable(e);
   glDepthMask(GL_TRUE);
 }
 

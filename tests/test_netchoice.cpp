@@ -1,6 +1,5 @@
-// The screens over a running network match: the host's checks of a ship choice and its
-// fall-back, the choice screen on the owner's machine and the settings screen, both
-// keeping the match going underneath.
+// The screens over a running network match: the host's checks of a ship choice, the choice
+// and settings screens, both keeping the match going underneath.
 #include <gtest/gtest.h>
 
 #include <functional>

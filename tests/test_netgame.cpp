@@ -1,9 +1,5 @@
-// Network matches over 127.0.0.1, all headless. The test process hosts and forked
-// children join through the lobby; both sides note the world at the host's FRAMEs, the
-// clients into memory they share with the test. A client's ships and live shots must be
-// the host's at the same frame, its victory message and scores the host's. Then clients
-// that lag, stop and die under a running host, and in this one process the host's
-// window, kept queue and RESYNC against a peer that reads only when told.
+// Network matches over 127.0.0.1, headless: a client's world, victory and scores are the
+// host's at the same FRAME; lagging, stopped and dying clients; the host's window and RESYNC.
 #include <SDL/SDL.h>
 #include <gtest/gtest.h>
 #include <sys/mman.h>

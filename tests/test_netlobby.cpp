@@ -1,6 +1,5 @@
-// The lobby's message handlers fed crafted bytes (sends captured, no sockets): framing,
-// resynchronisation, announcements, team changes, slot assignment, the team table both
-// ways, the client's messages, the last-host file and the match built from the lobby.
+// The lobby's handlers fed crafted bytes (sends captured, no sockets): framing, resync,
+// announcements, teams, slots, the client's messages, the last-host file and the match.
 #include <gtest/gtest.h>
 
 #include <cstring>

@@ -1,8 +1,5 @@
-// The generated music: every song the game may pick plays through the mixer the way the
-// game plays it and ends by itself (the playlist moves on only then), and the start
-// music answers to the backslash path the intro's music callback asks for. The samples
-// are checked by the catalogue tests (each one the game names loads) and the battle mix
-// (together they never reach full scale).
+// The generated music plays through the mixer as the game plays it and ends by itself;
+// the start music answers to the intro's backslash path.
 #include <SDL/SDL.h>
 #include <SDL/SDL_mixer.h>
 #include <glob.h>

@@ -67,25 +67,22 @@ TEST(SpawnPatterns, TwinGunsFanScatterMinesAlternatingGunsAndTheClusterBomb) {
   Player& f = laita(0, 21, 0, 0, 0);
   f.ammu();
   ASSERT_EQ(elavia(f), 18);
-  double nopein = 0;
-  int nopeinIndeksi = -1;
-  for (int i = 0; i < 18; ++i) {
-    const double v = std::hypot(f.pati[i].xv, f.pati[i].yv);
-    if (v > nopein) nopein = v, nopeinIndeksi = i;
-  }
-  EXPECT_EQ(nopeinIndeksi, 9);  // n = 9, the middle of the fan
-  EXPECT_NEAR(nopein, 0.6 * 1.3, 1e-5);
+  auto nopeus = [&](int i) { return std::hypot(f.pati[i].xv, f.pati[i].yv); };
+  int nopein = 0;
+  for (int i = 1; i < 18; ++i) nopein = nopeus(i) > nopeus(nopein) ? i : nopein;
+  EXPECT_EQ(nopein, 9);  // n = 9, the middle of the fan
+  EXPECT_NEAR(nopeus(9), 0.6 * 1.3, 1e-5);
 
   Player& h = laita(0, 8, 0, 0, 0);
-  for (int k = 0; k < 100; ++k) h.ammu();
   for (int k = 0; k < 100; ++k) {
+    h.ammu();
     EXPECT_LE(std::fabs(std::atan2(h.pati[k].yv, h.pati[k].xv)), rad(20) + 1e-6);
     EXPECT_FLOAT_EQ(h.pati[k].energia, 300);  // the special energy
   }
 
   Player& m = laita(0, 15, 5, 5, 0);  // mines: dropped motionless near the ship
-  for (int k = 0; k < 50; ++k) m.ammu();
   for (int k = 0; k < 50; ++k) {
+    m.ammu();
     EXPECT_LE(std::fabs(m.pati[k].x - 5), 1.0f);
     EXPECT_LE(std::fabs(m.pati[k].y - 5), 1.0f);
     EXPECT_EQ(m.pati[k].xv, 0);

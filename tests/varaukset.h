@@ -1,5 +1,4 @@
-// Counts the allocations made while `laskeVaraukset` is set, for tests of code that
-// must allocate nothing per frame. It replaces the program's operator new, so a test
+// Counts allocations while `laskeVaraukset` is set. It replaces operator new, so a test
 // program includes it in one file only.
 #pragma once
 

@@ -1,6 +1,5 @@
-// Shared by the network tests, benchmarks and fuzz targets: a loopback port nobody
-// listens on, transports without sockets, raw clients, child processes, and the hooks
-// a test replaced put back.
+// Shared by the network tests, benchmarks and fuzz targets: an unused loopback port,
+// socketless transports, raw clients, child processes and the replaced hooks put back.
 #pragma once
 
 #include <netinet/in.h>
