@@ -108,15 +108,13 @@ TEST_F(Render, FrameEdgesAndThePlanetShowInBothCameraModes) {
 class Shots : public Render {
  protected:
   Pati shots[4] = {};
-  Pati* ownShots = nullptr;
+  Pati* ownShots = std::exchange(player[0].pati, shots);
 
   void SetUp() override {
     Render::SetUp();
     camposz = 100;
     players = 1;
     Player& p = player[0];
-    ownShots = p.pati;
-    p.pati = shots;
     p.kuolema = 0;
     p.x = p.y = 100;  // the ship itself out of the way
     p.alus.maxpadit = 4;
@@ -127,10 +125,7 @@ class Shots : public Render {
   Pati& shoot(int kind, float x, float y, float radius) {
     player[0].alus.aselaji = kind;
     player[0].alus.patisade = radius;
-    shots[0].x = x;
-    shots[0].y = y;
-    shots[0].aika = 10;
-    return shots[0];
+    return shots[0] = Pati{x, y, 0, 0, 0, 0, 0, 0, 0, 0, 0, 10, 0};
   }
 };
 
