@@ -45,9 +45,9 @@ class Render : public ::testing::Test {
     camposz = 400;
     alfa = beta = alfa2 = beta2 = 0;
     std::memset(sirpale, 0, sizeof sirpale);
-    std::memset(asteroidi, 0, sizeof asteroidi);
     std::memset(pikkumies, 0, sizeof pikkumies);
-    for (Pati& a : asteroidi) a.x = 1000;  // out of sight
+    for (Pati& a : asteroidi) a = Pati{1000};  // out of sight
+    for (int i = 0; i < maxPlayers; ++i) player[i].numero = player[i].tiimi = i;
   }
 
   // The colour shown at a point at depth z under the modelview matrix as it stands.
@@ -157,7 +157,6 @@ TEST_F(Render, HumanShipsCarryAMarkerInTheirTeamColour) {
   const float paikat[2][2] = {{40, 30}, {-60, -40}};
   for (int i = 0; i < 2; ++i) {
     Player& p = player[i];
-    p.numero = i;
     p.tiimi = 3;  // cyan (0, 1, 1)
     p.kuolema = 0;
     p.x = paikat[i][0];
@@ -220,11 +219,8 @@ class Panel : public Render {
     Render::SetUp();
     players = 1;
     Player& p = player[0];
-    p.numero = 0;
-    p.tiimi = 0;
-    p.alus.energia = 40;
+    p.energia = p.alus.energia = 40;
     p.alus.fuel = 80;
-    p.energia = 40;
     p.fuel = 20;
   }
 
@@ -270,11 +266,7 @@ class Victory : public Render {
   void SetUp() override {
     Render::SetUp();
     players = 2;
-    for (int i = 0; i < 2; ++i) {
-      player[i].numero = i;
-      player[i].tiimi = i;
-      player[i].pisteet = -1;
-    }
+    player[0].pisteet = player[1].pisteet = -1;
   }
   // Text rows at depth -25 seen from 15 units: y = 12 lands near pixel row 662.
   static int teamLineRed() { return countRed(630, 700); }
