@@ -8,6 +8,7 @@
 #include "Sets.h"
 #include "net.h"
 #include "scene.h"
+#include "simscene.h"
 
 namespace {
 
@@ -15,52 +16,29 @@ const float kauas = 5000;
 
 class Asteroids : public ::testing::Test {
  protected:
-  Pati laukaukset[4] = {};
-  Pati erikoiset[4] = {};
-  Pati* vanhatPadit = nullptr;
-  Pati* vanhatEpadit = nullptr;
+  static void SetUpTestSuite() {
+    simscene::kataloogi();
+    // A small plain ship in every slot: the figures below follow from these values.
+    Alus& a = alus[1];
+    a.sade = 2;
+    a.paino = 100;
+    a.energia = 10;
+    a.fuel = 30;
+    a.aselaji = a.easelaji = a.numero = 1;
+    a.maxpadit = a.maxepadit = 4;
+    a.patisade = a.epatisade = 0.5;
+    a.damage = 3;
+    a.edamage = 4;
+  }
 
   void SetUp() override {
-    srand(11);
-    players = 2;
-    hostpeli = joinpeli = pistepeli = false;
-    sets.detail = 0;
+    simscene::maailma(2, 0, 11);
     for (int i = 0; i < asteroideja; ++i)
       asteroidi[i] = Pati{kauas + 100 * i, kauas, 0, 0, 0, 10, 0, 0, 0, 0, 1, 0, 0};
-    for (Pati& m : pikkumies) m.aika = 0;
-    for (Sirpale& s : sirpale) s.aika = 0;
-    for (pikkumiessiirto& s : siirrot) s.aika = 0;
-    asteroidirajahtaa = false;
-    for (bool& b : asteroidiuudestaan) b = false;
     for (int i = 0; i < maxPlayers; ++i) asetaAlus(i, -kauas, -kauas - 100 * i);
-    vanhatPadit = player[0].pati;
-    vanhatEpadit = player[0].epati;
-    player[0].pati = laukaukset;
-    player[0].epati = erikoiset;
   }
 
-  void TearDown() override {
-    player[0].pati = vanhatPadit;
-    player[0].epati = vanhatEpadit;
-  }
-
-  static void asetaAlus(int i, float x, float y) {
-    Player& p = player[i];
-    p.x = x;
-    p.y = y;
-    p.xvauhti = p.yvauhti = 0;
-    p.pisteet = 0;
-    p.energia = 10;
-    p.fuel = 30;
-    p.alus.sade = 2;
-    p.alus.paino = 100;
-    p.alus.fuel = 30;
-    p.alus.aselaji = p.alus.easelaji = p.alus.numero = 1;
-    p.alus.maxpadit = p.alus.maxepadit = 4;
-    p.alus.patisade = p.alus.epatisade = 0.5;
-    p.alus.damage = 3;
-    p.alus.edamage = 4;
-  }
+  static void asetaAlus(int i, float x, float y) { simscene::laita(i, 1, x, y); }
 
   static bool reunalla(const Pati& a) { return std::fabs(a.x) >= 160 || std::fabs(a.y) >= 160; }
 
@@ -151,20 +129,20 @@ TEST_F(Asteroids, ShipsBounceRamsHurtPlanetProofShipsAreShovedAndRocksKeepMoment
 
 TEST_F(Asteroids, ShotsWearThemDownAndAreSpent) {
   asteroidi[0] = Pati{100, 100, 0, 0, 0, 10, 0, 0, 0, 0, 1, 0, 0};
-  laukaukset[0] = Pati{100.5f, 100, 0, 0, 0, 1, 0, 0, 0, 0, 0, 20, 0};
-  laukaukset[1] = Pati{120, 100, 0, 0, 0, 1, 0, 0, 0, 0, 0, 20, 0};
-  erikoiset[3] = Pati{100, 99.5f, 0, 0, 0, 1, 0, 0, 0, 0, 0, 20, 0};
+  player[0].pati[0] = Pati{100.5f, 100, 0, 0, 0, 1, 0, 0, 0, 0, 0, 20, 0};
+  player[0].pati[1] = Pati{120, 100, 0, 0, 0, 1, 0, 0, 0, 0, 0, 20, 0};
+  player[0].epati[3] = Pati{100, 99.5f, 0, 0, 0, 1, 0, 0, 0, 0, 0, 20, 0};
   laskeAsteroidit();
   EXPECT_FLOAT_EQ(asteroidi[0].energia, 10 - 3 - 4);
-  EXPECT_EQ(laukaukset[0].aika, 0);
-  EXPECT_EQ(laukaukset[1].aika, 20);
-  EXPECT_EQ(erikoiset[3].aika, 0);
+  EXPECT_EQ(player[0].pati[0].aika, 0);
+  EXPECT_EQ(player[0].pati[1].aika, 20);
+  EXPECT_EQ(player[0].epati[3].aika, 0);
 
   // Ship 9's special shots pass through asteroids.
   player[0].alus.numero = 9;
-  erikoiset[3].aika = 20;
+  player[0].epati[3].aika = 20;
   laskeAsteroidit();
-  EXPECT_EQ(erikoiset[3].aika, 20);
+  EXPECT_EQ(player[0].epati[3].aika, 20);
 }
 
 // --- Little men ------------------------------------------------------------------

@@ -76,9 +76,8 @@ class Mallit : public ::testing::Test {
     Player& q = p();
     q.alus.numero = n;
     q.alus.sade = sade;
-    q.x = q.y = 0;
+    q.x = q.y = q.xvauhti = q.yvauhti = 0;
     q.kulma = q.asekulma = q.propelli = 0;
-    q.xvauhti = q.yvauhti = 0;
     q.alpha = 1;
     q.tiimi = 0;
     q.kaasu = q.pylos = q.suojapaalla = false;

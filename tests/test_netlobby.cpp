@@ -119,10 +119,8 @@ TEST_F(Lobby, NamesUpToElevenBytesAreTakenAndTooManyPlayersAreRefusedAndDropped)
 }
 
 TEST_F(Lobby, SlotsFillInConnectionOrderPastClosedAndComputerSlots) {
-  mpstatus[1] = 1;
-  mpstatus[2] = 2;
-  mpstatus[6] = 2;
-  mpstatus[8] = 1;
+  mpstatus[1] = mpstatus[8] = 1;
+  mpstatus[2] = mpstatus[6] = 2;
   host(2, ilmoitus({"bertta"}));
   host(1, ilmoitus({"anna", "aino"}));
   // A closed slot after the last player shows "-".

@@ -47,8 +47,7 @@ TEST_F(Objectives, FlowersStartHomeAndOnlyTeamsInPlayTakePartOrMove) {
 TEST_F(Objectives, CaptureNeedsTheCarriersOwnFlowerAtHome) {
   cpiste[0].player = 1;  // team 1 carries team 0's flower
   cpiste[1].player = kukkaPudonnut;
-  cpiste[1].x = 50;
-  cpiste[1].y = 50;
+  cpiste[1].x = cpiste[1].y = 50;
   asetu(1, -140, -95, 1);
   laskeCPisteet();
   EXPECT_EQ(cpiste[0].player, 1);  // keeps carrying

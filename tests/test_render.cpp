@@ -45,9 +45,9 @@ class Render : public ::testing::Test {
     camposz = 400;
     alfa = beta = alfa2 = beta2 = 0;
     std::memset(sirpale, 0, sizeof sirpale);
-    std::memset(asteroidi, 0, sizeof asteroidi);
     std::memset(pikkumies, 0, sizeof pikkumies);
-    for (Pati& a : asteroidi) a.x = 1000;  // out of sight
+    for (Pati& a : asteroidi) a = Pati{1000};  // out of sight
+    for (int i = 0; i < maxPlayers; ++i) player[i].numero = player[i].tiimi = i;
   }
 
   // The colour shown at a point at depth z under the modelview matrix as it stands.
@@ -108,15 +108,13 @@ TEST_F(Render, FrameEdgesAndThePlanetShowInBothCameraModes) {
 class Shots : public Render {
  protected:
   Pati shots[4] = {};
-  Pati* ownShots = nullptr;
+  Pati* ownShots = std::exchange(player[0].pati, shots);
 
   void SetUp() override {
     Render::SetUp();
     camposz = 100;
     players = 1;
     Player& p = player[0];
-    ownShots = p.pati;
-    p.pati = shots;
     p.kuolema = 0;
     p.x = p.y = 100;  // the ship itself out of the way
     p.alus.maxpadit = 4;
@@ -127,10 +125,7 @@ class Shots : public Render {
   Pati& shoot(int kind, float x, float y, float radius) {
     player[0].alus.aselaji = kind;
     player[0].alus.patisade = radius;
-    shots[0].x = x;
-    shots[0].y = y;
-    shots[0].aika = 10;
-    return shots[0];
+    return shots[0] = Pati{x, y, 0, 0, 0, 0, 0, 0, 0, 0, 0, 10, 0};
   }
 };
 
@@ -162,7 +157,6 @@ TEST_F(Render, HumanShipsCarryAMarkerInTheirTeamColour) {
   const float paikat[2][2] = {{40, 30}, {-60, -40}};
   for (int i = 0; i < 2; ++i) {
     Player& p = player[i];
-    p.numero = i;
     p.tiimi = 3;  // cyan (0, 1, 1)
     p.kuolema = 0;
     p.x = paikat[i][0];
@@ -225,11 +219,8 @@ class Panel : public Render {
     Render::SetUp();
     players = 1;
     Player& p = player[0];
-    p.numero = 0;
-    p.tiimi = 0;
-    p.alus.energia = 40;
+    p.energia = p.alus.energia = 40;
     p.alus.fuel = 80;
-    p.energia = 40;
     p.fuel = 20;
   }
 
@@ -275,11 +266,7 @@ class Victory : public Render {
   void SetUp() override {
     Render::SetUp();
     players = 2;
-    for (int i = 0; i < 2; ++i) {
-      player[i].numero = i;
-      player[i].tiimi = i;
-      player[i].pisteet = -1;
-    }
+    player[0].pisteet = player[1].pisteet = -1;
   }
   // Text rows at depth -25 seen from 15 units: y = 12 lands near pixel row 662.
   static int teamLineRed() { return countRed(630, 700); }

@@ -14,6 +14,7 @@
 #include "net.h"
 #include "scene.h"
 #include "sieni.h"
+#include "simscene.h"
 
 namespace {
 
@@ -22,6 +23,7 @@ const double eliminointihinta = 9;
 class World : public ::testing::Test {
  protected:
   static void SetUpTestSuite() {
+    simscene::kataloogi();
     for (int n = 0; n < alustyyppeja; ++n) {
       Alus& a = alus[n];
       a.numero = a.aselaji = a.easelaji = n;
@@ -34,26 +36,16 @@ class World : public ::testing::Test {
       // Ship 2 is the cheapest, as in the real catalogue.
       a.pistemaara = n == 2 ? eliminointihinta : eliminointihinta + 1 + n;
     }
-    for (Player& p : player) p.asetaAlus(alus[1]);
   }
 
   void SetUp() override {
-    srand(7);
-    players = 4;
-    hostpeli = joinpeli = pistepeli = ekapisteframe = saavalita = efektitpaalla = false;
     gamemode = 1;
-    sets.detail = 0;
+    simscene::maailma(4, 0, 7);
     sets.cammode = 1;
     camposx = camposy = 0;
     camposz = 20;
-    for (int i = 0; i < maxPlayers; ++i) {
-      asetaPelaaja(i, 100, 60.0f * i - 90, 3);
-      playerrajahtaa[i] = false;
-      playeruudestaan[i] = 0;
-    }
+    for (int i = 0; i < maxPlayers; ++i) asetaPelaaja(i, 100, 60.0f * i - 90, 3);
     for (Pati& a : asteroidi) a = Pati{5000, 5000, 0, 0, 0, 10, 0, 0, 0, 0, 1, 0, 0};
-    for (Pati& m : pikkumies) m.aika = 0;
-    for (Sirpale& s : sirpale) s.aika = 0;
     alustaCPisteet();
     alustaDPisteet();
     alustaSPisteet();
@@ -61,19 +53,7 @@ class World : public ::testing::Test {
   }
 
   static void asetaPelaaja(int i, float x, float y, int laji) {
-    Player& p = player[i];
-    p.alus = alus[laji];
-    p.x = x;
-    p.y = y;
-    p.xvauhti = p.yvauhti = 0;
-    p.energia = p.alus.energia;
-    p.fuel = p.alus.fuel;
-    p.kuolema = 0;
-    p.pisteet = 0;
-    p.tiimi = i;
-    p.ihmispelaaja = true;
-    p.pylos = p.palas = p.pleft = p.pright = p.pfire = p.pease = false;
-    p.suojapaalla = p.laseraani = false;
+    simscene::laita(i, laji, x, y).ihmispelaaja = true;
   }
 
   static int eloSirpaleita() {
