@@ -46,7 +46,7 @@ class Render : public ::testing::Test {
     alfa = beta = alfa2 = beta2 = 0;
     std::memset(sirpale, 0, sizeof sirpale);
     std::memset(pikkumies, 0, sizeof pikkumies);
-    for (Pati& a : asteroidi) a = Pati{1000};  // out of sight
+    for (Pati& a : asteroidi) a = Pati{1000, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0};  // out of sight
     for (int i = 0; i < maxPlayers; ++i) player[i].numero = player[i].tiimi = i;
   }
 

@@ -134,9 +134,9 @@ void pinSoftwareGLDriver() {
 GLWindow::GLWindow(int width, int height) {
   pinSoftwareGLDriver();
   // Test programs running side by side sometimes find the X server refusing a
-  // connection for a moment; a few tries ride that out.
-  for (int attempt = 0; attempt < 10 && !ok_; attempt++) {
-    if (attempt > 0) std::this_thread::sleep_for(std::chrono::milliseconds(100));
+  // connection for a while on a loaded machine; tries over ten seconds ride that out.
+  for (int attempt = 0; attempt < 40 && !ok_; attempt++) {
+    if (attempt > 0) std::this_thread::sleep_for(std::chrono::milliseconds(250));
     if (SDL_InitSubSystem(SDL_INIT_VIDEO) != 0) {
       error_ = SDL_GetError();
       continue;
@@ -155,7 +155,7 @@ GLWindow::~GLWindow() { SDL_QuitSubSystem(SDL_INIT_VIDEO); }
 
 GLWindow& programWindow(int width, int height) {
   static GLWindow* window = nullptr;
-  for (int attempt = 0; attempt < 5 && !(window && window->ok()); ++attempt) {
+  for (int attempt = 0; attempt < 2 && !(window && window->ok()); ++attempt) {
     delete window;
     window = new GLWindow(width, height);
   }
