@@ -208,55 +208,24 @@ void quad(float nx, float ny, float nz, const float (&v)[4][3]) {
   for (const auto& p : v) glVertex3f(p[0], p[1], p[2]);
 }
 
-// The menu cursor: a flat arrow pointing along +x, extruded in z so that it
-// shows its edge and its faces as it spins about x. Its tip lies right of the
+// The menu cursor: a flat arrow pointing along +x, thin in z so that it shows
+// its edge and its faces as it spins about x. The shaft is the unit box and the
+// head the unit prism turned to point along +x. Its tip lies right of the
 // origin and its tail left of it, so that the menu's placement keeps it clear of
 // the labels on a 4:3 screen.
-const float nuoliPaksuus = 0.2f;
-const float nuoliReuna[][2] = {{-0.5f, -0.22f}, {0.25f, -0.22f}, {0.25f, -0.55f}, {0.9f, 0.0f},
-                               {0.25f, 0.55f},  {0.25f, 0.22f},  {-0.5f, 0.22f}};
-const int nuoliPisteita = sizeof(nuoliReuna) / sizeof(nuoliReuna[0]);
-
-void nuolenKyljet() {
-  const float t = nuoliPaksuus;
-  glBegin(GL_QUADS);
-  for (int i = 0; i < nuoliPisteita; i++) {
-    const float* a = nuoliReuna[i];
-    const float* b = nuoliReuna[(i + 1) % nuoliPisteita];
-    const float dx = b[0] - a[0], dy = b[1] - a[1];
-    const float pituus = std::sqrt(dx * dx + dy * dy);
-    quad(dy / pituus, -dx / pituus, 0,
-         {{a[0], a[1], -t}, {b[0], b[1], -t}, {b[0], b[1], t}, {a[0], a[1], t}});
-  }
-  glEnd();
-}
-
-// Front (z > 0) or back face: the shaft as a quad, the head as a triangle,
-// wound counter-clockwise as seen from outside.
-void nuolenPinta(float z) {
-  const auto& p = nuoliReuna;
-  const bool etu = z > 0;
-  glNormal3f(0, 0, etu ? 1.0f : -1.0f);
-  const int varsi[4] = {0, 1, 5, 6};
-  const int karki[3] = {2, 3, 4};
-  glBegin(GL_QUADS);
-  for (int k = 0; k < 4; k++) {
-    const int i = varsi[etu ? k : 3 - k];
-    glVertex3f(p[i][0], p[i][1], z);
-  }
-  glEnd();
-  glBegin(GL_TRIANGLES);
-  for (int k = 0; k < 3; k++) {
-    const int i = karki[etu ? k : 2 - k];
-    glVertex3f(p[i][0], p[i][1], z);
-  }
-  glEnd();
-}
-
 void piirraNuoli() {
-  nuolenPinta(nuoliPaksuus);
-  nuolenPinta(-nuoliPaksuus);
-  nuolenKyljet();
+  const float paksuus = 0.2f;
+  glPushMatrix();
+  glTranslatef(-0.125f, 0, 0);  // shaft from x = -0.5 to 0.25
+  glScalef(0.375f, 0.22f, paksuus);
+  drawCube();
+  glPopMatrix();
+  glPushMatrix();
+  glTranslatef(0.575f, 0, 0);  // head from x = 0.25 to the tip at 0.9
+  glRotatef(-90, 0, 0, 1);
+  glScalef(0.55f, 0.325f, paksuus);
+  drawTri();
+  glPopMatrix();
 }
 
 void poistaLista(GLuint& lista) {

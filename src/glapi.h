@@ -64,11 +64,13 @@ void generateTeamJuttu(GLuint* name);
 void generateLightFlare(GLuint* name);
 void generateLightNelio(GLuint* name);
 void valitseVari(int colour);
+// Unit solids for display lists: the cube from -1 to 1 on each axis, and the
+// prism on the triangle (-1, -1), (1, -1), (0, 1) from z = -1 to 1.
 void drawCube();
+void drawTri();
 // A textured rectangle at depth z facing +z; with `kuvaAlasPain` the image's top row
 // lies at y1 (images are stored top row first).
 void kuvaNelio(float x1, float y1, float x2, float y2, float z, bool kuvaAlasPain = false);
-void drawTri();
 
 // Models standing on the field (frame corners, flowers, mushrooms): the GL state
 // they are drawn in, and one model of list_int at (x, y) at a scale.

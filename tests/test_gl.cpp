@@ -130,15 +130,6 @@ TEST_F(InTempDir, SmallModeSwitchesOnlyTheBigImages) {
     EXPECT_NE(out.find(name), std::string::npos) << name;
 }
 
-TEST_F(InTempDir, OutOfRangeTeamColourFallsBackToRed) {
-  for (int c : {-1, 16, 1000}) {
-    valitseVari(c);
-    GLfloat v[4];
-    glGetFloatv(GL_CURRENT_COLOR, v);
-    EXPECT_EQ(std::vector<float>(v, v + 4), (std::vector<float>{1, 0, 0, 1})) << c;
-  }
-}
-
 TEST_F(InTempDir, ZeroHeightViewportCountsAsOnePixel) {
   printed([] { ReSizeGLScene(640, 0); });
   GLint vp[4];
